@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Installs every Debian 12 package that building, running and testing the
+# client needs. Safe to run again: apt-get skips what is already there.
+set -euo pipefail
+
+packages=(
+  build-essential cmake ninja-build ccache pkg-config git
+  qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools libqt6svg6
+  qtkeychain-qt6-dev libsodium-dev libsqlite3-dev
+  libgtest-dev libgmock-dev libbenchmark-dev
+  dbus dbus-x11 python3-dbusmock gnome-keyring libsecret-tools
+  desktop-file-utils xdg-utils
+)
+if [ "${1:-}" = "--desktop" ]; then
+  # A virtual desktop with a tray and a notification daemon, for trying the
+  # client on a machine without a display of its own.
+  packages+=(xvfb trayer dunst xdotool imagemagick)
+fi
+
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+done
+if [ "${#missing[@]}" -gt 0 ]; then
+  sudo_cmd=()
+  [ "$(id -u)" -eq 0 ] || sudo_cmd=(sudo)
+  "${sudo_cmd[@]}" apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive "${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi

@@ -1,0 +1,8 @@
+#!/usr/bin/env bash
+# Installs what is needed, builds the client and starts it.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/install-deps.sh
+cmake -S . -B build-app -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVELURIA_TESTS=OFF >/dev/null
+cmake --build build-app
+exec build-app/src/veluria "$@"

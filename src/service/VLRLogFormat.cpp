@@ -1,0 +1,185 @@
+#include "service/VLRLogFormat.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <cstdio>
+#include <mutex>
+
+namespace vlr {
+namespace {
+
+struct LogState
+{
+    std::mutex mutex;
+    bool filePathChosen = false;
+    QString filePath;
+    QFile file;
+    LogObserver observer;
+};
+
+LogState& state()
+{
+    static LogState s;
+    return s;
+}
+
+QString defaultLogFilePath()
+{
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return data.isEmpty() ? QString() : data + QStringLiteral("/Veluria/Logs/veluria.log");
+}
+
+QString asText(const LogArgument& argument)
+{
+    return std::visit(
+        [](const auto& value) -> QString {
+            using T = std::decay_t<decltype(value)>;
+            if constexpr (std::is_same_v<T, QString>)
+                return value;
+            else
+                return QString::number(value);
+        },
+        argument);
+}
+
+// Formats one numeric conversion with printf itself, so that width, precision
+// and flags behave exactly as in C.
+QString formatNumber(const QByteArray& flags, char conversion, const LogArgument& argument)
+{
+    const bool floating = QByteArrayLiteral("fFeEgGaA").contains(conversion);
+    if (floating) {
+        double value = 0;
+        if (auto d = std::get_if<double>(&argument)) value = *d;
+        else if (auto i = std::get_if<qint64>(&argument)) value = double(*i);
+        else if (auto u = std::get_if<quint64>(&argument)) value = double(*u);
+        else value = std::get<QString>(argument).toDouble();
+        return QString::asprintf(("%" + flags + conversion).constData(), value);
+    }
+    const bool isSigned = conversion == 'd' || conversion == 'i';
+    if (isSigned) {
+        qint64 value = 0;
+        if (auto i = std::get_if<qint64>(&argument)) value = *i;
+        else if (auto u = std::get_if<quint64>(&argument)) value = qint64(*u);
+        else if (auto d = std::get_if<double>(&argument)) value = qint64(*d);
+        else value = std::get<QString>(argument).toLongLong();
+        return QString::asprintf(("%" + flags + "ll" + conversion).constData(), static_cast<long long>(value));
+    }
+    quint64 value = 0;
+    if (auto u = std::get_if<quint64>(&argument)) value = *u;
+    else if (auto i = std::get_if<qint64>(&argument)) value = quint64(*i);
+    else if (auto d = std::get_if<double>(&argument)) value = quint64(*d);
+    else value = std::get<QString>(argument).toULongLong();
+    return QString::asprintf(("%" + flags + "ll" + conversion).constData(), static_cast<unsigned long long>(value));
+}
+
+} // namespace
+
+QString formatLogMessage(const char* format, const QList<LogArgument>& arguments)
+{
+    QString out;
+    if (!format)
+        return out;
+    qsizetype next = 0;
+    const QByteArray f(format);
+    for (qsizetype i = 0; i < f.size(); ++i) {
+        if (f[i] != '%') {
+            qsizetype start = i;
+            while (i < f.size() && f[i] != '%')
+                ++i;
+            out += QString::fromUtf8(f.mid(start, i - start));
+            --i;
+            continue;
+        }
+        const qsizetype start = i++;
+        if (i < f.size() && f[i] == '%') {
+            out += QLatin1Char('%');
+            continue;
+        }
+        QByteArray flags;
+        while (i < f.size() && QByteArrayLiteral("-+ #0123456789.").contains(f[i]))
+            flags += f[i++];
+        while (i < f.size() && QByteArrayLiteral("hlqLjzt").contains(f[i]))
+            ++i; // length modifiers: the boxed argument already knows its size
+        if (i >= f.size()) {
+            out += QString::fromUtf8(f.mid(start));
+            break;
+        }
+        const char conversion = f[i];
+        const bool known = QByteArrayLiteral("@sdiuxXofFeEgGaAc").contains(conversion);
+        if (!known || next >= arguments.size()) {
+            out += QString::fromUtf8(f.mid(start, i - start + 1));
+            continue;
+        }
+        const LogArgument& argument = arguments[next++];
+        if (conversion == '@' || conversion == 's')
+            out += asText(argument);
+        else if (conversion == 'c')
+            out += QChar(char16_t(std::holds_alternative<QString>(argument) ? 0 : asText(argument).toUInt()));
+        else
+            out += formatNumber(flags, conversion, argument);
+    }
+    return out;
+}
+
+void setLogFilePath(const QString& path)
+{
+    LogState& s = state();
+    std::lock_guard lock(s.mutex);
+    s.file.close();
+    s.filePath = path;
+    s.filePathChosen = true;
+}
+
+QString logFilePath()
+{
+    LogState& s = state();
+    std::lock_guard lock(s.mutex);
+    return s.filePathChosen ? s.filePath : defaultLogFilePath();
+}
+
+void setLogObserver(LogObserver observer)
+{
+    LogState& s = state();
+    std::lock_guard lock(s.mutex);
+    s.observer = std::move(observer);
+}
+
+void writeLogLine(int level, const QString& tag, const QString& message)
+{
+    const QByteArray line = QStringLiteral("%1 [%2] %3: %4\n")
+                                .arg(QDateTime::currentDateTime().toString(Qt::ISODateWithMs))
+                                .arg(level)
+                                .arg(tag, message)
+                                .toUtf8();
+    LogObserver observer;
+    {
+        LogState& s = state();
+        std::lock_guard lock(s.mutex);
+        std::fwrite(line.constData(), 1, size_t(line.size()), stderr);
+        if (!s.filePathChosen) {
+            s.filePath = defaultLogFilePath();
+            s.filePathChosen = true;
+        }
+        if (!s.filePath.isEmpty() && !s.file.isOpen()) {
+            QDir().mkpath(QFileInfo(s.filePath).absolutePath());
+            s.file.setFileName(s.filePath);
+            if (s.file.open(QIODevice::Append | QIODevice::Text))
+                s.file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+            else
+                s.filePath.clear(); // unwritable: stderr alone from now on
+        }
+        if (s.file.isOpen()) {
+            s.file.write(line);
+            s.file.flush();
+        }
+        observer = s.observer;
+    }
+    if (observer)
+        observer(level, tag, message);
+}
+
+} // namespace vlr

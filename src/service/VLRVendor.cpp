@@ -1,0 +1,8 @@
+#include "service/VLRVendor.h"
+
+QVariant VLRVendor::valueForKey(const QString& key) const
+{
+    if (key == QLatin1String("name"))
+        return vlr::boxed(m_name);
+    return VLRObject::valueForKey(key);
+}
