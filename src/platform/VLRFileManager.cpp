@@ -1,0 +1,31 @@
+#include "platform/VLRFileManager.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+bool VLRFileManager::fileExistsAtPath(const QString& path, bool* isDirectory)
+{
+    const QFileInfo file(path);
+    const bool exists = !path.isEmpty() && file.exists();
+    if (isDirectory)
+        *isDirectory = exists && file.isDir();
+    return exists;
+}
+
+bool VLRFileManager::createDirectoryAtPath(const QString& path, bool withIntermediateDirectories)
+{
+    if (path.isEmpty())
+        return false;
+    return withIntermediateDirectories ? QDir().mkpath(path) : QDir().mkdir(path);
+}
+
+bool VLRFileManager::isFilePackageAtPath(const QString& path)
+{
+    const QFileInfo file(QDir::cleanPath(path));
+    return !path.isEmpty() && file.isDir() && file.fileName().endsWith(QLatin1String(".app"), Qt::CaseInsensitive);
+}
+
+QString VLRFileManager::homeDirectory()
+{
+    return QDir::homePath();
+}

@@ -1,0 +1,215 @@
+#include "platform/VLRFreedesktopNotificationCenter.h"
+
+#include "platform/VLRMainQueue.h"
+#include "platform/VLRUserNotificationCenterDelegate.h"
+#include "service/VLRLogFormat.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
+#include <QDateTime>
+#include <QPointer>
+#include <QThread>
+#include <QTimer>
+
+#include <algorithm>
+#include <climits>
+
+namespace {
+
+const QString serverService = QStringLiteral("org.freedesktop.Notifications");
+const QString serverPath = QStringLiteral("/org/freedesktop/Notifications");
+const QString serverInterface = QStringLiteral("org.freedesktop.Notifications");
+
+const QString defaultActionKey = QStringLiteral("default");
+const QString actionButtonKey = QStringLiteral("action");
+
+QDBusMessage serverCall(const QString& method)
+{
+    return QDBusMessage::createMethodCall(serverService, serverPath, serverInterface, method);
+}
+
+// The server reads the body as markup: every text may come from outside (file
+// names, other people's comments, error texts), so none of it may become markup.
+QString escapedMarkup(const QString& text)
+{
+    QString escaped;
+    escaped.reserve(text.size());
+    for (const QChar c : text) {
+        if (c == QLatin1Char('&'))
+            escaped += QLatin1String("&amp;");
+        else if (c == QLatin1Char('<'))
+            escaped += QLatin1String("&lt;");
+        else if (c == QLatin1Char('>'))
+            escaped += QLatin1String("&gt;");
+        else
+            escaped += c;
+    }
+    return escaped;
+}
+
+} // namespace
+
+VLRFreedesktopNotificationCenter::VLRFreedesktopNotificationCenter(const QDBusConnection& connection, QObject* parent)
+    : QObject(parent)
+    , m_connection(connection)
+{
+    const bool connected =
+        m_connection.connect(serverService, serverPath, serverInterface, QStringLiteral("ActionInvoked"), this,
+                             SLOT(actionInvoked(uint,QString)))
+        && m_connection.connect(serverService, serverPath, serverInterface, QStringLiteral("NotificationClosed"), this,
+                                SLOT(notificationClosed(uint,uint)));
+    if (!connected)
+        logFailure("listening to the notification server failed", m_connection.lastError());
+
+    auto* watcher = new QDBusServiceWatcher(serverService, m_connection, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &VLRFreedesktopNotificationCenter::serverOwnerChanged);
+}
+
+void VLRFreedesktopNotificationCenter::scheduleNotification(const VLRUserNotificationPtr& notification)
+{
+    if (!notification)
+        return;
+    if (QThread::currentThread() != thread()) {
+        VLRMainQueue::dispatchAsync(this, [this, notification] { scheduleNotification(notification); });
+        return;
+    }
+    const QDateTime date = notification->deliveryDate();
+    const qint64 wait = date.isValid() ? QDateTime::currentDateTime().msecsTo(date) : 0;
+    if (wait <= 0) {
+        deliver(notification);
+        return;
+    }
+    QTimer::singleShot(int(std::min<qint64>(wait, INT_MAX)), this, [this, notification] { deliver(notification); });
+}
+
+void VLRFreedesktopNotificationCenter::deliver(const VLRUserNotificationPtr& notification)
+{
+    if (VLRUserNotificationCenterDelegate* d = delegate();
+        d && !d->userNotificationCenterShouldPresentNotification(this, notification))
+        return;
+    switch (m_capabilitiesState) {
+    case CapabilitiesState::Known:
+        send(notification);
+        break;
+    case CapabilitiesState::Unknown:
+        m_waitingForCapabilities.push_back(notification);
+        askCapabilities();
+        break;
+    case CapabilitiesState::Asking:
+        m_waitingForCapabilities.push_back(notification);
+        break;
+    }
+}
+
+// Whether the body may carry markup decides how it is written, so nothing is
+// sent before the answer.
+void VLRFreedesktopNotificationCenter::askCapabilities()
+{
+    m_capabilitiesState = CapabilitiesState::Asking;
+    auto* watcher = new QDBusPendingCallWatcher(m_connection.asyncCall(serverCall(QStringLiteral("GetCapabilities"))), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, &VLRFreedesktopNotificationCenter::capabilitiesArrived);
+}
+
+void VLRFreedesktopNotificationCenter::capabilitiesArrived(QDBusPendingCallWatcher* watcher)
+{
+    watcher->deleteLater();
+    const QDBusPendingReply<QStringList> reply = *watcher;
+    std::vector<VLRUserNotificationPtr> waiting;
+    waiting.swap(m_waitingForCapabilities);
+    if (reply.isError()) {
+        // Most likely no server runs; the next notification asks again, as
+        // one may have started by then.
+        m_capabilitiesState = CapabilitiesState::Unknown;
+        VLRLogFormat(5, QStringLiteral("SDKClient"), "Notification server unavailable, %d notification(s) not shown: %@: %@",
+                     int(waiting.size()), reply.error().name(), reply.error().message());
+        return;
+    }
+    m_capabilities = reply.value();
+    m_capabilitiesState = CapabilitiesState::Known;
+    for (const VLRUserNotificationPtr& notification : waiting)
+        send(notification);
+}
+
+void VLRFreedesktopNotificationCenter::send(const VLRUserNotificationPtr& notification)
+{
+    QStringList actions{defaultActionKey, QStringLiteral("Open")};
+    if (notification->hasActionButton())
+        actions << actionButtonKey << notification->actionButtonTitle();
+    const QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("veluria")}};
+
+    QDBusMessage message = serverCall(QStringLiteral("Notify"));
+    message << QStringLiteral("Veluria") << uint(0) << QStringLiteral("veluria") << notification->title()
+            << bodyText(notification->informativeText()) << actions << hints << int(-1);
+
+    auto* watcher = new QDBusPendingCallWatcher(m_connection.asyncCall(message), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, notification](QDBusPendingCallWatcher* w) {
+        w->deleteLater();
+        const QDBusPendingReply<uint> reply = *w;
+        if (reply.isError())
+            logFailure("showing a notification failed", reply.error());
+        else
+            m_shown.insert(reply.value(), notification);
+    });
+}
+
+QString VLRFreedesktopNotificationCenter::bodyText(const QString& text) const
+{
+    return m_capabilities.contains(QLatin1String("body-markup")) ? escapedMarkup(text) : text;
+}
+
+void VLRFreedesktopNotificationCenter::actionInvoked(uint notificationId, const QString& actionKey)
+{
+    const auto found = m_shown.constFind(notificationId);
+    if (found == m_shown.cend())
+        return;
+    VLRUserNotificationActivationType type;
+    if (actionKey == defaultActionKey)
+        type = VLRUserNotificationActivationTypeContentsClicked;
+    else if (actionKey == actionButtonKey)
+        type = VLRUserNotificationActivationTypeActionButtonClicked;
+    else
+        return;
+    const VLRUserNotificationPtr notification = found.value();
+    m_shown.erase(found);
+    notification->setActivationType(type);
+
+    QPointer<VLRFreedesktopNotificationCenter> self(this);
+    if (VLRUserNotificationCenterDelegate* d = delegate())
+        d->userNotificationCenterDidActivateNotification(this, notification);
+    if (self)
+        closeNotification(notificationId);
+}
+
+void VLRFreedesktopNotificationCenter::notificationClosed(uint notificationId, uint)
+{
+    m_shown.remove(notificationId);
+}
+
+// Another server, or none: its ids and what it can do no longer hold.
+void VLRFreedesktopNotificationCenter::serverOwnerChanged(const QString&, const QString&, const QString&)
+{
+    m_shown.clear();
+    if (m_capabilitiesState == CapabilitiesState::Known) {
+        m_capabilitiesState = CapabilitiesState::Unknown;
+        m_capabilities.clear();
+    }
+}
+
+void VLRFreedesktopNotificationCenter::closeNotification(uint notificationId)
+{
+    QDBusMessage message = serverCall(QStringLiteral("CloseNotification"));
+    message << notificationId;
+    auto* watcher = new QDBusPendingCallWatcher(m_connection.asyncCall(message), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* w) {
+        w->deleteLater();
+        if (w->isError())
+            logFailure("closing a notification failed", w->error());
+    });
+}
+
+void VLRFreedesktopNotificationCenter::logFailure(const char* what, const QDBusError& error)
+{
+    VLRLogFormat(5, QStringLiteral("SDKClient"), "Notifications: %s: %@: %@", what, error.name(), error.message());
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "platform/VLRUserNotification.h"
+
+#include <memory>
+
+class VLRUserNotificationCenterDelegate;
+
+// Shows notifications to the user at their delivery date and reports their
+// activation to its delegate. Used on the GUI thread.
+class VLRUserNotificationCenter
+{
+public:
+    virtual ~VLRUserNotificationCenter() = default;
+
+    // The process-wide centre: the one installed, or else the desktop's
+    // notification server, made on first use.
+    static VLRUserNotificationCenter* defaultUserNotificationCenter();
+
+    // Installs the process-wide centre (tests install a recorder); nullptr
+    // goes back to the desktop's notification server.
+    static void setDefaultUserNotificationCenter(std::shared_ptr<VLRUserNotificationCenter> center);
+
+    virtual void scheduleNotification(const VLRUserNotificationPtr& notification) = 0;
+
+    // Not owned: the delegate clears itself before it goes away.
+    void setDelegate(VLRUserNotificationCenterDelegate* delegate) { m_delegate = delegate; }
+    VLRUserNotificationCenterDelegate* delegate() const { return m_delegate; }
+
+private:
+    VLRUserNotificationCenterDelegate* m_delegate = nullptr;
+};
