@@ -73,9 +73,10 @@ QImage contactSheet(qreal ratio)
     QPainter painter(&sheet);
     painter.setFont(font);
     for (const Cell& cell : cells) {
-        painter.fillRect(cell.frame, groundFor(cell.name));
+        const QColor ground = groundFor(cell.name);
+        painter.fillRect(cell.frame, ground);
         painter.drawPixmap(cell.picture.topLeft(), VLRImageCatalogue::imageNamed(cell.name, QSize(), ratio));
-        painter.setPen(QColor(88, 88, 91));
+        painter.setPen(ground.lightness() < 128 ? QColor(250, 250, 250) : QColor(88, 88, 91));
         painter.drawText(QRect(cell.frame.left(), cell.picture.bottom() + 6, cell.frame.width(), 14),
                          Qt::AlignHCenter | Qt::AlignTop, cell.name);
     }
