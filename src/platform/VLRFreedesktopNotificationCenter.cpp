@@ -4,9 +4,9 @@
 #include "platform/VLRUserNotificationCenterDelegate.h"
 #include "service/VLRLogFormat.h"
 
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
 #include <QDateTime>
 #include <QPointer>
@@ -61,7 +61,7 @@ VLRFreedesktopNotificationCenter::VLRFreedesktopNotificationCenter(const QDBusCo
         && m_connection.connect(serverService, serverPath, serverInterface, QStringLiteral("NotificationClosed"), this,
                                 SLOT(notificationClosed(uint,uint)));
     if (!connected)
-        logFailure("listening to the notification server failed", m_connection.lastError());
+        logFailure("listening to the notification server failed", QDBusMessage::createError(m_connection.lastError()));
 
     auto* watcher = new QDBusServiceWatcher(serverService, m_connection, QDBusServiceWatcher::WatchForOwnerChange, this);
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &VLRFreedesktopNotificationCenter::serverOwnerChanged);
@@ -108,25 +108,22 @@ void VLRFreedesktopNotificationCenter::deliver(const VLRUserNotificationPtr& not
 void VLRFreedesktopNotificationCenter::askCapabilities()
 {
     m_capabilitiesState = CapabilitiesState::Asking;
-    auto* watcher = new QDBusPendingCallWatcher(m_connection.asyncCall(serverCall(QStringLiteral("GetCapabilities"))), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, &VLRFreedesktopNotificationCenter::capabilitiesArrived);
+    callServer(serverCall(QStringLiteral("GetCapabilities")), [this](const QDBusMessage& reply) { capabilitiesArrived(reply); });
 }
 
-void VLRFreedesktopNotificationCenter::capabilitiesArrived(QDBusPendingCallWatcher* watcher)
+void VLRFreedesktopNotificationCenter::capabilitiesArrived(const QDBusMessage& reply)
 {
-    watcher->deleteLater();
-    const QDBusPendingReply<QStringList> reply = *watcher;
     std::vector<VLRUserNotificationPtr> waiting;
     waiting.swap(m_waitingForCapabilities);
-    if (reply.isError()) {
+    if (reply.type() != QDBusMessage::ReplyMessage) {
         // Most likely no server runs; the next notification asks again, as
         // one may have started by then.
         m_capabilitiesState = CapabilitiesState::Unknown;
         VLRLogFormat(5, QStringLiteral("SDKClient"), "Notification server unavailable, %d notification(s) not shown: %@: %@",
-                     int(waiting.size()), reply.error().name(), reply.error().message());
+                     int(waiting.size()), reply.errorName(), reply.errorMessage());
         return;
     }
-    m_capabilities = reply.value();
+    m_capabilities = reply.arguments().value(0).toStringList();
     m_capabilitiesState = CapabilitiesState::Known;
     for (const VLRUserNotificationPtr& notification : waiting)
         send(notification);
@@ -143,14 +140,11 @@ void VLRFreedesktopNotificationCenter::send(const VLRUserNotificationPtr& notifi
     message << QStringLiteral("Veluria") << uint(0) << QStringLiteral("veluria") << notification->title()
             << bodyText(notification->informativeText()) << actions << hints << int(-1);
 
-    auto* watcher = new QDBusPendingCallWatcher(m_connection.asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, notification](QDBusPendingCallWatcher* w) {
-        w->deleteLater();
-        const QDBusPendingReply<uint> reply = *w;
-        if (reply.isError())
-            logFailure("showing a notification failed", reply.error());
+    callServer(message, [this, notification](const QDBusMessage& reply) {
+        if (reply.type() == QDBusMessage::ReplyMessage)
+            m_shown.insert(reply.arguments().value(0).toUInt(), notification);
         else
-            m_shown.insert(reply.value(), notification);
+            logFailure("showing a notification failed", reply);
     });
 }
 
@@ -201,15 +195,31 @@ void VLRFreedesktopNotificationCenter::closeNotification(uint notificationId)
 {
     QDBusMessage message = serverCall(QStringLiteral("CloseNotification"));
     message << notificationId;
-    auto* watcher = new QDBusPendingCallWatcher(m_connection.asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* w) {
-        w->deleteLater();
-        if (w->isError())
-            logFailure("closing a notification failed", w->error());
+    callServer(message, [this](const QDBusMessage& reply) {
+        if (reply.type() != QDBusMessage::ReplyMessage)
+            logFailure("closing a notification failed", reply);
     });
 }
 
-void VLRFreedesktopNotificationCenter::logFailure(const char* what, const QDBusError& error)
+void VLRFreedesktopNotificationCenter::callServer(const QDBusMessage& message, std::function<void(const QDBusMessage&)> onReply)
 {
-    VLRLogFormat(5, QStringLiteral("SDKClient"), "Notifications: %s: %@: %@", what, error.name(), error.message());
+    // Without a connection Qt makes a call that never finishes; the answer
+    // is an error all the same, and it too comes on a later turn.
+    if (!m_connection.isConnected()) {
+        const QDBusError error = m_connection.lastError().isValid()
+            ? m_connection.lastError()
+            : QDBusError(QDBusError::Disconnected, QStringLiteral("not connected to the session bus"));
+        VLRMainQueue::dispatchAsync(this, [error, onReply = std::move(onReply)] { onReply(QDBusMessage::createError(error)); });
+        return;
+    }
+    auto* watcher = new QDBusPendingCallWatcher(m_connection.asyncCall(message), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [onReply = std::move(onReply)](QDBusPendingCallWatcher* w) {
+        w->deleteLater();
+        onReply(w->reply());
+    });
+}
+
+void VLRFreedesktopNotificationCenter::logFailure(const char* what, const QDBusMessage& error)
+{
+    VLRLogFormat(5, QStringLiteral("SDKClient"), "Notifications: %s: %@: %@", what, error.errorName(), error.errorMessage());
 }

@@ -7,10 +7,10 @@
 #include <QObject>
 #include <QStringList>
 
+#include <functional>
 #include <vector>
 
-class QDBusError;
-class QDBusPendingCallWatcher;
+class QDBusMessage;
 
 // The notification centre on the desktop's notification server
 // (org.freedesktop.Notifications). A notification goes out at its delivery
@@ -39,11 +39,13 @@ private:
 
     void deliver(const VLRUserNotificationPtr& notification);
     void askCapabilities();
-    void capabilitiesArrived(QDBusPendingCallWatcher* watcher);
+    void capabilitiesArrived(const QDBusMessage& reply);
     void send(const VLRUserNotificationPtr& notification);
     void closeNotification(uint notificationId);
     QString bodyText(const QString& text) const;
-    void logFailure(const char* what, const QDBusError& error);
+    // Calls the server without waiting; onReply gets the answer or the error.
+    void callServer(const QDBusMessage& message, std::function<void(const QDBusMessage&)> onReply);
+    void logFailure(const char* what, const QDBusMessage& error);
 
     QDBusConnection m_connection;
     CapabilitiesState m_capabilitiesState = CapabilitiesState::Unknown;
