@@ -26,7 +26,6 @@ ACCENT = "#F26723"
 ACCENT_DARK = "#D4531A"
 ACCENT_TINT = "#FDEEE6"
 BADGE = "#E78169"
-PAGE = "#E9E9E9"
 LIGHT_ROW = "#FAFAFA"
 BORDER = "#979797"
 LINE = "#CECECE"
@@ -406,7 +405,6 @@ def glyph_marketplace(c):
 
 
 def gear_path(cx, cy, r_out, r_in, teeth=8, half_tip=9.0, half_base=15.0):
-    pts = []
     step = 360.0 / teeth
     d = ""
     for i in range(teeth):
@@ -421,7 +419,6 @@ def gear_path(cx, cy, r_out, r_in, teeth=8, half_tip=9.0, half_base=15.0):
                 d += "A%s %s 0 0 1 %s %s" % (num(r_in), num(r_in), num(x), num(y))
             else:
                 d += "L%s %s" % (num(x), num(y))
-            pts.append((x, y))
     x0 = cx + r_in * math.cos(math.radians(-90 - half_base))
     y0 = cy + r_in * math.sin(math.radians(-90 - half_base))
     d += "A%s %s 0 0 1 %s %s Z" % (num(r_in), num(r_in), num(x0), num(y0))
@@ -444,6 +441,10 @@ def arrow_up(x, top, bottom, c, w=2.0):
 def arrow_down(x, top, bottom, c, w=2.0):
     return [stroke("M%s %sV%s" % (num(x), num(top), num(bottom)), c, w),
             stroke("M%s %sL%s %sL%s %s" % (num(x - 3.5), num(bottom - 3.5), num(x), num(bottom), num(x + 3.5), num(bottom - 3.5)), c, w)]
+
+
+def glyph_transfers(c):
+    return arrow_up(11, 7, 25, c) + arrow_down(21, 7, 25, c)
 
 
 def solid_arrow(x, top, bottom, c, up):
@@ -649,7 +650,7 @@ def avatar_ellipsis():
 def workspace_popup():
     w, h = 240, 26
     return svg(w, h, [rect(0.5, 0.5, w - 1, h - 1, 3, WHITE, BORDER, 1),
-                      stroke("M%d 4.5V21.5" % (w - 24.5 + 0.0), LINE, 1, cap="butt"),
+                      stroke("M%s 4.5V21.5" % num(w - 24.5), LINE, 1, cap="butt"),
                       stroke("M%s 10.5L%s 7.5L%s 10.5" % (num(w - 15.5), num(w - 12.5), num(w - 9.5)), TEXT, 1.5),
                       stroke("M%s 15.5L%s 18.5L%s 15.5" % (num(w - 15.5), num(w - 12.5), num(w - 9.5)), TEXT, 1.5)])
 
@@ -794,19 +795,13 @@ def catalogue():
     a["marketplace_button_cc_warning_inactive"] = button(96, 22, "UPDATE CARD", "on_yellow", 10)
     a["marketplace_button_cc_warning_active"] = button(96, 22, "UPDATE CARD", "on_yellow_active", 10)
 
-    for page_name, glyph in (("file_drop", glyph_file_drop), ("transfers", None),
+    for page_name, glyph in (("file_drop", glyph_file_drop), ("transfers", glyph_transfers),
                              ("workspaces", glyph_workspaces), ("marketplace", glyph_marketplace)):
-        if glyph is None:
-            glyph = lambda c: transfers_glyph_plain(c)
         a["%s_loading" % page_name] = loading_page(glyph)
     for page_name in ("file_drop", "transfers", "workspaces"):
         a["%s_needs_confirm" % page_name] = needs_confirm_page()
     a["workspaces_empty_background"] = workspaces_empty_page()
     return a
-
-
-def transfers_glyph_plain(c):
-    return arrow_up(11, 7, 25, c) + arrow_down(21, 7, 25, c)
 
 
 def main():
