@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+struct sqlite3;
+
+// One connection to the local service's SQLite database (WAL, so that
+// readers and one writer in several threads and processes go together).
+// A connection belongs to the thread that uses it.
+class Database
+{
+public:
+    // Opens or creates the database in the folder, with its tables; null with
+    // the reason in failure when that is not possible.
+    static std::unique_ptr<Database> open(const QString& folder, QString* failure);
+
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+    ~Database();
+
+    sqlite3* handle() const { return m_handle; }
+    const QString& folder() const { return m_folder; }
+    bool exec(const char* sql);
+    QString errorMessage() const;
+    // Runs the work in one write transaction; rolled back when it answers
+    // false or the commit fails.
+    bool transaction(const std::function<bool()>& work);
+    // Changes whenever another connection commits.
+    qint64 dataVersion();
+
+private:
+    Database(sqlite3* handle, const QString& folder);
+
+    sqlite3* m_handle;
+    QString m_folder;
+    // What made the last transaction fail, kept past its rollback.
+    QString m_rolledBackFailure;
+};

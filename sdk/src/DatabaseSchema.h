@@ -1,0 +1,11 @@
+#pragma once
+
+class Database;
+
+// The tables of the local service. Times are milliseconds since the epoch,
+// identifiers UUID texts.
+class DatabaseSchema
+{
+public:
+    static bool create(Database& database);
+};

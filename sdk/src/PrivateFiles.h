@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+// Files and folders that the library writes belong to the user alone: folders
+// 0700, files 0600, whatever the process's umask says.
+class PrivateFiles
+{
+public:
+    // Creates the folder and any missing parents, and makes the folder itself
+    // private. Returns false, with errno set, when that failed.
+    static bool makeFolder(const QString& path);
+    // Opens for writing, creating the file private; -1 with errno on failure.
+    static int createFile(const QString& path, bool exclusive);
+    // Flushes a folder's entries, so that a rename inside it is durable.
+    static bool syncFolder(const QString& path);
+    // Makes an existing file or folder private.
+    static bool restrict(const QString& path, bool folder);
+};

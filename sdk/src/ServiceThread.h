@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+class Database;
+
+// A worker thread that runs tasks one after the other, away from the GUI,
+// with its own connection to the database. Tasks hand their results to the
+// GUI thread themselves (MainThread::post).
+class ServiceThread
+{
+public:
+    using Task = std::function<void(ServiceThread& thread)>;
+
+    ServiceThread();
+    ServiceThread(const ServiceThread&) = delete;
+    ServiceThread& operator=(const ServiceThread&) = delete;
+    // Waits for the running task; tasks not yet started are dropped.
+    ~ServiceThread();
+
+    void post(Task task);
+    void stop();
+
+    // For tasks: the thread's connection to the database in this folder,
+    // opened at first use; null with the reason in failure.
+    Database* database(const QString& folder, QString* failure);
+
+private:
+    void run();
+
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
+    std::deque<Task> m_tasks;
+    bool m_stopping = false;
+    std::unique_ptr<Database> m_database;
+    std::thread m_thread;
+};

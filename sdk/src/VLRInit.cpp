@@ -1,0 +1,22 @@
+#include "service/VLRInit.h"
+
+#include "service/VLRLogFormat.h"
+
+#include "CrashReporter.h"
+#include "SessionRegistry.h"
+
+#include <QFileInfo>
+
+void VLRInit::initUsingCrashlytics(bool crashReporting)
+{
+    if (crashReporting)
+        CrashReporter::install(QFileInfo(vlr::logFilePath()).path());
+    VLRLogFormat(4, QStringLiteral("VeluriaSDK"), "Veluria service library started");
+}
+
+void VLRInit::shutdown()
+{
+    SessionRegistry::endAll();
+    CrashReporter::uninstall();
+    VLRLogFormat(4, QStringLiteral("VeluriaSDK"), "Veluria service library stopped");
+}
