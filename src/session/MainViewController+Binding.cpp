@@ -1,0 +1,231 @@
+// Binding and unbinding of the one session, and every path that ends one.
+
+#include "session/MainViewController.h"
+
+#include "platform/VLRDesktopServices.h"
+#include "service/VLRInstallerUpdater.h"
+#include "service/VLRRESTProvider.h"
+#include "service/VLRUser.h"
+#include "service/VLRUserSession.h"
+#include "service/VLRUtils.h"
+#include "session/ApplicationRoot.h"
+#include "session/MainViewController+Observations.h"
+#include "session/VLRNotificationScheduling.h"
+#include "session/VLRText.h"
+#include "session/VLRUserNotificationKeys.h"
+#include "shell/AppFlavor.h"
+
+using namespace MainViewControllerObservations;
+
+namespace {
+
+// The public site's help page, for when the library knows none.
+const QUrl FallbackHelpURL(QStringLiteral("https://www.veluria.com/help-center"));
+
+void notifyRefusedLogout(const vlr::Error& error)
+{
+    vlr_scheduledNotificationWithTitle(vlr::localized("Veluria is busy updating software...please stand by"),
+                                       error.localizedDescription, QString(), VLRUserNotificationTypeErrorLoggingOut);
+}
+
+} // namespace
+
+void MainViewController::sessionDidChange(const VLRUserSessionPtr& session)
+{
+    if (m_userSession)
+        __removeSessionObservers(m_userSession);
+
+    if (session) {
+        m_userSession = session;
+        session->sortWorkspaces(VLRUserSession::NewestFirstSortOrder);
+        __addSessionObservers(session);
+    } else {
+        __showLoginTab();
+        m_userSession = nullptr;
+    }
+
+    VLRRESTProvider::sharedProvider().sessionDidChange(session);
+
+    const VLRWorkspaceList workspaces = session ? session->workspaces() : VLRWorkspaceList();
+    if (m_workspacesViewController)
+        m_workspacesViewController->updateWorkspaces(workspaces);
+    if (m_fileDropViewController)
+        m_fileDropViewController->updateWorkspaces(workspaces);
+    if (m_marketplaceViewController) {
+        const VLRInstallerUpdaterPtr updater = session ? session->updater() : nullptr;
+        m_marketplaceViewController->updateNotInstalled(updater ? updater->notInstalled() : VLRInstallerList());
+        m_marketplaceViewController->updateNewInstallers(updater ? updater->neverInstalled() : VLRInstallerList());
+        m_marketplaceViewController->updateInstallerUpdates(updater ? updater->installerUpdates() : VLRInstallerList());
+        m_marketplaceViewController->updateInstallers(session ? session->installers() : VLRInstallerList());
+        m_marketplaceViewController->updatePurchases(session ? session->purchases() : VLRPurchaseList());
+        m_marketplaceViewController->setLoggedIn(bool(session));
+    }
+    if (m_preferencesViewController) {
+        m_preferencesViewController->updateWithUser(session ? session->user() : nullptr);
+        m_preferencesViewController->setLoggedIn(bool(session));
+    }
+
+    if (m_userSession) {
+        QPointer<MainViewController> self(this);
+        m_userSession->getDownloadCacheSizeWithCompletionHandler([self](qint64 bytes, const vlr::OptionalError& error) {
+            if (self && !error && self->m_preferencesViewController)
+                self->m_preferencesViewController->updateDownloadCacheSize(bytes);
+        });
+    }
+
+    __updateStatusIndication(session);
+    __showHideMarketplaceTab(session);
+    __showHideSettingsTab();
+    __updateStateOfPages(true);
+
+    if (session) {
+        if (session->hasPurchases() && !session->hasWorkspaces() && m_marketplaceViewController)
+            m_marketplaceViewController->showUpdatesTab();
+        __selectTab(AppFlavor::initialTab(session->hasPurchases(), session->hasWorkspaces()));
+        if (!m_autoSignInURL.isNull()) {
+            const QString url = m_autoSignInURL;
+            m_autoSignInURL = QString();
+            downloadUrl(url);
+        }
+    }
+}
+
+void MainViewController::__addSessionObservers(const VLRUserSessionPtr& session)
+{
+    for (const Observation& o : registrationOrder)
+        if (VLRObject* target = targetObject(o.target, session))
+            target->addObserver(this, QString::fromLatin1(o.keyPath), o.options, o.context);
+}
+
+void MainViewController::__removeSessionObservers(const VLRUserSessionPtr& session)
+{
+    for (const Observation& o : removalOrder)
+        if (VLRObject* target = targetObject(o.target, session))
+            target->removeObserver(this, QString::fromLatin1(o.keyPath), o.context);
+}
+
+void MainViewController::didLoginWithSession(const VLRUserSessionPtr& session)
+{
+    didLoginWithSession(session, false);
+}
+
+void MainViewController::didLoginWithSession(const VLRUserSessionPtr& session, bool)
+{
+    // Whether the sign-in ran without the view plays no part here.
+    if (session)
+        session->setDelegate(this);
+    sessionDidChange(session);
+}
+
+void MainViewController::loginWithVerifier(const VLRLoginVerifierPtr& verifier)
+{
+    if (m_loginMfaViewController)
+        m_loginMfaViewController->setLoginVerifier(verifier);
+    __selectTab(LoginTab);
+    if (m_tabView)
+        m_tabView->setCurrentIndex(SecondFactorTab);
+}
+
+void MainViewController::cancelMfa(LoginMfaPage*)
+{
+    sessionDidChange(nullptr);
+}
+
+void MainViewController::applicationWillTerminate()
+{
+    if (m_userSession)
+        m_userSession->logoutWithCompletionHandler(nullptr);
+}
+
+void MainViewController::__signOut()
+{
+    if (!m_userSession)
+        return;
+    QPointer<MainViewController> self(this);
+    m_userSession->logoutWithCompletionHandler([self](const vlr::OptionalError& error) {
+        if (!self)
+            return;
+        if (error) {
+            notifyRefusedLogout(*error);
+            return;
+        }
+        self->sessionDidChange(nullptr);
+        self->__updateStatusIndication(nullptr);
+        if (self->m_loginViewController)
+            self->m_loginViewController->clearPassword();
+        if (self->m_fileDropViewController)
+            self->m_fileDropViewController->clearFields();
+        if (self->m_preferencesViewController)
+            self->m_preferencesViewController->updateWithUser(nullptr);
+    });
+}
+
+void MainViewController::__quit()
+{
+    if (!m_userSession) {
+        if (m_application)
+            m_application->terminate();
+        return;
+    }
+    QPointer<MainViewController> self(this);
+    m_userSession->logoutWithCompletionHandler([self](const vlr::OptionalError& error) {
+        if (!self)
+            return;
+        if (error) {
+            notifyRefusedLogout(*error);
+            return;
+        }
+        self->sessionDidChange(nullptr);
+        self->__updateStatusIndication(nullptr);
+        if (self->m_application)
+            self->m_application->terminate();
+    });
+}
+
+void MainViewController::__openHelp()
+{
+    VLRUtils::getHelpURLWithCompletionHandler([](const QUrl& url, const vlr::OptionalError&) {
+        if (VLRDesktopServices* desktop = VLRDesktopServices::sharedDesktopServices())
+            desktop->openURL(url.isEmpty() ? FallbackHelpURL : url);
+    });
+}
+
+void MainViewController::passwordChanged()
+{
+    const QString email = m_userSession && m_userSession->user() ? m_userSession->user()->email() : QString();
+    vlr_scheduledNotificationWithTitle(
+        vlr::localized("Your password has changed!"),
+        vlr::format(vlr::localized("The password for user \"%@\" has changed. Please sign in again."), email),
+        QString(), VLRUserNotificationTypePasswordChanged);
+    __signOut();
+}
+
+void MainViewController::downstreamProxyUnavailable()
+{
+    vlr_scheduledNotificationWithTitle(vlr::localized("Communication error"),
+                                       vlr::localized("Veluria encountered a communication error. Please sign in again."));
+    __signOut();
+}
+
+void MainViewController::currentVersionIsUnsupported()
+{
+    __signOut();
+    if (m_application)
+        m_application->checkForSoftwareUpdates();
+}
+
+void MainViewController::clientKeyExpired()
+{
+    if (!m_userSession)
+        return;
+    // Unlike a sign-out this keeps the stored password, so that the silent
+    // sign-in brings the user back without a word; a refusal is not shown.
+    QPointer<MainViewController> self(this);
+    m_userSession->logoutWithCompletionHandler([self](const vlr::OptionalError& error) {
+        if (!self || error)
+            return;
+        self->sessionDidChange(nullptr);
+        if (self->m_loginViewController)
+            self->m_loginViewController->defaultSignIn();
+    });
+}

@@ -1,0 +1,85 @@
+// Where an activated notification leads, and the announcing of new
+// publications in a workspace.
+
+#include "session/MainViewController.h"
+
+#include "platform/VLRDesktopServices.h"
+#include "platform/VLRFileManager.h"
+#include "service/VLRPublication.h"
+#include "service/VLRUserSession.h"
+#include "service/VLRWorkspace.h"
+#include "session/VLRNotificationScheduling.h"
+#include "session/VLRText.h"
+#include "session/VLRUserNotificationKeys.h"
+#include "shell/AppFlavor.h"
+
+bool MainViewController::userNotificationCenterShouldPresentNotification(VLRUserNotificationCenter*,
+                                                                         const VLRUserNotificationPtr&)
+{
+    return true;
+}
+
+void MainViewController::userNotificationCenterDidActivateNotification(VLRUserNotificationCenter*,
+                                                                       const VLRUserNotificationPtr& notification)
+{
+    if (!notification)
+        return;
+    const QVariantMap& userInfo = notification->userInfo();
+    const QString type = userInfo.value(VLRUserNotificationTypeKey).toString();
+    const QString objectId = userInfo.value(VLRUserNotificationObjectIdentifierKey).toString();
+    const int activation = notification->activationType();
+
+    if (type == VLRUserNotificationTypeTransferFailed) {
+        if (activation == VLRUserNotificationActivationTypeContentsClicked)
+            __showTransfersTab(TransfersPage::CompletedList, objectId);
+    } else if (type == VLRUserNotificationTypePasswordChanged) {
+        __openPopoverIfClosed();
+    } else if (type == VLRUserNotificationTypeDownloadCompleted) {
+        const QString path = userInfo.value(VLRUserNotificationFilePathKey).toString();
+        if (!path.isEmpty() && VLRFileManager::fileExistsAtPath(path))
+            if (VLRDesktopServices* desktop = VLRDesktopServices::sharedDesktopServices())
+                desktop->openFile(path);
+    } else if (type == VLRUserNotificationTypeUpdateAvailable
+               && activation == VLRUserNotificationActivationTypeActionButtonClicked) {
+        if (m_marketplaceViewController)
+            m_marketplaceViewController->downloadAndInstallInstallerWithID(objectId);
+    } else if (type == VLRUserNotificationTypeUpdateAvailable
+               && activation == VLRUserNotificationActivationTypeContentsClicked) {
+        __showUpdates();
+    } else if (type == VLRUserNotificationTypeCCAboutToExpire || type == VLRUserNotificationTypeCCExpired) {
+        // Only a web page of the service is opened from here, never a file.
+        const QUrl url(objectId);
+        if (VLRDesktopServices* desktop = VLRDesktopServices::sharedDesktopServices();
+            desktop && (url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http")))
+            desktop->openURL(url);
+    } else if (type == VLRUserNotificationTypeNewPublication) {
+        if (m_userSession)
+            if (const VLRWorkspacePtr workspace = m_userSession->workspaceFromID(objectId))
+                workspace->openInBrowser(AppFlavor::defaultWorkspaceURLIsAssets());
+    }
+}
+
+void MainViewController::workspace(const VLRWorkspacePtr& workspace, const VLRPublicationList& hasNewPublications)
+{
+    if (!workspace)
+        return;
+    for (const VLRPublicationPtr& publication : hasNewPublications) {
+        if (!publication || (m_userSession && publication->userID() == m_userSession->userID()))
+            continue;
+        const QString person =
+            !publication->userFirstName().isEmpty() ? publication->userFirstName() : publication->userEmail();
+        if (person.isNull())
+            continue;
+        // These texts go out as they stand, in every language.
+        QString text;
+        if (!publication->projectName().isEmpty() && !publication->text().isEmpty())
+            text = vlr::format(QStringLiteral("%@ uploaded %@ and commented: %@"), person, publication->projectName(),
+                               publication->text());
+        else if (!publication->projectName().isEmpty())
+            text = vlr::format(QStringLiteral("%@ uploaded %@."), person, publication->projectName());
+        else
+            text = vlr::format(QStringLiteral("%@: %@"), person, publication->text());
+        vlr_scheduledNotificationWithTitle(vlr::format(QStringLiteral("New message in %@"), workspace->name()), text,
+                                           workspace->identifier(), VLRUserNotificationTypeNewPublication);
+    }
+}

@@ -1,0 +1,135 @@
+// What the status item shows, when the popover opens and closes, and where
+// dragged and dropped files go.
+
+#include "session/MainViewController.h"
+
+#include "service/VLRInstallerUpdater.h"
+#include "service/VLRTransferQueue.h"
+#include "service/VLRUserSession.h"
+#include "shell/AppFlavor.h"
+#include "widgets/StatusItemImageView.h"
+
+namespace {
+
+constexpr int SignedOutState = 1;
+constexpr int IdleState = 2;
+constexpr int BusyState = 3;
+
+} // namespace
+
+void MainViewController::__updateStatusIndication(const VLRUserSessionPtr& session)
+{
+    int state = SignedOutState;
+    if (session) {
+        const VLRTransferQueuePtr& uploader = session->uploader();
+        const VLRTransferQueuePtr& downloader = session->downloader();
+        const VLRInstallerUpdaterPtr& updater = session->updater();
+        const bool uploading = uploader && uploader->currentTransfer();
+        const bool downloading = downloader && downloader->currentTransfer();
+        const bool installing = updater && (!updater->downloadOperations().isEmpty() || updater->currentInstall());
+
+        if (m_tabSelectorViewController) {
+            m_tabSelectorViewController->showActiveUploads(uploading, downloading);
+            const qint64 queued = (uploader ? uploader->transfers().size() : 0)
+                                  + (downloader ? downloader->transfers().size() : 0);
+            m_tabSelectorViewController->setBadgeValue(queued, TransfersTab, false);
+        }
+        state = IdleState;
+        const bool active = uploading || downloading || installing || session->syncingWorkspaces();
+        if (AppFlavor::supportsAnimatedStatusIcon() && active)
+            state = BusyState;
+        __trackCurrentTransfers(session);
+    } else {
+        __releaseCurrentTransfers();
+        if (m_tabSelectorViewController) {
+            m_tabSelectorViewController->setBadgeValue(0, TransfersTab, false);
+            m_tabSelectorViewController->setBadgeValue(0, MarketplaceTab, false);
+        }
+    }
+    if (m_statusItemImageView && m_statusItemImageView->viewState() != state)
+        m_statusItemImageView->setViewState(state);
+}
+
+void MainViewController::togglePopover()
+{
+    if (!m_popover)
+        return;
+    if (m_popover->isShown()) {
+        m_popover->performClose();
+        return;
+    }
+    StatusItemImageView* anchor = m_statusItemImageView;
+    m_popover->showRelativeToRect(anchor ? anchor->geometry() : QRect(), anchor, Popover::MaxYEdge);
+}
+
+void MainViewController::__openPopoverIfClosed()
+{
+    if (m_popover && !m_popover->isShown())
+        togglePopover();
+}
+
+void MainViewController::showFileDropView()
+{
+    __openPopoverIfClosed();
+    __selectTab(FileDropTab);
+}
+
+void MainViewController::__showTransfersTab(int list, const QString& andSelectTransfer)
+{
+    __openPopoverIfClosed();
+    __selectTab(TransfersTab);
+    if (m_transfersViewController)
+        m_transfersViewController->showTab(list, andSelectTransfer);
+}
+
+void MainViewController::__showUpdates()
+{
+    if (!m_marketplaceViewController)
+        return;
+    __openPopoverIfClosed();
+    __selectTab(MarketplaceTab);
+    m_marketplaceViewController->showUpdatesTab();
+}
+
+void MainViewController::statusItemImageViewDidReceiveMouseDownEvent(StatusItemImageView* view)
+{
+    m_statusItemImageView = view;
+    togglePopover();
+}
+
+void MainViewController::statusItemImageViewDidReceiveDragEvent(StatusItemImageView* view)
+{
+    m_statusItemImageView = view;
+    __openPopoverIfClosed();
+    viewDidReceiveDraggingEvent(nullptr);
+}
+
+void MainViewController::statusItemImageViewDidReceiveFiles(StatusItemImageView* view, const QStringList& files)
+{
+    m_statusItemImageView = view;
+    __openPopoverIfClosed();
+    __showFileDropTabWithFiles(files);
+}
+
+void MainViewController::viewDidReceiveDroppedFiles(VLRView*, const QStringList& files)
+{
+    __showFileDropTabWithFiles(files);
+}
+
+void MainViewController::viewDidReceiveDraggingEvent(VLRView*)
+{
+    // On the workspaces page the drag may end on a workspace's row.
+    if (!m_tabView || m_tabView->currentIndex() != WorkspacesTab)
+        __selectTab(FileDropTab);
+}
+
+void MainViewController::fileDropViewControllerWantsPopUpToggled(FileDropPage*)
+{
+    togglePopover();
+}
+
+void MainViewController::workspaceViewControllerHadCellClicked(WorkspacesPage*)
+{
+    if (m_popover && m_popover->isShown())
+        togglePopover();
+}

@@ -1,0 +1,89 @@
+// Which tabs exist, which may be selected, and what a selection does.
+
+#include "session/MainViewController.h"
+
+#include "service/VLRUserSession.h"
+#include "shell/AppFlavor.h"
+
+void MainViewController::__selectTab(int tab)
+{
+    if (m_tabSelectorViewController)
+        m_tabSelectorViewController->selectTab(tab);
+}
+
+bool MainViewController::tabSelectorViewControllerTabSupported(TabBar*, int tab)
+{
+    if (tab == MarketplaceTab)
+        return m_marketplaceTabShown;
+    if (tab == PreferencesTab)
+        return m_settingsTabShown;
+    return true;
+}
+
+bool MainViewController::tabSelectorViewControllerShouldSelectTab(TabBar*, int tab)
+{
+    if (m_userSession || tab == LoginTab || tab == PreferencesTab)
+        return true;
+    __showLoginTab();
+    return false;
+}
+
+void MainViewController::tabSelectorViewControllerDidSelectTab(TabBar*, int tab)
+{
+    if (m_tabView)
+        m_tabView->setCurrentIndex(tab);
+}
+
+void MainViewController::tabSelectorViewControllerDidReceiveDroppedFiles(TabBar*, const QStringList& files)
+{
+    __showFileDropTabWithFiles(files);
+}
+
+void MainViewController::__showHideMarketplaceTab(const VLRUserSessionPtr& session)
+{
+    const bool wanted = session && (session->hasPurchases() || !session->purchases().isEmpty())
+                        && AppFlavor::supportsTabType(MarketplaceTab);
+    if (wanted == m_marketplaceTabShown)
+        return;
+    m_marketplaceTabShown = wanted;
+    if (m_tabSelectorViewController)
+        m_tabSelectorViewController->enableDisableTabs();
+}
+
+void MainViewController::__showHideSettingsTab()
+{
+    // Once available the settings tab stays so, signed in or not.
+    if (!AppFlavor::supportsTabType(PreferencesTab) || m_settingsTabShown)
+        return;
+    m_settingsTabShown = true;
+    if (m_tabSelectorViewController)
+        m_tabSelectorViewController->enableDisableTabs();
+}
+
+void MainViewController::__showLoginTab()
+{
+    __selectTab(LoginTab);
+    if (!m_tabView)
+        return;
+    for (int i = 0; i < m_tabView->count(); ++i)
+        if (m_tabView->widget(i)->objectName() == QLatin1String("login"))
+            m_tabView->setCurrentIndex(i);
+}
+
+void MainViewController::__showFileDropTabWithFiles(const QStringList& files)
+{
+    if (m_fileDropViewController)
+        m_fileDropViewController->updateFiles(files);
+    __selectTab(FileDropTab);
+}
+
+void MainViewController::marketplaceViewControllerDidChangeUpdateCountTo(MarketplacePage*, qint64 count, bool isWarning)
+{
+    if (m_tabSelectorViewController)
+        m_tabSelectorViewController->setBadgeValue(count, MarketplaceTab, isWarning);
+}
+
+void MainViewController::workspaceViewControllerCreateWorkspaceClicked()
+{
+    __selectTab(FileDropTab);
+}

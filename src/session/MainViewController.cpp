@@ -1,0 +1,204 @@
+#include "session/MainViewController.h"
+
+#include "service/VLRRESTProvider.h"
+#include "service/VLRUser.h"
+#include "service/VLRUserSession.h"
+#include "session/ApplicationRoot.h"
+#include "session/WorkspaceLocationDelegate.h"
+#include "widgets/StatusItemImageView.h"
+#include "widgets/VLRViewControllerAdditions.h"
+#include "widgets/VLRView.h"
+
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int TabBarHeight = 48;
+const QSize PopoverSize(360, 520);
+
+} // namespace
+
+MainViewController::MainViewController(MainViewControllerParts parts, ApplicationRoot* application, QObject* parent)
+    : QObject(parent)
+    , m_application(application)
+    , m_popover(std::move(parts.popover))
+    , m_tabSelectorViewController(std::move(parts.tabSelectorViewController))
+    , m_loginViewController(std::move(parts.loginViewController))
+    , m_loginMfaViewController(std::move(parts.loginMfaViewController))
+    , m_transfersViewController(std::move(parts.transfersViewController))
+    , m_workspacesViewController(std::move(parts.workspacesViewController))
+    , m_fileDropViewController(std::move(parts.fileDropViewController))
+    , m_marketplaceViewController(std::move(parts.marketplaceViewController))
+    , m_preferencesViewController(std::move(parts.preferencesViewController))
+{
+}
+
+MainViewController::~MainViewController()
+{
+    sessionDidChange(nullptr);
+    delete m_view;
+}
+
+void MainViewController::loadView()
+{
+    // The popover's content: the tab bar's holder over the tab view, whose
+    // items hold the pages in tab order, with the second factor last.
+    m_view = new VLRView();
+    m_view->resize(PopoverSize);
+    auto* layout = new QVBoxLayout(m_view);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    m_tabSelectorView = new QWidget(m_view);
+    m_tabSelectorView->setFixedHeight(TabBarHeight);
+    m_tabView = new QStackedWidget(m_view);
+    layout->addWidget(m_tabSelectorView);
+    layout->addWidget(m_tabView, 1);
+    for (int tab = LoginTab; tab <= SecondFactorTab; ++tab) {
+        auto* holder = new QWidget(m_tabView);
+        if (tab == LoginTab)
+            holder->setObjectName(QStringLiteral("login"));
+        m_tabView->addWidget(holder);
+    }
+
+    if (m_tabSelectorViewController)
+        m_tabSelectorViewController->setDelegate(this);
+    if (m_loginViewController)
+        m_loginViewController->setDelegate(this);
+    if (m_loginMfaViewController)
+        m_loginMfaViewController->setDelegate(this);
+    if (m_transfersViewController)
+        m_transfersViewController->setDelegate(this);
+    if (m_fileDropViewController)
+        m_fileDropViewController->setDelegate(this);
+    if (m_workspacesViewController)
+        m_workspacesViewController->setDelegate(this);
+    if (m_preferencesViewController)
+        m_preferencesViewController->setDelegate(this);
+    if (m_marketplaceViewController)
+        m_marketplaceViewController->setDelegate(this);
+
+    auto host = [](QWidget* child, QWidget* holder) {
+        if (child)
+            setParentView(child, holder);
+    };
+    if (m_tabSelectorViewController)
+        host(m_tabSelectorViewController->view(), m_tabSelectorView);
+    if (m_loginViewController)
+        host(m_loginViewController->view(), m_tabView->widget(LoginTab));
+    if (m_loginMfaViewController)
+        host(m_loginMfaViewController->view(), m_tabView->widget(SecondFactorTab));
+    if (m_transfersViewController)
+        host(m_transfersViewController->view(), m_tabView->widget(TransfersTab));
+    if (m_workspacesViewController)
+        host(m_workspacesViewController->view(), m_tabView->widget(WorkspacesTab));
+    if (m_fileDropViewController)
+        host(m_fileDropViewController->view(), m_tabView->widget(FileDropTab));
+    if (m_marketplaceViewController)
+        host(m_marketplaceViewController->view(), m_tabView->widget(MarketplaceTab));
+    if (m_preferencesViewController)
+        host(m_preferencesViewController->view(), m_tabView->widget(PreferencesTab));
+
+    if (m_popover)
+        m_popover->setContentView(m_view);
+
+    m_view->setBackgroundColor(QColor(233, 233, 233));
+    m_view->setDropTarget(true);
+    m_view->setDelegate(this);
+
+    if (m_application)
+        m_statusItemImageView = m_application->statusItemView();
+
+    // The library may hand over the session it wants the client to hold.
+    QPointer<MainViewController> self(this);
+    VLRRESTProvider::sharedProvider().setUpdateSessionBlock([self](const VLRUserSessionPtr& session) {
+        if (self)
+            self->sessionDidChange(session);
+    });
+}
+
+QWidget* MainViewController::view() const
+{
+    return m_view;
+}
+
+StatusItemImageView* MainViewController::statusItemImageView() const
+{
+    return m_statusItemImageView;
+}
+
+bool MainViewController::transfersViewControllerEmailNeedsConfirmation()
+{
+    return m_userSession && m_userSession->user() && m_userSession->user()->needsConfirmation();
+}
+
+bool MainViewController::fileDropViewControllerEmailNeedsConfirmation()
+{
+    return transfersViewControllerEmailNeedsConfirmation();
+}
+
+bool MainViewController::workspaceViewControllerEmailNeedsConfirmation()
+{
+    return transfersViewControllerEmailNeedsConfirmation();
+}
+
+bool MainViewController::transfersViewControllerLoading()
+{
+    return m_userSession && m_userSession->syncingLists();
+}
+
+bool MainViewController::fileDropViewControllerLoading()
+{
+    return transfersViewControllerLoading();
+}
+
+bool MainViewController::workspaceViewControllerLoading()
+{
+    return transfersViewControllerLoading();
+}
+
+bool MainViewController::marketplaceViewControllerLoading()
+{
+    return transfersViewControllerLoading();
+}
+
+bool MainViewController::willVeluriaLaunchAtStartup()
+{
+    return m_application && m_application->willLaunchAppAtStartup();
+}
+
+bool MainViewController::preferencesViewControllerWantsVeluriaLaunchedAtStartup(PreferencesPage*, bool launch)
+{
+    return m_application && m_application->launchAppAtStartup(launch);
+}
+
+void MainViewController::preferencesViewControllerDidSetDownloadCacheSize(PreferencesPage*, qint64 bytes)
+{
+    if (m_userSession)
+        m_userSession->setDownloadCacheSize(bytes);
+}
+
+void MainViewController::preferencesViewControllerDidModifyArchiveMode(PreferencesPage*, bool)
+{
+    if (m_fileDropViewController)
+        m_fileDropViewController->refreshButtonState();
+}
+
+void MainViewController::preferencesViewControllerWantsLogIn(PreferencesPage*)
+{
+    __showLoginTab();
+}
+
+void MainViewController::preferencesViewControllerWantsLogOut(PreferencesPage*)
+{
+    __signOut();
+}
+
+void MainViewController::preferencesViewControllerWantsHelp(PreferencesPage*)
+{
+    __openHelp();
+}
+
+void MainViewController::preferencesViewControllerWantsQuit(PreferencesPage*)
+{
+    __quit();
+}

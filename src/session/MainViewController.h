@@ -1,0 +1,223 @@
+#pragma once
+
+#include "marketplace/MarketplaceViewControllerDelegate.h"
+#include "platform/VLRUserNotificationCenterDelegate.h"
+#include "service/VLRObject.h"
+#include "service/VLRUserSessionDelegate.h"
+#include "session/MainViewControllerParts.h"
+#include "session/TabSelectorViewControllerDelegate.h"
+#include "signin/LoginMfaViewControllerDelegate.h"
+#include "signin/LoginViewControllerDelegate.h"
+#include "signin/PreferencesViewControllerDelegate.h"
+#include "transfers/TransfersViewControllerDelegate.h"
+#include "widgets/StatusItemImageViewDelegate.h"
+#include "widgets/VLRViewDelegate.h"
+#include "workspaces/FileDropViewControllerDelegate.h"
+#include "workspaces/WorkspacesViewControllerDelegate.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QStackedWidget>
+
+class ApplicationRoot;
+class QFileDialog;
+class WorkspaceLocationDelegate;
+class StatusItemImageView;
+class VLRView;
+
+// The heart of the client: it owns the one session, the popover and every
+// page, binds and unbinds the session, turns observed changes into calls on
+// the pages, decides what the status item shows, and routes drags, download
+// requests and notifications. Every change of the bound session goes through
+// sessionDidChange.
+class MainViewController : public QObject,
+                           public TabSelectorViewControllerDelegate,
+                           public LoginViewControllerDelegate,
+                           public TransfersViewControllerDelegate,
+                           public FileDropViewControllerDelegate,
+                           public WorkspacesViewControllerDelegate,
+                           public PreferencesViewControllerDelegate,
+                           public MarketplaceViewControllerDelegate,
+                           public VLRUserSessionDelegate,
+                           public VLRViewDelegate,
+                           public LoginMfaViewControllerDelegate,
+                           public StatusItemImageViewDelegate,
+                           public VLRUserNotificationCenterDelegate,
+                           public VLRKeyValueObserver
+{
+    Q_OBJECT
+
+public:
+    static constexpr int LoginTab = 0;
+    static constexpr int FileDropTab = 1;
+    static constexpr int WorkspacesTab = 2;
+    static constexpr int MarketplaceTab = 3;
+    static constexpr int TransfersTab = 4;
+    static constexpr int PreferencesTab = 5;
+    static constexpr int SecondFactorTab = 6;
+
+    MainViewController(MainViewControllerParts parts, ApplicationRoot* application, QObject* parent = nullptr);
+    ~MainViewController() override;
+
+    // Wiring; called once, right after the status item exists.
+    void loadView();
+    QWidget* view() const;
+
+    void sessionDidChange(const VLRUserSessionPtr& session);
+
+    // Sign-in.
+    void didLoginWithSession(const VLRUserSessionPtr& session) override;
+    void didLoginWithSession(const VLRUserSessionPtr& session, bool bypassedUI) override;
+    void loginWithVerifier(const VLRLoginVerifierPtr& verifier) override;
+    void cancelMfa(LoginMfaPage* controller) override;
+
+    // The end of the application: logs out without waiting.
+    void applicationWillTerminate();
+
+    // Status item and popover.
+    void togglePopover();
+    void showFileDropView();
+    void statusItemImageViewDidReceiveMouseDownEvent(StatusItemImageView* view) override;
+    void statusItemImageViewDidReceiveDragEvent(StatusItemImageView* view) override;
+    void statusItemImageViewDidReceiveFiles(StatusItemImageView* view, const QStringList& files) override;
+    void viewDidReceiveDroppedFiles(VLRView* view, const QStringList& files) override;
+    void viewDidReceiveDraggingEvent(VLRView* view) override;
+
+    // Download requests, and a script's answer to the open folder question.
+    void downloadUrl(const QString& url);
+    bool setWorkspaceDownloadLocation(const QUrl& location, vlr::OptionalError* error);
+
+    // Session delegate.
+    void passwordChanged() override;
+    void downstreamProxyUnavailable() override;
+    void currentVersionIsUnsupported() override;
+    void clientKeyExpired() override;
+    void getFolderURLFromUser(const QString& title, const QUrl& baseURL,
+                              const VLRFolderValidationHandler& validationHandler,
+                              const VLRFolderCompletionHandler& completionHandler) override;
+    void workspace(const VLRWorkspacePtr& workspace, const VLRPublicationList& hasNewPublications) override;
+
+    // Tab bar.
+    bool tabSelectorViewControllerTabSupported(TabBar* controller, int tab) override;
+    bool tabSelectorViewControllerShouldSelectTab(TabBar* controller, int tab) override;
+    void tabSelectorViewControllerDidSelectTab(TabBar* controller, int tab) override;
+    void tabSelectorViewControllerDidReceiveDroppedFiles(TabBar* controller, const QStringList& files) override;
+
+    // Transfers tab.
+    void transfersViewControllerDidClearCompleted(TransfersPage* controller) override;
+    void transfersViewControllerDidPauseTransfers(TransfersPage* controller, bool pause) override;
+    void transfersViewControllerRestartedUpload(TransfersPage* controller, const VLRTransferReportingPtr& transfer) override;
+    void transfersViewControllerRestartedDownload(TransfersPage* controller, const VLRTransferReportingPtr& transfer) override;
+    bool transfersViewControllerEmailNeedsConfirmation() override;
+    bool transfersViewControllerLoading() override;
+    void transfersViewControllerMovedUploads(TransfersPage* controller, const VLRTransferList& movedUploads,
+                                             const VLRTransferReportingPtr& aboveReferenceUpload) override;
+    void transfersViewControllerMovedDownloads(TransfersPage* controller, const VLRTransferList& movedDownloads,
+                                               const VLRTransferReportingPtr& aboveReferenceDownload) override;
+
+    // File drop tab.
+    void fileDropViewControllerUploadedFiles(FileDropPage* controller, const std::optional<QStringList>& uploadedFiles,
+                                             const VLRWorkspacePtr& toWorkspace, const QString& withComment,
+                                             bool publish, const VLRErrorHandler& completionHandler) override;
+    void fileDropViewControllerCreatedWorkspaceNamed(FileDropPage* controller, const QString& createdWorkspaceNamed,
+                                                     const std::optional<QStringList>& withFiles, const QString& comment,
+                                                     const VLRErrorHandler& completionHandler) override;
+    void fileDropViewControllerWantsPopUpToggled(FileDropPage* controller) override;
+    bool fileDropViewControllerEmailNeedsConfirmation() override;
+    bool fileDropViewControllerLoading() override;
+
+    // Workspaces tab.
+    void workspaceViewControllerHadCellClicked(WorkspacesPage* controller) override;
+    void workspaceViewControllerDidReceiveFiles(WorkspacesPage* controller, const QStringList& files,
+                                                const VLRWorkspacePtr& forWorkspace) override;
+    void workspaceViewControllerCreateWorkspaceClicked() override;
+    bool workspaceViewControllerEmailNeedsConfirmation() override;
+    bool workspaceViewControllerLoading() override;
+
+    // Preferences tab.
+    bool willVeluriaLaunchAtStartup() override;
+    bool preferencesViewControllerWantsVeluriaLaunchedAtStartup(PreferencesPage* controller, bool launch) override;
+    void preferencesViewControllerDidSetDownloadCacheSize(PreferencesPage* controller, qint64 bytes) override;
+    void preferencesViewControllerDidModifyArchiveMode(PreferencesPage* controller, bool archiveMode) override;
+    void preferencesViewControllerWantsLogIn(PreferencesPage* controller) override;
+    void preferencesViewControllerWantsLogOut(PreferencesPage* controller) override;
+    void preferencesViewControllerWantsHelp(PreferencesPage* controller) override;
+    void preferencesViewControllerWantsQuit(PreferencesPage* controller) override;
+
+    // Marketplace tab.
+    void marketplaceViewControllerDidChangeUpdateCountTo(MarketplacePage* controller, qint64 count,
+                                                         bool isWarning) override;
+    bool marketplaceViewControllerLoading() override;
+
+    // Notifications.
+    bool userNotificationCenterShouldPresentNotification(VLRUserNotificationCenter* center,
+                                                         const VLRUserNotificationPtr& notification) override;
+    void userNotificationCenterDidActivateNotification(VLRUserNotificationCenter* center,
+                                                       const VLRUserNotificationPtr& notification) override;
+
+    // Observed changes of the session and of the current transfers.
+    void observeValueForKeyPath(const QString& keyPath, VLRObject* object, const vlr::KeyValueChange& change,
+                                void* context) override;
+
+    // State, for the application and for scripts.
+    const VLRUserSessionPtr& userSession() const { return m_userSession; }
+    const VLRTransferReportingPtr& currentUpload() const { return m_currentUpload; }
+    const VLRTransferReportingPtr& currentDownload() const { return m_currentDownload; }
+    bool openedCurrentDownload() const { return m_openedCurrentDownload; }
+    bool downloadingURL() const { return m_downloadingURL; }
+    const QString& autoSignInURL() const { return m_autoSignInURL; }
+    QFileDialog* workspaceLocationOpenPanel() const { return m_workspaceLocationOpenPanel; }
+    bool marketplaceTabShown() const { return m_marketplaceTabShown; }
+    bool settingsTabShown() const { return m_settingsTabShown; }
+    Popover* popover() const { return m_popover.get(); }
+    QStackedWidget* tabView() const { return m_tabView; }
+    StatusItemImageView* statusItemImageView() const;
+
+private:
+    void __signOut();
+    void __quit();
+    void __openHelp();
+    void __updateStatusIndication(const VLRUserSessionPtr& session);
+    void __trackCurrentTransfers(const VLRUserSessionPtr& session);
+    void __releaseCurrentTransfers();
+    void __handleCurrentDownloadChange(const QString& keyPath, const vlr::KeyValueChange& change);
+    void __handleCurrentUploadChange(const QString& keyPath, const vlr::KeyValueChange& change);
+    void __showHideMarketplaceTab(const VLRUserSessionPtr& session);
+    void __showHideSettingsTab();
+    void __showLoginTab();
+    void __showFileDropTabWithFiles(const QStringList& files);
+    void __showTransfersTab(int list, const QString& andSelectTransfer);
+    void __showUpdates();
+    void __openPopoverIfClosed();
+    void __selectTab(int tab);
+    void __addSessionObservers(const VLRUserSessionPtr& session);
+    void __removeSessionObservers(const VLRUserSessionPtr& session);
+    void __updateStateOfPages(bool withMarketplace);
+
+    ApplicationRoot* m_application;
+    std::unique_ptr<Popover> m_popover;
+    std::unique_ptr<TabBar> m_tabSelectorViewController;
+    std::unique_ptr<LoginPage> m_loginViewController;
+    std::unique_ptr<LoginMfaPage> m_loginMfaViewController;
+    std::unique_ptr<TransfersPage> m_transfersViewController;
+    std::unique_ptr<WorkspacesPage> m_workspacesViewController;
+    std::unique_ptr<FileDropPage> m_fileDropViewController;
+    std::unique_ptr<MarketplacePage> m_marketplaceViewController;
+    std::unique_ptr<PreferencesPage> m_preferencesViewController;
+
+    QPointer<StatusItemImageView> m_statusItemImageView;
+    QPointer<VLRView> m_view;
+    QPointer<QWidget> m_tabSelectorView;
+    QPointer<QStackedWidget> m_tabView;
+
+    VLRUserSessionPtr m_userSession;
+    VLRTransferReportingPtr m_currentUpload;
+    VLRTransferReportingPtr m_currentDownload;
+    bool m_openedCurrentDownload = false;
+    bool m_downloadingURL = false;
+    bool m_marketplaceTabShown = false;
+    bool m_settingsTabShown = false;
+    QString m_autoSignInURL;
+    std::unique_ptr<WorkspaceLocationDelegate> m_workspaceLocationDelegate;
+    QPointer<QFileDialog> m_workspaceLocationOpenPanel;
+};

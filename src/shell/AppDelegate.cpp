@@ -1,0 +1,283 @@
+#include "shell/AppDelegate.h"
+
+#include "platform/VLRFileManager.h"
+#include "platform/VLRMainQueue.h"
+#include "platform/VLRRunningApplication.h"
+#include "platform/VLRUserDefaults.h"
+#include "platform/VLRUserNotificationCenter.h"
+#include "service/VLREnvironment.h"
+#include "service/VLRInit.h"
+#include "service/VLRLogFormat.h"
+#include "service/VLRReachabilityManager.h"
+#include "service/VLRSoftwareUpdater.h"
+#include "service/VLRUtils.h"
+#include "service/VLRVersionChecker.h"
+#include "service/VLRVersionInfo.h"
+#include "session/MainViewController.h"
+#include "session/VLRNotificationScheduling.h"
+#include "session/VLRText.h"
+#include "session/VLRUserNotificationKeys.h"
+#include "shell/AppFlavor.h"
+#include "shell/GtkBookmarks.h"
+#include "shell/VLRUserDefaultsKeys.h"
+#include "widgets/StatusItemImageView.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTimer>
+
+namespace {
+
+const QString Tag = QStringLiteral("SDKClient");
+const QString RestProxyTag = QStringLiteral("RestProxy");
+const QString UpdateTag = QStringLiteral("VeluriaSWUpdate");
+constexpr int StatusItemSize = 24;
+constexpr int FirstPopoverDelayMilliseconds = 1000;
+constexpr double PostponementSeconds = 86400.0;
+
+// The proxy is a program of its own: beside this one, or on the PATH.
+QString restProxyExecutable()
+{
+    const QString beside = QCoreApplication::applicationDirPath() + QLatin1Char('/') + AppDelegate::RestProxyExecutableName;
+    if (QFileInfo(beside).isExecutable())
+        return beside;
+    return QStandardPaths::findExecutable(AppDelegate::RestProxyExecutableName);
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(PartsFactory partsFactory, QObject* parent)
+    : QObject(parent)
+    , m_partsFactory(std::move(partsFactory))
+{
+    VLRInit::initUsingCrashlytics(true);
+    VLRLogFormat(4, Tag, "Veluria %@ starting", QCoreApplication::applicationVersion());
+}
+
+AppDelegate::~AppDelegate()
+{
+    // The controller unbinds its session while the status item still exists.
+    m_mainViewController.reset();
+    delete m_statusItem;
+}
+
+void AppDelegate::awakeFromNib()
+{
+    __setDefaultUserDefaults();
+
+    m_mainViewController = std::make_unique<MainViewController>(
+        m_partsFactory ? m_partsFactory() : MainViewControllerParts(), this);
+
+    m_statusItem = new StatusItemImageView(QRect(0, 0, StatusItemSize, StatusItemSize),
+                                           AppFlavor::supportsAnimatedStatusIcon());
+    m_statusItem->setDelegate(m_mainViewController.get());
+
+    m_mainViewController->loadView();
+    VLRLogFormat(4, Tag, "Main view loaded");
+}
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    VLRUtils::setDatabaseLocation(databaseLocation());
+
+    VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
+    if (defaults->boolForKey(VLRUserDefaultsKeyLaunchRestProxy))
+        launchRestProxy();
+
+    if (VLRUserNotificationCenter* center = VLRUserNotificationCenter::defaultUserNotificationCenter())
+        center->setDelegate(m_mainViewController.get());
+
+    const std::optional<QVariantMap> domain = defaults->persistentDomainForName(VLRUserDefaultsPersistentDomain);
+    const QString environment = domain ? domain->value(VLRUserDefaultsKeyEnvironment).toString() : QString();
+    if (!environment.isEmpty())
+        VLREnvironment::setEnvironmentWithDomainName(environment);
+
+    __softwareUpdateTimer();
+
+    if (m_launchedAsLoginItem)
+        m_skipOpeningPop = true;
+
+    VLRMainQueue::dispatchAfter(FirstPopoverDelayMilliseconds, this, [this] {
+        Popover* popover = m_mainViewController ? m_mainViewController->popover() : nullptr;
+        if (!m_skipOpeningPop && popover && !popover->isShown())
+            m_mainViewController->togglePopover();
+    });
+    VLRLogFormat(4, Tag, "Launch finished%@", QString::fromLatin1(m_launchedAsLoginItem ? " (login item)" : ""));
+}
+
+int AppDelegate::applicationShouldTerminate()
+{
+    vlr::OptionalError error;
+    if (VLRSoftwareUpdater::canLogout(&error))
+        return NSTerminateNow;
+    vlr_scheduledNotificationWithTitle(vlr::localized("Veluria is busy updating software...please stand by"),
+                                       error ? error->localizedDescription : QString(), QString(),
+                                       VLRUserNotificationTypeErrorLoggingOut);
+    return NSTerminateCancel;
+}
+
+void AppDelegate::applicationWillTerminate()
+{
+    VLRLogFormat(4, Tag, "Stopping");
+    if (m_mainViewController)
+        m_mainViewController->applicationWillTerminate();
+
+    VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
+    for (const VLRRunningApplication& proxy : VLRRunningApplication::runningApplicationsWithExecutableName(RestProxyExecutableName)) {
+        defaults->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
+        proxy.terminate();
+    }
+    defaults->synchronize();
+
+    VLRInit::shutdown();
+}
+
+void AppDelegate::terminate()
+{
+    if (applicationShouldTerminate() != NSTerminateNow)
+        return;
+    applicationWillTerminate();
+    emit terminated();
+}
+
+void AppDelegate::downloadUrl(const QString& url)
+{
+    if (m_mainViewController)
+        m_mainViewController->downloadUrl(url);
+}
+
+StatusItemImageView* AppDelegate::statusItemView()
+{
+    return m_statusItem;
+}
+
+void AppDelegate::__statusItemDidMove(const QRectF& frame)
+{
+    const QRectF old = m_statusItemFrame;
+    m_statusItemFrame = frame;
+    const QPointF delta = frame.topLeft() - old.topLeft();
+    Popover* popover = m_mainViewController ? m_mainViewController->popover() : nullptr;
+    if (popover && popover->isShown())
+        if (QWidget* window = popover->window())
+            window->move(window->pos() + delta.toPoint());
+}
+
+void AppDelegate::launchRestProxy()
+{
+    // Cleared first: a proxy that fails to start is not tried again at the
+    // next launch.
+    VLRUserDefaults::standardUserDefaults()->setBool(false, VLRUserDefaultsKeyLaunchRestProxy);
+    const QString executable = restProxyExecutable();
+    if (executable.isEmpty()) {
+        VLRLogFormat(4, RestProxyTag, "Bundle Identifier \"%@\" is invalid or specified app is not installed",
+                     RestProxyExecutableName);
+        return;
+    }
+    QProcess proxy;
+    proxy.setProgram(executable);
+    if (proxy.startDetached())
+        VLRLogFormat(4, RestProxyTag, "RestProxy launched successfully!");
+    else
+        VLRLogFormat(4, RestProxyTag, "RestProxy could not launch. error = %@", proxy.errorString());
+}
+
+QUrl AppDelegate::databaseLocation()
+{
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    if (data.isEmpty())
+        return QUrl();
+    return QUrl::fromLocalFile(data + QStringLiteral("/Veluria/"));
+}
+
+QString AppDelegate::userFolderPath()
+{
+    return QStringLiteral("%1/Veluria/").arg(QDir::homePath());
+}
+
+void AppDelegate::__setDefaultUserDefaults()
+{
+    VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
+    if (!defaults->objectForKey(VLRUserDefaultsKeyFirstLaunchDate).isValid()) {
+        const QString folder = userFolderPath();
+        if (!VLRFileManager::fileExistsAtPath(folder) && !VLRFileManager::createDirectoryAtPath(folder, false)) {
+            // Nothing else of the first launch happens, so that the next start
+            // tries it all again.
+            VLRLogFormat(5, Tag, "Error: Create directory failed for: %@", folder);
+            return;
+        }
+        GtkBookmarks::insertFirst(folder, QStringLiteral("Veluria"));
+        defaults->setObject(QDateTime::currentDateTime(), VLRUserDefaultsKeyFirstLaunchDate);
+    }
+    if (!defaults->objectForKey(VLRUserDefaultsKeyShowNotifications).isValid())
+        defaults->setBool(true, VLRUserDefaultsKeyShowNotifications);
+    if (!defaults->objectForKey(VLRUserDefaultsKeyAutoOpenAssets).isValid())
+        defaults->setBool(true, VLRUserDefaultsKeyAutoOpenAssets);
+    if (!defaults->objectForKey(VLRUserDefaultsKeyLimitDownloadCacheSize).isValid())
+        defaults->setBool(false, VLRUserDefaultsKeyLimitDownloadCacheSize);
+}
+
+void AppDelegate::checkForSoftwareUpdates()
+{
+    if (m_updateTimer)
+        m_updateTimer->stop();
+    __softwareUpdateTimer();
+}
+
+void AppDelegate::__scheduleUpdateTimer()
+{
+    VLRMainQueue::dispatchAsync(this, [this] {
+        auto* timer = new QTimer(this);
+        timer->setSingleShot(true);
+        connect(timer, &QTimer::timeout, this, &AppDelegate::__softwareUpdateTimer);
+        connect(timer, &QTimer::timeout, timer, &QObject::deleteLater);
+        timer->start(SoftwareUpdateIntervalSeconds * 1000);
+        m_updateTimer = timer;
+    });
+}
+
+void AppDelegate::__softwareUpdateTimer()
+{
+    __scheduleUpdateTimer();
+    if (VLRReachabilityManager::sharedReachabilityManager().currentNetworkStatus() == VLRReachabilityManager::NotReachable)
+        return;
+    std::shared_ptr<VLRVersionChecker> checker = VLRVersionChecker::create();
+    if (!checker)
+        return;
+    QPointer<AppDelegate> self(this);
+    checker->checkVersion([self, checker](bool unsupported, bool outOfDate, const vlr::OptionalError& error) {
+        if (!self || error)
+            return;
+        const QDateTime postponed =
+            VLRUserDefaults::standardUserDefaults()->objectForKey(VLRUserDefaultsKeyUpdatePostponedDate).toDateTime();
+        const double interval = postponed.isValid() ? postponed.msecsTo(QDateTime::currentDateTime()) / 1000.0 : 0;
+        // A postponement holds for strictly less than a day; without one
+        // there is none.
+        const bool doOutOfDate = postponed.isValid() && PostponementSeconds > interval ? false : outOfDate;
+        VLRLogFormat(4, UpdateTag,
+                     "AppDelegate - versionInfo: unsupported=%d, outOfDate=%d, lastPostponedDate=%@, doOutOfDate=%d",
+                     unsupported, outOfDate, postponed.isValid() ? postponed.toString(Qt::ISODate) : QStringLiteral("(null)"),
+                     doOutOfDate);
+        if (!doOutOfDate && !unsupported)
+            return;
+        checker->getVersionInfo([self, unsupported](const vlr::OptionalError&, const VLRVersionInfoPtr& info) {
+            if (!self)
+                return;
+            VLRLogFormat(4, UpdateTag, "AppDelegate - versionInfo: currentVersion=%@, latestVersion=%@",
+                         info ? info->currentVersion() : QString(), info ? info->latestVersionNice() : QString());
+        });
+    });
+}
+
+bool AppDelegate::willLaunchAppAtStartup()
+{
+    return false;
+}
+
+bool AppDelegate::launchAppAtStartup(bool)
+{
+    return false;
+}

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "session/ApplicationRoot.h"
+#include "session/MainViewControllerParts.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QRectF>
+
+#include <functional>
+#include <memory>
+
+class MainViewController;
+class QTimer;
+class StatusItemImageView;
+
+// The root of the client: starts and stops it in its required order, owns the
+// main controller, the status item and the update timer, and manages the REST
+// proxy.
+class AppDelegate : public QObject, public ApplicationRoot
+{
+    Q_OBJECT
+
+public:
+    static constexpr int NSTerminateCancel = 0;
+    static constexpr int NSTerminateNow = 1;
+    static constexpr int SoftwareUpdateIntervalSeconds = 600;
+    static inline const QString RestProxyExecutableName = QStringLiteral("veluria-rest-proxy");
+
+    using PartsFactory = std::function<MainViewControllerParts()>;
+
+    // The first phase of the start: the service library comes up. The
+    // factory makes the popover and the pages when the main controller is
+    // created.
+    explicit AppDelegate(PartsFactory partsFactory, QObject* parent = nullptr);
+    ~AppDelegate() override;
+
+    // Second phase: settings, the main controller and the status item.
+    void awakeFromNib();
+    // Third phase: the library's database, the proxy, notifications, the
+    // environment, the first version check; the popover follows a second later.
+    void applicationDidFinishLaunching();
+    int applicationShouldTerminate();
+    void applicationWillTerminate();
+
+    // A download link handed to the client.
+    void downloadUrl(const QString& url);
+
+    void launchRestProxy();
+    void checkForSoftwareUpdates() override;
+
+    // ApplicationRoot.
+    StatusItemImageView* statusItemView() override;
+    bool willLaunchAppAtStartup() override;
+    bool launchAppAtStartup(bool launch) override;
+    void terminate() override;
+
+    bool skipOpeningPop() const { return m_skipOpeningPop; }
+    void setSkipOpeningPop(bool skip) { m_skipOpeningPop = skip; }
+    // A launch from the login items leaves the popover closed.
+    void setLaunchedAsLoginItem(bool loginItem) { m_launchedAsLoginItem = loginItem; }
+    bool updateDialogIsShowing() const { return m_updateDialogIsShowing; }
+    MainViewController* mainViewController() const { return m_mainViewController.get(); }
+    StatusItemImageView* statusItem() const { return m_statusItem; }
+    QRectF statusItemFrame() const { return m_statusItemFrame; }
+
+    // The folder handed to the library for its database; null when there is
+    // no data location.
+    static QUrl databaseLocation();
+    // "~/Veluria/": where downloads go by default.
+    static QString userFolderPath();
+
+    void __statusItemDidMove(const QRectF& frame);
+
+signals:
+    // The stop was accepted: the event loop may end.
+    void terminated();
+
+private:
+    void __setDefaultUserDefaults();
+    void __scheduleUpdateTimer();
+    void __softwareUpdateTimer();
+
+    PartsFactory m_partsFactory;
+    bool m_skipOpeningPop = false;
+    bool m_launchedAsLoginItem = false;
+    bool m_updateDialogIsShowing = false;
+    std::unique_ptr<MainViewController> m_mainViewController;
+    QPointer<StatusItemImageView> m_statusItem;
+    QPointer<QTimer> m_updateTimer;
+    QRectF m_statusItemFrame;
+};

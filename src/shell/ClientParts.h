@@ -1,0 +1,7 @@
+#pragma once
+
+#include "session/MainViewControllerParts.h"
+
+// The popover, tab bar and pages of this program, ready for the main
+// controller.
+MainViewControllerParts makeClientParts();

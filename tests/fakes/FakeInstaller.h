@@ -1,0 +1,41 @@
+#pragma once
+
+#include "fakes/FakeCallLog.h"
+#include "fakes/FakePending.h"
+#include "service/VLRInstaller.h"
+#include "service/VLRInstallerOperation.h"
+
+#include <memory>
+
+class FakeInstallerOperation : public VLRInstallerOperation
+{
+public:
+    bool cancelled = false;
+
+    void cancel() override { cancelled = true; }
+    bool isCancelled() const override { return cancelled; }
+};
+
+class FakeInstaller : public VLRInstaller
+{
+public:
+    static std::shared_ptr<FakeInstaller> make(const QString& identifier, const QString& name);
+
+    FakeCallLog log;
+    // What downloadAndInstallLatestRevision answers; may stay nil.
+    VLRInstallerOperationPtr nextOperation;
+    // Installers that isEqualToInstaller takes as unchanged, by identity.
+    QList<VLRInstallerPtr> equalInstallers;
+    FakePending<VLRErrorHandler> deleteHandlers;
+    FakePending<VLRErrorHandler> forgetHandlers;
+    FakePending<VLRInstallerHandler> setFieldsHandlers;
+
+    VLRInstallerOperationPtr downloadAndInstallLatestRevision() override;
+    bool isEqualToInstaller(const VLRInstallerPtr& other) const override;
+    void deleteFromServerWithCompletionHandler(const VLRErrorHandler& handler) override;
+    void forgetLocalInstallWithCompletionHandler(const VLRErrorHandler& handler) override;
+    void setInstallerFields(const QString& name, const QVariant& type, const QVariant& description,
+                            const QVariant& platform, const QVariant& packageIdentifiers, const QList<QUrl>& fileURLs,
+                            const QVariant& silentInstall, const QVariant& productIDs, const QUrl& imageURL,
+                            const VLRInstallerHandler& completionHandler) override;
+};

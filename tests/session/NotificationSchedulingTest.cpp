@@ -1,0 +1,67 @@
+#include "session/MainViewControllerHarness.h"
+
+#include "service/VLRLogFormat.h"
+
+// The harness gives a fixed clock and a recording centre; the controller
+// itself plays no part here.
+using NotificationSchedulingTest = MainViewControllerTest;
+
+TEST_F(NotificationSchedulingTest, ABurstComesOutSixSecondsApartAndAPauseResetsTheSpacing)
+{
+    const QDateTime start = now;
+    auto a = vlr_scheduledNotificationWithTitle("A", "a");
+    auto b = vlr_scheduledNotificationWithTitle("B", "b", "obj", "VLRUserNotificationTypeNewPublication");
+    auto c = vlr_scheduledNotificationWithTitle("C", "c", "Open", QString(), QUrl(), "VLRUserNotificationTypeDownloadCompleted");
+    EXPECT_EQ(a->deliveryDate(), start);
+    EXPECT_EQ(b->deliveryDate(), start.addSecs(6));
+    EXPECT_EQ(c->deliveryDate(), start.addSecs(12));
+
+    // Time passes but not enough: the next waits behind the last.
+    now = start.addSecs(10);
+    EXPECT_EQ(vlr_scheduledNotificationWithTitle("D", "d")->deliveryDate(), start.addSecs(18));
+    now = start.addSecs(60);
+    EXPECT_EQ(vlr_scheduledNotificationWithTitle("E", "e")->deliveryDate(), now);
+    EXPECT_EQ(notifications->scheduledNotifications().size(), 5u);
+}
+
+TEST_F(NotificationSchedulingTest, SwitchedOffNothingIsMadeAndTheSpacingDoesNotMove)
+{
+    vlr_scheduledNotificationWithTitle("A", "a");
+    const QDateTime last = vlr::lastNotificationDeliveryDate();
+    VLRUserDefaults::standardUserDefaults()->setBool(false, VLRUserDefaultsKeyShowNotifications);
+    EXPECT_EQ(vlr_scheduledNotificationWithTitle("B", "b"), nullptr);
+    EXPECT_EQ(vlr_scheduledNotificationWithTitle("B", "b", "o", "t"), nullptr);
+    EXPECT_EQ(vlr_scheduledNotificationWithTitle("B", "b", "Open", "o", QUrl::fromLocalFile("/tmp/x"), "t"), nullptr);
+    EXPECT_EQ(vlr::lastNotificationDeliveryDate(), last);
+    EXPECT_EQ(notifications->scheduledNotifications().size(), 1u);
+
+    // Absent counts as off too: only the start-up defaults turn it on.
+    VLRUserDefaults::standardUserDefaults()->removeObjectForKey(VLRUserDefaultsKeyShowNotifications);
+    EXPECT_EQ(vlr_scheduledNotificationWithTitle("C", "c"), nullptr);
+}
+
+TEST_F(NotificationSchedulingTest, TheUserDictionaryOfEachFormAndTheLogLine)
+{
+    QStringList lines;
+    vlr::setLogObserver([&](int level, const QString& tag, const QString& message) {
+        lines.append(QStringLiteral("%1 %2 %3").arg(level).arg(tag, message));
+    });
+
+    auto plain = vlr_scheduledNotificationWithTitle("Title", "Text");
+    EXPECT_TRUE(plain->userInfo().isEmpty());
+    EXPECT_FALSE(plain->hasActionButton());
+
+    auto typed = vlr_scheduledNotificationWithTitle("T", "x", QString(), "VLRUserNotificationTypeErrorLoggingOut");
+    EXPECT_EQ(typed->userInfo(), (QVariantMap{{"VLRUserNotificationTypeKey", "VLRUserNotificationTypeErrorLoggingOut"}}));
+
+    auto withButton = vlr_scheduledNotificationWithTitle("Update Available", "Blender has an update", "Update",
+                                                         "inst-1", QUrl(), "VLRUserNotificationTypeUpdateAvailable");
+    EXPECT_TRUE(withButton->hasActionButton());
+    EXPECT_EQ(withButton->actionButtonTitle(), "Update");
+    EXPECT_EQ(withButton->userInfo(), (QVariantMap{{"VLRUserNotificationTypeKey", "VLRUserNotificationTypeUpdateAvailable"},
+                                                   {"VLRUserNotificationObjectIdentifierKey", "inst-1"}}));
+    vlr::setLogObserver({});
+
+    EXPECT_EQ(lines.first(), "5 SDKClient User Notification: Title: Text");
+    EXPECT_EQ(lines.size(), 3);
+}

@@ -1,0 +1,269 @@
+#include "fakes/FakeService.h"
+#include "fakes/FakeUserSession.h"
+#include "fakes/RecordingNotificationCenter.h"
+#include "fakes/RecordingPages.h"
+#include "platform/VLRUserDefaults.h"
+#include "platform/VLRUserNotificationCenter.h"
+#include "service/VLRLogFormat.h"
+#include "session/MainViewController.h"
+#include "session/VLRNotificationScheduling.h"
+#include "shell/AppDelegate.h"
+#include "shell/TerminationSignalWatcher.h"
+#include "shell/VLRUserDefaultsKeys.h"
+
+#include <QDir>
+#include <QEventLoop>
+#include <QFile>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace {
+
+void wait(int milliseconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void writeFile(const QString& path, const QByteArray& contents)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(contents);
+}
+
+// A start of the client in a home of its own: settings, data and bookmarks
+// all under a temporary folder.
+class AppDelegateTest : public ::testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        FakeService::reset();
+        saved = {qgetenv("HOME"), qgetenv("XDG_CONFIG_HOME"), qgetenv("XDG_DATA_HOME"), qgetenv("PATH")};
+        qputenv("HOME", home.path().toUtf8());
+        qputenv("XDG_CONFIG_HOME", (home.path() + "/.config").toUtf8());
+        qputenv("XDG_DATA_HOME", (home.path() + "/.local/share").toUtf8());
+        VLRUserDefaults::setStorageDirectory(home.path() + "/.config/Veluria");
+        VLRUserDefaults::resetStandardUserDefaults();
+        notifications = std::make_shared<RecordingNotificationCenter>();
+        VLRUserNotificationCenter::setDefaultUserNotificationCenter(notifications);
+        vlr::resetNotificationSpacing();
+        vlr::setLogObserver([this](int level, const QString& tag, const QString& message) {
+            log.append(QStringLiteral("%1 %2 %3").arg(level).arg(tag, message));
+        });
+    }
+
+    void TearDown() override
+    {
+        vlr::setLogObserver({});
+        VLRUserNotificationCenter::setDefaultUserNotificationCenter(nullptr);
+        VLRUserDefaults::resetStandardUserDefaults();
+        VLRUserDefaults::setStorageDirectory(QString());
+        qputenv("HOME", saved[0]);
+        qputenv("XDG_CONFIG_HOME", saved[1]);
+        qputenv("XDG_DATA_HOME", saved[2]);
+        qputenv("PATH", saved[3]);
+    }
+
+    std::unique_ptr<AppDelegate> start(RecordingParts* parts = nullptr)
+    {
+        auto delegate = std::make_unique<AppDelegate>([parts] {
+            return parts ? parts->take() : MainViewControllerParts();
+        });
+        delegate->awakeFromNib();
+        return delegate;
+    }
+
+    VLRUserDefaults* defaults() { return VLRUserDefaults::standardUserDefaults(); }
+
+    QTemporaryDir home;
+    QList<QByteArray> saved;
+    QStringList log;
+    std::shared_ptr<RecordingNotificationCenter> notifications;
+};
+
+} // namespace
+
+TEST_F(AppDelegateTest, TheFirstLaunchMakesTheUserFolderAndPutsItFirstInTheFavourites)
+{
+    writeFile(home.path() + "/.config/gtk-3.0/bookmarks", "file:///srv/music Music\nfile:///srv/films\n");
+    auto delegate = start();
+
+    EXPECT_TRUE(QFileInfo(home.path() + "/Veluria").isDir());
+    QFile bookmarks(home.path() + "/.config/gtk-3.0/bookmarks");
+    ASSERT_TRUE(bookmarks.open(QIODevice::ReadOnly));
+    EXPECT_EQ(QString::fromUtf8(bookmarks.readAll()),
+              QUrl::fromLocalFile(home.path() + "/Veluria").toString() + " Veluria\nfile:///srv/music Music\nfile:///srv/films\n");
+    EXPECT_TRUE(defaults()->objectForKey(VLRUserDefaultsKeyFirstLaunchDate).toDateTime().isValid());
+    EXPECT_TRUE(defaults()->boolForKey(VLRUserDefaultsKeyShowNotifications));
+    EXPECT_TRUE(defaults()->boolForKey(VLRUserDefaultsKeyAutoOpenAssets));
+    EXPECT_EQ(defaults()->objectForKey(VLRUserDefaultsKeyLimitDownloadCacheSize), QVariant(false));
+    EXPECT_FALSE(defaults()->objectForKey(VLRUserDefaultsKeyLaunchRestProxy).isValid());
+    EXPECT_EQ(FakeService::instance().log.names().first(), "initUsingCrashlytics");
+    EXPECT_EQ(FakeService::instance().log.calls().first().arguments, QVariantList{true});
+}
+
+TEST_F(AppDelegateTest, AUserFolderThatCannotBeMadeLeavesTheFirstLaunchForNextTime)
+{
+    writeFile(home.path() + "/blocker", "a file where a folder should be");
+    qputenv("HOME", (home.path() + "/blocker/home").toUtf8());
+    {
+        auto delegate = start();
+        EXPECT_TRUE(log.contains(QStringLiteral("5 SDKClient Error: Create directory failed for: %1/blocker/home/Veluria/")
+                                     .arg(home.path())));
+        EXPECT_FALSE(defaults()->objectForKey(VLRUserDefaultsKeyFirstLaunchDate).isValid());
+        EXPECT_FALSE(defaults()->objectForKey(VLRUserDefaultsKeyShowNotifications).isValid());
+        EXPECT_FALSE(defaults()->boolForKey(VLRUserDefaultsKeyAutoOpenAssets));
+    }
+    // The folder exists already at the next launch: the rest is done then.
+    qputenv("HOME", home.path().toUtf8());
+    QDir(home.path()).mkdir("Veluria");
+    VLRUserDefaults::resetStandardUserDefaults();
+    auto delegate = start();
+    EXPECT_TRUE(defaults()->objectForKey(VLRUserDefaultsKeyFirstLaunchDate).isValid());
+    EXPECT_TRUE(QFile::exists(home.path() + "/.config/gtk-3.0/bookmarks"));
+}
+
+TEST_F(AppDelegateTest, ARestartKeepsTheUsersChoices)
+{
+    {
+        auto delegate = start();
+        defaults()->setBool(false, VLRUserDefaultsKeyShowNotifications);
+        defaults()->setBool(false, VLRUserDefaultsKeyAutoOpenAssets);
+        defaults()->synchronize();
+    }
+    const QVariant firstLaunch = defaults()->objectForKey(VLRUserDefaultsKeyFirstLaunchDate);
+    VLRUserDefaults::resetStandardUserDefaults();
+    auto delegate = start();
+    EXPECT_FALSE(defaults()->boolForKey(VLRUserDefaultsKeyShowNotifications));
+    EXPECT_FALSE(defaults()->boolForKey(VLRUserDefaultsKeyAutoOpenAssets));
+    EXPECT_EQ(defaults()->objectForKey(VLRUserDefaultsKeyFirstLaunchDate), firstLaunch);
+}
+
+TEST_F(AppDelegateTest, TheLaunchHandsOverTheDatabaseAndTheEnvironmentAndOpensThePopoverASecondLater)
+{
+    PageJournal journal;
+    RecordingParts parts(&journal);
+    auto delegate = start(&parts);
+    delegate->applicationDidFinishLaunching();
+
+    const FakeService& service = FakeService::instance();
+    EXPECT_EQ(service.databaseLocation, QUrl::fromLocalFile(home.path() + "/.local/share/Veluria/"));
+    EXPECT_EQ(service.log.count("setEnvironmentWithDomainName"), 0);
+    EXPECT_EQ(service.versionCheckers.size(), 1);
+    EXPECT_EQ(VLRUserNotificationCenter::defaultUserNotificationCenter()->delegate(), delegate->mainViewController());
+    EXPECT_FALSE(parts.popover->shown);
+    wait(1200);
+    EXPECT_TRUE(parts.popover->shown);
+
+    // A stored environment is applied; no network means no version check.
+    defaults()->setPersistentDomain({{VLRUserDefaultsKeyEnvironment, "staging.veluria.test"}, {"other", 1}},
+                                    VLRUserDefaultsPersistentDomain);
+    FakeService::instance().networkStatus = 0;
+    PageJournal journal2;
+    RecordingParts loginItemParts(&journal2);
+    auto second = start(&loginItemParts);
+    second->setLaunchedAsLoginItem(true);
+    second->applicationDidFinishLaunching();
+    EXPECT_EQ(FakeService::instance().log.lastArguments("setEnvironmentWithDomainName"),
+              QVariantList{"staging.veluria.test"});
+    EXPECT_EQ(FakeService::instance().versionCheckers.size(), 1);
+    EXPECT_TRUE(second->skipOpeningPop());
+    wait(1200);
+    EXPECT_FALSE(loginItemParts.popover->shown);
+}
+
+TEST_F(AppDelegateTest, TheVersionCheckLogsWhatItFoundAndHonoursAPostponementOfADay)
+{
+    auto delegate = start();
+    delegate->applicationDidFinishLaunching();
+    auto checker = FakeService::instance().versionCheckers.value(0);
+    ASSERT_TRUE(checker);
+    checker->checkHandlers.complete(false, true, std::nullopt);
+    EXPECT_TRUE(log.contains("4 VeluriaSWUpdate AppDelegate - versionInfo: unsupported=0, outOfDate=1, "
+                             "lastPostponedDate=(null), doOutOfDate=1"));
+    EXPECT_EQ(checker->infoHandlers.count(), 1);
+
+    defaults()->setObject(QDateTime::currentDateTime().addSecs(-3600), VLRUserDefaultsKeyUpdatePostponedDate);
+    delegate->checkForSoftwareUpdates();
+    auto postponed = FakeService::instance().versionCheckers.value(1);
+    ASSERT_TRUE(postponed);
+    postponed->checkHandlers.complete(false, true, std::nullopt);
+    EXPECT_EQ(postponed->infoHandlers.count(), 0);
+    // A postponement never silences an unsupported version.
+    delegate->checkForSoftwareUpdates();
+    FakeService::instance().versionCheckers.value(2)->checkHandlers.complete(true, false, std::nullopt);
+    EXPECT_EQ(FakeService::instance().versionCheckers.value(2)->infoHandlers.count(), 1);
+}
+
+TEST_F(AppDelegateTest, TheStopAsksTheUpdaterThenLogsOutStopsTheProxyAndShutsTheLibraryDown)
+{
+    auto delegate = start();
+    delegate->applicationDidFinishLaunching();
+    auto session = FakeUserSession::make();
+    delegate->mainViewController()->didLoginWithSession(session, true);
+    QSignalSpy ended(delegate.get(), &AppDelegate::terminated);
+
+    FakeService::instance().canLogout = false;
+    FakeService::instance().canLogoutError = vlr::Error{"VLRFrameworkErrorDomain", 7, "Installing Veluria 2.1.", {}};
+    delegate->terminate();
+    EXPECT_EQ(ended.count(), 0);
+    ASSERT_EQ(notifications->scheduledNotifications().size(), 1u);
+    EXPECT_EQ(notifications->lastScheduledNotification()->title(), "Veluria is busy updating software...please stand by");
+    EXPECT_EQ(notifications->lastScheduledNotification()->informativeText(), "Installing Veluria 2.1.");
+    EXPECT_EQ(session->log.count("logoutWithCompletionHandler"), 0);
+
+    // Two proxies run: both are asked to stop.
+    QTemporaryDir bin;
+    const QString proxy = bin.filePath("veluria-rest-proxy");
+    QFile::copy("/bin/sleep", proxy);
+    QProcess first, second;
+    first.start(proxy, {"30"});
+    second.start(proxy, {"30"});
+    ASSERT_TRUE(first.waitForStarted() && second.waitForStarted());
+
+    FakeService::instance().canLogout = true;
+    delegate->terminate();
+    EXPECT_EQ(ended.count(), 1);
+    EXPECT_EQ(session->log.lastArguments("logoutWithCompletionHandler"), QVariantList{false});
+    EXPECT_TRUE(first.waitForFinished(5000));
+    EXPECT_TRUE(second.waitForFinished(5000));
+    EXPECT_EQ(first.exitStatus(), QProcess::CrashExit);
+    EXPECT_TRUE(defaults()->boolForKey(VLRUserDefaultsKeyLaunchRestProxy));
+    EXPECT_EQ(FakeService::instance().log.names().last(), "shutdown");
+}
+
+TEST_F(AppDelegateTest, TheProxyIsStartedOnlyIfItWasStoppedAndNeverTriedTwice)
+{
+    defaults()->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
+    qputenv("PATH", home.path().toUtf8());
+    auto delegate = start();
+    delegate->applicationDidFinishLaunching();
+    EXPECT_TRUE(log.contains("4 RestProxy Bundle Identifier \"veluria-rest-proxy\" is invalid or specified app is not installed"));
+    EXPECT_EQ(defaults()->objectForKey(VLRUserDefaultsKeyLaunchRestProxy), QVariant(false));
+
+    writeFile(home.path() + "/veluria-rest-proxy", "#!/bin/sh\nexit 0\n");
+    QFile::setPermissions(home.path() + "/veluria-rest-proxy", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    defaults()->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
+    log.clear();
+    delegate->launchRestProxy();
+    EXPECT_EQ(log, QStringList{"4 RestProxy RestProxy launched successfully!"});
+}
+
+TEST(TerminationSignalWatcherTest, AStopSignalArrivesOnTheEventLoop)
+{
+    TerminationSignalWatcher watcher;
+    QSignalSpy requested(&watcher, &TerminationSignalWatcher::terminationRequested);
+    ::raise(SIGTERM);
+    EXPECT_TRUE(requested.wait(2000));
+    EXPECT_EQ(requested.value(0).value(0).toInt(), SIGTERM);
+}
