@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <cstdio>
 #include <mutex>
 
@@ -46,8 +47,16 @@ QString asText(const LogArgument& argument)
         argument);
 }
 
-// Formats one numeric conversion with printf itself, so that width, precision
-// and flags behave exactly as in C.
+template <typename T>
+QString cFormat(const QByteArray& spec, T value)
+{
+    char buffer[128];
+    const int n = std::snprintf(buffer, sizeof buffer, spec.constData(), value);
+    return QString::fromLatin1(buffer, std::clamp(n, 0, int(sizeof buffer) - 1));
+}
+
+// Formats one numeric conversion with the C library's printf, so that width,
+// precision, flags and rounding behave exactly as in C.
 QString formatNumber(const QByteArray& flags, char conversion, const LogArgument& argument)
 {
     const bool floating = QByteArrayLiteral("fFeEgGaA").contains(conversion);
@@ -57,7 +66,7 @@ QString formatNumber(const QByteArray& flags, char conversion, const LogArgument
         else if (auto i = std::get_if<qint64>(&argument)) value = double(*i);
         else if (auto u = std::get_if<quint64>(&argument)) value = double(*u);
         else value = std::get<QString>(argument).toDouble();
-        return QString::asprintf(("%" + flags + conversion).constData(), value);
+        return cFormat("%" + flags + conversion, value);
     }
     const bool isSigned = conversion == 'd' || conversion == 'i';
     if (isSigned) {
@@ -66,14 +75,14 @@ QString formatNumber(const QByteArray& flags, char conversion, const LogArgument
         else if (auto u = std::get_if<quint64>(&argument)) value = qint64(*u);
         else if (auto d = std::get_if<double>(&argument)) value = qint64(*d);
         else value = std::get<QString>(argument).toLongLong();
-        return QString::asprintf(("%" + flags + "ll" + conversion).constData(), static_cast<long long>(value));
+        return cFormat("%" + flags + "ll" + conversion, static_cast<long long>(value));
     }
     quint64 value = 0;
     if (auto u = std::get_if<quint64>(&argument)) value = *u;
     else if (auto i = std::get_if<qint64>(&argument)) value = quint64(*i);
     else if (auto d = std::get_if<double>(&argument)) value = quint64(*d);
     else value = std::get<QString>(argument).toULongLong();
-    return QString::asprintf(("%" + flags + "ll" + conversion).constData(), static_cast<unsigned long long>(value));
+    return cFormat("%" + flags + "ll" + conversion, static_cast<unsigned long long>(value));
 }
 
 } // namespace

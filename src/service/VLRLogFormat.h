@@ -19,7 +19,7 @@ template <typename T>
 LogArgument toLogArgument(const T& value)
 {
     if constexpr (std::is_same_v<T, bool>)
-        return QString::fromLatin1(value ? "YES" : "NO");
+        return static_cast<qint64>(value);
     else if constexpr (std::is_integral_v<T> && std::is_signed_v<T>)
         return static_cast<qint64>(value);
     else if constexpr (std::is_integral_v<T>)

@@ -10,20 +10,20 @@
 #include "signin/LoginViewControllerDelegate.h"
 #include "signin/PreferencesViewControllerDelegate.h"
 #include "transfers/TransfersViewControllerDelegate.h"
+#include "widgets/StatusItemImageView.h"
 #include "widgets/StatusItemImageViewDelegate.h"
+#include "widgets/VLRView.h"
 #include "widgets/VLRViewDelegate.h"
 #include "workspaces/FileDropViewControllerDelegate.h"
 #include "workspaces/WorkspacesViewControllerDelegate.h"
 
+#include <QFileDialog>
 #include <QObject>
 #include <QPointer>
 #include <QStackedWidget>
 
 class ApplicationRoot;
-class QFileDialog;
 class WorkspaceLocationDelegate;
-class StatusItemImageView;
-class VLRView;
 
 // The heart of the client: it owns the one session, the popover and every
 // page, binds and unbinds the session, turns observed changes into calls on

@@ -8,7 +8,7 @@
 
 namespace {
 
-std::function<QDateTime()>& clock()
+std::function<QDateTime()>& notificationClock()
 {
     static std::function<QDateTime()> c;
     return c;
@@ -22,7 +22,7 @@ QDateTime& lastDeliveryDate()
 
 QDateTime now()
 {
-    return clock() ? clock()() : QDateTime::currentDateTime();
+    return notificationClock() ? notificationClock()() : QDateTime::currentDateTime();
 }
 
 bool notificationsOn()
@@ -103,7 +103,7 @@ namespace vlr {
 
 void setNotificationClock(std::function<QDateTime()> c)
 {
-    clock() = std::move(c);
+    notificationClock() = std::move(c);
 }
 
 QDateTime lastNotificationDeliveryDate()
