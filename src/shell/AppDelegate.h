@@ -2,6 +2,7 @@
 
 #include "session/ApplicationRoot.h"
 #include "session/MainViewControllerParts.h"
+#include "widgets/StatusItemImageView.h"
 
 #include <QObject>
 #include <QPointer>
@@ -12,7 +13,7 @@
 
 class MainViewController;
 class QTimer;
-class StatusItemImageView;
+
 
 // The root of the client: starts and stops it in its required order, owns the
 // main controller, the status item and the update timer, and manages the REST
