@@ -69,13 +69,27 @@ QString Database::errorMessage() const
 
 bool Database::transaction(const std::function<bool()>& work)
 {
-    if (!exec("BEGIN IMMEDIATE"))
+    // Inside another transaction this one is a savepoint of it.
+    const bool outermost = m_depth == 0;
+    const QByteArray savepoint = "SAVEPOINT level" + QByteArray::number(m_depth);
+    if (!exec(outermost ? "BEGIN IMMEDIATE" : savepoint.constData()))
         return false;
-    m_rolledBackFailure.clear();
-    if (work() && exec("COMMIT"))
+    ++m_depth;
+    if (outermost)
+        m_rolledBackFailure.clear();
+    const bool done = work();
+    --m_depth;
+    const QByteArray release = "RELEASE level" + QByteArray::number(m_depth);
+    if (done && exec(outermost ? "COMMIT" : release.constData()))
         return true;
     m_rolledBackFailure = QString::fromUtf8(sqlite3_errmsg(m_handle));
-    exec("ROLLBACK");
+    if (outermost) {
+        exec("ROLLBACK");
+    } else {
+        const QByteArray back = "ROLLBACK TO level" + QByteArray::number(m_depth);
+        exec(back.constData());
+        exec(release.constData());
+    }
     return false;
 }
 

@@ -26,7 +26,7 @@ public:
     bool exec(const char* sql);
     QString errorMessage() const;
     // Runs the work in one write transaction; rolled back when it answers
-    // false or the commit fails.
+    // false or the commit fails. Transactions nest.
     bool transaction(const std::function<bool()>& work);
     // Changes whenever another connection commits.
     qint64 dataVersion();
@@ -38,4 +38,5 @@ private:
     QString m_folder;
     // What made the last transaction fail, kept past its rollback.
     QString m_rolledBackFailure;
+    int m_depth = 0;
 };

@@ -25,8 +25,8 @@ LocationState& state()
 
 void DatabaseLocation::set(const QUrl& folder)
 {
-    if (folder.isLocalFile())
-        PrivateFiles::makeFolder(folder.toLocalFile());
+    if (folder.isLocalFile() && PrivateFiles::makeFolder(folder.toLocalFile()))
+        PrivateFiles::restrict(folder.toLocalFile(), true);
     LocationState& s = state();
     {
         std::lock_guard lock(s.mutex);

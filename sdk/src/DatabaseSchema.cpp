@@ -4,6 +4,9 @@
 
 bool DatabaseSchema::create(Database& database)
 {
+    // The catalog's version moves with every change that a session shows
+    // (workspaces, members, files, publications, names), so that watching
+    // sessions read one number, not the tables, to know whether to reload.
     // Assets are the files of a workspace, revisions their successive
     // contents (a content-store hash), publications what members announce:
     // a revision with its text, or a text alone.
@@ -87,6 +90,18 @@ CREATE TABLE IF NOT EXISTS cache_entries(
   user_id TEXT NOT NULL,
   size INTEGER NOT NULL,
   added_at INTEGER NOT NULL);
+CREATE TABLE IF NOT EXISTS catalog(version INTEGER NOT NULL);
+INSERT INTO catalog(version) SELECT 0 WHERE NOT EXISTS(SELECT 1 FROM catalog);
+CREATE TRIGGER IF NOT EXISTS workspaces_added AFTER INSERT ON workspaces BEGIN UPDATE catalog SET version = version + 1; END;
+CREATE TRIGGER IF NOT EXISTS workspaces_changed AFTER UPDATE ON workspaces BEGIN UPDATE catalog SET version = version + 1; END;
+CREATE TRIGGER IF NOT EXISTS workspaces_removed AFTER DELETE ON workspaces BEGIN UPDATE catalog SET version = version + 1; END;
+CREATE TRIGGER IF NOT EXISTS members_added AFTER INSERT ON members BEGIN UPDATE catalog SET version = version + 1; END;
+CREATE TRIGGER IF NOT EXISTS members_changed AFTER UPDATE ON members BEGIN UPDATE catalog SET version = version + 1; END;
+CREATE TRIGGER IF NOT EXISTS members_removed AFTER DELETE ON members BEGIN UPDATE catalog SET version = version + 1; END;
+CREATE TRIGGER IF NOT EXISTS assets_added AFTER INSERT ON assets BEGIN UPDATE catalog SET version = version + 1; END;
+CREATE TRIGGER IF NOT EXISTS publications_added AFTER INSERT ON publications BEGIN UPDATE catalog SET version = version + 1; END;
+CREATE TRIGGER IF NOT EXISTS users_changed AFTER UPDATE OF email, first_name, last_name, avatar, needs_confirmation ON users
+  BEGIN UPDATE catalog SET version = version + 1; END;
 PRAGMA user_version = 1;
 )sql");
 }

@@ -28,7 +28,7 @@ bool PrivateFiles::makeFolder(const QString& path)
         errno = ENOTDIR;
         return false;
     }
-    return (info.st_mode & 0077) == 0 || ::chmod(native.constData(), info.st_mode & 0700) == 0;
+    return true;
 }
 
 int PrivateFiles::createFile(const QString& path, bool exclusive)

@@ -7,8 +7,8 @@
 class PrivateFiles
 {
 public:
-    // Creates the folder and any missing parents, and makes the folder itself
-    // private. Returns false, with errno set, when that failed.
+    // Creates the folder and any missing parents, private; a folder that is
+    // there already is left as it is. False, with errno set, on failure.
     static bool makeFolder(const QString& path);
     // Opens for writing, creating the file private; -1 with errno on failure.
     static int createFile(const QString& path, bool exclusive);

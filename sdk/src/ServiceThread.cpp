@@ -9,7 +9,7 @@ ServiceThread::ServiceThread()
 
 ServiceThread::~ServiceThread()
 {
-    stop();
+    finishAndStop();
 }
 
 void ServiceThread::post(Task task)
@@ -23,12 +23,11 @@ void ServiceThread::post(Task task)
     m_wake.notify_one();
 }
 
-void ServiceThread::stop()
+void ServiceThread::finishAndStop()
 {
     {
         std::lock_guard lock(m_mutex);
         m_stopping = true;
-        m_tasks.clear();
     }
     m_wake.notify_one();
     if (m_thread.joinable() && m_thread.get_id() != std::this_thread::get_id())
@@ -51,7 +50,7 @@ void ServiceThread::run()
         {
             std::unique_lock lock(m_mutex);
             m_wake.wait(lock, [this] { return m_stopping || !m_tasks.empty(); });
-            if (m_stopping)
+            if (m_tasks.empty())
                 break;
             task = std::move(m_tasks.front());
             m_tasks.pop_front();

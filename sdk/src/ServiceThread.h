@@ -22,11 +22,12 @@ public:
     ServiceThread();
     ServiceThread(const ServiceThread&) = delete;
     ServiceThread& operator=(const ServiceThread&) = delete;
-    // Waits for the running task; tasks not yet started are dropped.
+    // Runs the tasks still queued, then ends the thread.
     ~ServiceThread();
 
     void post(Task task);
-    void stop();
+    // Tasks posted after this are dropped.
+    void finishAndStop();
 
     // For tasks: the thread's connection to the database in this folder,
     // opened at first use; null with the reason in failure.

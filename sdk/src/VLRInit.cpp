@@ -3,6 +3,7 @@
 #include "service/VLRLogFormat.h"
 
 #include "CrashReporter.h"
+#include "Reaper.h"
 #include "SessionRegistry.h"
 
 #include <QFileInfo>
@@ -17,6 +18,7 @@ void VLRInit::initUsingCrashlytics(bool crashReporting)
 void VLRInit::shutdown()
 {
     SessionRegistry::endAll();
+    Reaper::waitForAll(std::chrono::seconds(10));
     CrashReporter::uninstall();
     VLRLogFormat(4, QStringLiteral("VeluriaSDK"), "Veluria service library stopped");
 }

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "AccountStore.h"
+#include "WorkspaceStore.h"
+
+#include <QStringList>
+#include <QTextStream>
+
+#include <memory>
+
+class Database;
+
+// veluria-admin: manages the local service's accounts, workspaces and
+// publications on the same database as the client. Each command answers 0
+// on success, and otherwise 1 with the reason on standard error.
+class AdminTool
+{
+public:
+    AdminTool(QTextStream& out, QTextStream& err);
+    ~AdminTool();
+
+    int run(QStringList arguments);
+
+    static QString defaultDatabaseFolder();
+
+private:
+    int usage(int status);
+    bool open();
+    int fail(const QString& reason);
+    std::optional<AccountStore::Account> account(const QString& email);
+    // A workspace by identifier, or by name when only one has it.
+    std::optional<WorkspaceStore::Workspace> workspace(const QString& idOrName);
+    QString option(QStringList& arguments, const QString& name);
+    bool flag(QStringList& arguments, const QString& name);
+
+    int addUser(QStringList arguments);
+    int confirm(const QStringList& arguments);
+    int changePassword(const QStringList& arguments);
+    int enableSecondFactor(const QStringList& arguments);
+    int addWorkspace(const QStringList& arguments);
+    int addMember(QStringList arguments);
+    int publish(QStringList arguments);
+    int comment(const QStringList& arguments);
+    int link(QStringList arguments);
+    int listWorkspaces(const QStringList& arguments);
+    int demo();
+
+    QTextStream& m_out;
+    QTextStream& m_err;
+    QString m_folder;
+    std::unique_ptr<Database> m_database;
+};

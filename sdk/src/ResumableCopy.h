@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+
+// Copies one file into a partial file in chunks, hashing what it writes. A
+// partial file left by an earlier, interrupted copy is kept as far as it
+// agrees with the source, and the copy goes on from there. When the copy is
+// done, the partial file is complete and on disk (one fsync), ready to be
+// renamed into place by the caller.
+class ResumableCopy
+{
+public:
+    static constexpr qint64 chunkSize = 256 * 1024;
+
+    enum class Outcome { Done, Stopped, Failed };
+
+    // shouldStop is asked between chunks; advanced hears of every chunk's
+    // bytes, the verified ones of a resumed copy included.
+    ResumableCopy(const QString& source, const QString& partial, std::function<bool()> shouldStop,
+                  std::function<void(qint64 bytes)> advanced);
+
+    Outcome run();
+
+    // After Done: the content's SHA-256 and size.
+    const QByteArray& digest() const { return m_digest; }
+    qint64 size() const { return m_size; }
+    // After Failed: what went wrong, for the user; sourceChanged() tells a
+    // source that changed under the copy from other failures.
+    const QString& failure() const { return m_failure; }
+    bool sourceChanged() const { return m_sourceChanged; }
+    bool failedOnSource() const { return m_failedOnSource; }
+
+private:
+    Outcome fail(const QString& path, int error, bool onSource);
+
+    QString m_source;
+    QString m_partial;
+    std::function<bool()> m_shouldStop;
+    std::function<void(qint64)> m_advanced;
+    QByteArray m_digest;
+    qint64 m_size = 0;
+    QString m_failure;
+    bool m_sourceChanged = false;
+    bool m_failedOnSource = false;
+};
