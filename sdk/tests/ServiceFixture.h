@@ -1,0 +1,104 @@
+#pragma once
+
+#include "AccountStore.h"
+#include "Database.h"
+#include "LocalUserSession.h"
+#include "WorkspaceStore.h"
+
+#include "service/VLRObject.h"
+#include "service/VLRUserSessionDelegate.h"
+
+#include <QByteArray>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+// Records every change it hears, and whether it came on the GUI thread.
+class ChangeRecorder : public VLRKeyValueObserver
+{
+public:
+    struct Change
+    {
+        QString keyPath;
+        VLRObject* object;
+        bool onGuiThread;
+    };
+
+    void observeValueForKeyPath(const QString& keyPath, VLRObject* object, const vlr::KeyValueChange& change,
+                                void* context) override;
+    void watch(VLRObject& object, const QStringList& keyPaths);
+    void forget(VLRObject& object, const QStringList& keyPaths);
+    int count(const QString& keyPath, const VLRObject* object = nullptr) const;
+    bool allOnGuiThread() const;
+    const QList<Change>& changes() const { return m_changes; }
+
+private:
+    QList<Change> m_changes;
+};
+
+// The session's delegate, recording what it is told.
+class RecordingDelegate : public VLRUserSessionDelegate
+{
+public:
+    void passwordChanged() override { ++passwordChanges; }
+    void downstreamProxyUnavailable() override { ++serviceLosses; }
+    void currentVersionIsUnsupported() override {}
+    void clientKeyExpired() override {}
+    void getFolderURLFromUser(const QString&, const QUrl&, const VLRFolderValidationHandler&,
+                              const VLRFolderCompletionHandler& completionHandler) override
+    {
+        completionHandler(QUrl());
+    }
+    void workspace(const VLRWorkspacePtr& workspace, const VLRPublicationList& publications) override;
+
+    int passwordChanges = 0;
+    int serviceLosses = 0;
+    QList<QPair<VLRWorkspacePtr, VLRPublicationList>> announcements;
+};
+
+// A fresh local service for each test: its database folder and the user's
+// home (where ~/Veluria is) in temporary folders, and a connection of the
+// test's own to arrange the data.
+class ServiceFixture : public ::testing::Test
+{
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    QString databaseFolder() const { return m_data.path() + QStringLiteral("/Veluria"); }
+    QString home() const { return m_home.path(); }
+    Database& database() { return *m_database; }
+
+    QString addUser(const QString& email, const QString& password, const QString& firstName = QStringLiteral("Ann"));
+    QString addWorkspace(const QString& name, const QString& ownerId, qint64 updatedAt = 0);
+
+    struct SignInOutcome
+    {
+        VLRUserSessionPtr session;
+        VLRLoginVerifierPtr verifier;
+        vlr::OptionalError error;
+        int calls = 0;
+        bool onGuiThread = true;
+    };
+    SignInOutcome signIn(const QString& email, const QString& password,
+                         const QString& apiKey = QStringLiteral("lumenra-courier-token"));
+    // Signs in and waits for the lists; the test fails if that fails.
+    std::shared_ptr<LocalUserSession> signedIn(const QString& email, const QString& password);
+
+    // Runs the GUI thread's events until the condition holds; false on
+    // timeout.
+    static bool waitUntil(const std::function<bool()>& condition, int timeoutMs = 20000);
+    static QByteArray randomBytes(qint64 size);
+    static QString writeFile(const QString& path, const QByteArray& content);
+    static QByteArray readFile(const QString& path);
+
+private:
+    QTemporaryDir m_data;
+    QTemporaryDir m_home;
+    QByteArray m_previousHome;
+    std::unique_ptr<Database> m_database;
+    std::vector<VLRUserSessionPtr> m_sessions;
+};
