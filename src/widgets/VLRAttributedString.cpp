@@ -1,5 +1,6 @@
 #include "widgets/VLRAttributedString.h"
 
+#include <QFontMetrics>
 #include <QFontMetricsF>
 #include <QStringList>
 
@@ -12,5 +13,7 @@ QSizeF VLRAttributedString::size() const
     qreal width = 0;
     for (const QString& line : lines)
         width = std::max(width, metrics.horizontalAdvance(line));
-    return QSizeF(width, metrics.lineSpacing() * lines.size());
+    // Lines stand on whole pixels, so a line is as high as the font's
+    // rounded line spacing.
+    return QSizeF(width, QFontMetrics(font).lineSpacing() * lines.size());
 }

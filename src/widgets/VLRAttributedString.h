@@ -17,8 +17,8 @@ struct VLRAttributedString
     // Qt::ElideNone clips; Qt::ElideMiddle truncates in the middle.
     Qt::TextElideMode lineBreakMode = Qt::ElideNone;
 
-    // The size the text asks for by its font: the widest line and one line
-    // height a line, also for an empty text.
+    // The size the text asks for by its font: the widest line, and one whole
+    // line height a line, also for an empty text.
     QSizeF size() const;
 
     bool operator==(const VLRAttributedString&) const = default;

@@ -257,12 +257,17 @@ bool VLRView::eventFilter(QObject* watched, QEvent* event)
 
 // Qt hands a click to the topmost child under the pointer; this sends it to
 // the view that hitTest() names instead, and keeps the rest of that click
-// (moves with the button held, the release) going to the same view.
+// (moves with the button held, the release) going to the same view. Events
+// that Qt passes on to parents, and those this view sends itself, go by.
 bool VLRView::__routeClick(QWidget* receiver, QMouseEvent* event)
 {
+    if (m_resendingClick)
+        return false;
     const bool press = event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
     if (press) {
-        if (m_clickThroughViews.isEmpty() || (m_routingClick && receiver == m_clickTarget))
+        // Only where Qt delivered the press: a parent hears it again when the
+        // child leaves it, and then a child lies under the point.
+        if (m_clickThroughViews.isEmpty() || receiver->childAt(event->position().toPoint()))
             return false;
         const QPointF local = receiver->mapTo(this, event->position());
         QWidget* target = hitTest(isWindow() ? local : mapToParent(local));
@@ -283,7 +288,9 @@ bool VLRView::__routeClick(QWidget* receiver, QMouseEvent* event)
         const QPointF scenePosition = target->mapTo(target->window(), position);
         QMouseEvent routed(event->type(), position, scenePosition, event->globalPosition(), event->button(),
                            event->buttons(), event->modifiers(), event->pointingDevice());
+        m_resendingClick = true;
         QCoreApplication::sendEvent(target, &routed);
+        m_resendingClick = false;
     }
     return true;
 }

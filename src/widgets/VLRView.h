@@ -103,5 +103,6 @@ private:
 
     bool m_watchingForClicks = false;
     bool m_routingClick = false;
+    bool m_resendingClick = false;
     QPointer<QWidget> m_clickTarget;
 };

@@ -22,7 +22,11 @@ QWidget* vlr_hitTest(QWidget* view, const QPointF& point)
 
 QWidget* vlr_platformHitTest(QWidget* view, const QPointF& point)
 {
-    if (!view || view->isHidden() || view->testAttribute(Qt::WA_TransparentForMouseEvents))
+    if (!view || view->testAttribute(Qt::WA_TransparentForMouseEvents))
+        return nullptr;
+    // A child counts as shown when it would be with its parent, so that a
+    // page can be hit-tested before its window is on screen.
+    if (!view->isWindow() && !view->isVisibleTo(view->parentWidget()))
         return nullptr;
     const QRectF frame = view->isWindow() ? QRectF(view->rect()) : QRectF(view->geometry());
     if (!frame.contains(point))
