@@ -154,6 +154,10 @@ void LocalTransferQueue::onFinished(const QString& id, const TransferResult& res
         }
         if (!result.revisionId.isEmpty())
             transfer->job().revisionId = result.revisionId;
+        if (result.totalSize > 0 && result.totalSize != transfer->totalSize()) {
+            transfer->job().totalSize = result.totalSize;
+            transfer->setTotalSize(result.totalSize);
+        }
         finish(transfer, std::nullopt);
         break;
     case TransferResult::Outcome::Failed:

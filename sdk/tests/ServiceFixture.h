@@ -5,10 +5,12 @@
 #include "LocalUserSession.h"
 #include "WorkspaceStore.h"
 
+#include "service/VLRInit.h"
 #include "service/VLRObject.h"
 #include "service/VLRUserSessionDelegate.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>

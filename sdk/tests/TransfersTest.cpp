@@ -1,0 +1,420 @@
+#include "ServiceFixture.h"
+
+#include "DownloadLink.h"
+#include "LocalTransfer.h"
+
+#include "service/VLRTransferQueue.h"
+#include "service/VLRTransferReporting.h"
+#include "service/VLRWorkspace.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
+#include <QFileInfo>
+
+#include <sys/stat.h>
+
+namespace {
+
+class Transfers : public ServiceFixture
+{
+protected:
+    void SetUp() override
+    {
+        ServiceFixture::SetUp();
+        ann = addUser(QStringLiteral("ann@example.com"), QStringLiteral("pw"), QStringLiteral("Ann"));
+        shared = addWorkspace(QStringLiteral("Shared"), ann);
+        source = home() + QStringLiteral("/source");
+        QDir().mkpath(source);
+    }
+
+    VLRTransferReportingPtr upload(const std::shared_ptr<LocalUserSession>& session, const QString& path,
+                                   const QString& text = QStringLiteral("Here it is"))
+    {
+        vlr::OptionalError error;
+        const qsizetype before = session->uploader()->transfers().size() + session->completedTransfers().size();
+        session->uploadAndPublishNewRevision(QUrl::fromLocalFile(path), shared, false, text, &error);
+        EXPECT_FALSE(error.has_value()) << (error ? error->localizedDescription.toStdString() : "");
+        const VLRTransferList all = session->uploader()->transfers() + session->completedTransfers();
+        EXPECT_EQ(all.size(), before + 1);
+        for (const VLRTransferReportingPtr& transfer : all)
+            if (transfer->fileURL().toLocalFile() == path && !known.contains(transfer))
+                return known.append(transfer), transfer;
+        return nullptr;
+    }
+
+    struct Requested
+    {
+        VLRTransferReportingPtr transfer;
+        vlr::OptionalError error;
+    };
+    Requested download(const std::shared_ptr<LocalUserSession>& session, const QString& link, const QUrl& folder = {})
+    {
+        auto answer = std::make_shared<Requested>();
+        auto calls = std::make_shared<int>(0);
+        auto handler = [answer, calls](const VLRTransferReportingPtr& transfer, const vlr::OptionalError& error) {
+            answer->transfer = transfer;
+            answer->error = error;
+            ++*calls;
+        };
+        if (folder.isEmpty())
+            session->downloadUrl(link, handler);
+        else
+            session->downloadUrl(link, folder, handler);
+        EXPECT_TRUE(waitUntil([&] { return *calls > 0; }));
+        QCoreApplication::processEvents();
+        EXPECT_EQ(*calls, 1);
+        return *answer;
+    }
+
+    static QString linkOf(const VLRTransferReportingPtr& upload)
+    {
+        const auto& job = std::static_pointer_cast<LocalTransfer>(upload)->job();
+        return DownloadLink::make(job.workspaceId, job.revisionId);
+    }
+
+    static bool finished(const VLRTransferReportingPtr& transfer) { return transfer && transfer->isFinished(); }
+
+    QString ann;
+    QString shared;
+    QString source;
+    VLRTransferList known;
+};
+
+mode_t modeOf(const QString& path)
+{
+    struct stat info;
+    return ::stat(QFile::encodeName(path).constData(), &info) == 0 ? info.st_mode & 0777 : 0;
+}
+
+TEST_F(Transfers, UploadAndDownloadRoundTripByteForByteOnTheGuiThread)
+{
+    const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(session, nullptr);
+    ChangeRecorder recorder;
+    const QStringList queueKeys{QStringLiteral("transfers"), QStringLiteral("currentTransfer"),
+                                QStringLiteral("throughput"), QStringLiteral("timeRemaining"),
+                                QStringLiteral("timeRemainingInvalid")};
+    recorder.watch(*session->uploader(), queueKeys);
+    recorder.watch(*session->downloader(), queueKeys);
+    recorder.watch(*session, {QStringLiteral("completedTransfers")});
+
+    const QByteArray content = randomBytes(24 * 1024 * 1024 + 123);
+    const QString path = writeFile(source + QStringLiteral("/Poster final.psd"), content);
+    QElapsedTimer clock;
+    clock.start();
+    const VLRTransferReportingPtr up = upload(session, path);
+    ASSERT_NE(up, nullptr);
+    recorder.watch(*up, {QStringLiteral("fractionCompleted"), QStringLiteral("finished"), QStringLiteral("error")});
+    EXPECT_EQ(up->type(), 1);
+    EXPECT_EQ(up->totalSize(), content.size());
+    EXPECT_FALSE(up->identifier().isEmpty());
+    EXPECT_EQ(session->uploader()->currentTransfer(), up);
+    ASSERT_TRUE(waitUntil([&] { return finished(up); }));
+    const qint64 elapsed = clock.elapsed();
+    EXPECT_FALSE(up->error().has_value()) << up->error()->localizedDescription.toStdString();
+    EXPECT_EQ(up->fractionCompleted(), 1.0);
+    EXPECT_TRUE(session->uploader()->transfers().isEmpty());
+    EXPECT_EQ(session->uploader()->currentTransfer(), nullptr);
+    EXPECT_EQ(session->completedTransfers(), VLRTransferList{up});
+    // At most one progress step every 50 ms, and one for the end.
+    EXPECT_LE(recorder.count(QStringLiteral("fractionCompleted"), up.get()), elapsed / 50 + 2);
+    EXPECT_EQ(recorder.count(QStringLiteral("finished"), up.get()), 1);
+
+    // The content is in the store, whole and private.
+    const QDir store(databaseFolder() + QStringLiteral("/Store"));
+    EXPECT_EQ(modeOf(store.path()), 0700u);
+    QDirIterator blobs(store.path(), QDir::Files, QDirIterator::Subdirectories);
+    QStringList found;
+    while (blobs.hasNext())
+        found.append(blobs.next());
+    ASSERT_EQ(found.size(), 1);
+    EXPECT_EQ(readFile(found.at(0)), content);
+    EXPECT_EQ(modeOf(found.at(0)), 0600u);
+
+    const Requested requested = download(session, linkOf(up));
+    ASSERT_NE(requested.transfer, nullptr);
+    EXPECT_FALSE(requested.error.has_value());
+    const VLRTransferReportingPtr down = requested.transfer;
+    recorder.watch(*down, {QStringLiteral("fractionCompleted"), QStringLiteral("finished")});
+    EXPECT_NE(down->type(), 1);
+    EXPECT_EQ(down->subType(), 1);
+    EXPECT_EQ(down->totalSize(), content.size());
+    ASSERT_TRUE(waitUntil([&] { return finished(down); }));
+    EXPECT_FALSE(down->error().has_value());
+    const QString target = home() + QStringLiteral("/Veluria/Shared/Poster final.psd");
+    EXPECT_EQ(down->fileURL(), QUrl::fromLocalFile(target));
+    EXPECT_EQ(readFile(target), content);
+    EXPECT_EQ(modeOf(target), 0600u);
+    EXPECT_EQ(session->completedTransfers(), (VLRTransferList{up, down}));
+
+    // Into a folder of the user's choosing; a file of that name that the
+    // user has there is kept.
+    const QString chosen = home() + QStringLiteral("/Chosen");
+    QDir().mkpath(chosen);
+    const mode_t chosenMode = modeOf(chosen);
+    writeFile(chosen + QStringLiteral("/Poster final.psd"), "the user's own");
+    const Requested elsewhere = download(session, linkOf(up), QUrl::fromLocalFile(chosen));
+    ASSERT_NE(elsewhere.transfer, nullptr);
+    ASSERT_TRUE(waitUntil([&] { return finished(elsewhere.transfer); }));
+    EXPECT_EQ(readFile(chosen + QStringLiteral("/Poster final.psd")), QByteArray("the user's own"));
+    EXPECT_EQ(readFile(chosen + QStringLiteral("/Poster final (2).psd")), content);
+    EXPECT_EQ(elsewhere.transfer->fileURL(), QUrl::fromLocalFile(chosen + QStringLiteral("/Poster final (2).psd")));
+    EXPECT_EQ(modeOf(chosen), chosenMode);
+
+    EXPECT_TRUE(recorder.allOnGuiThread());
+    EXPECT_GT(recorder.count(QStringLiteral("currentTransfer")), 0);
+    recorder.forget(*session->uploader(), queueKeys);
+    recorder.forget(*session->downloader(), queueKeys);
+    recorder.forget(*session, {QStringLiteral("completedTransfers")});
+    recorder.forget(*up, {QStringLiteral("fractionCompleted"), QStringLiteral("finished"), QStringLiteral("error")});
+    recorder.forget(*down, {QStringLiteral("fractionCompleted"), QStringLiteral("finished")});
+}
+
+TEST_F(Transfers, FoldersTravelWholeAndEmptyFilesToo)
+{
+    const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(session, nullptr);
+    const QString folder = source + QStringLiteral("/Site");
+    QDir().mkpath(folder + QStringLiteral("/img/icons"));
+    const QMap<QString, QByteArray> files{{QStringLiteral("index.html"), "<html></html>"},
+                                          {QStringLiteral("img/logo.png"), randomBytes(300000)},
+                                          {QStringLiteral("img/icons/.hidden"), "h"},
+                                          {QStringLiteral("empty.txt"), QByteArray("")}};
+    for (auto it = files.begin(); it != files.end(); ++it)
+        writeFile(folder + QLatin1Char('/') + it.key(), it.value());
+    const VLRTransferReportingPtr up = upload(session, folder);
+    ASSERT_TRUE(waitUntil([&] { return finished(up); }));
+    ASSERT_FALSE(up->error().has_value()) << up->error()->localizedDescription.toStdString();
+    EXPECT_EQ(up->totalSize(), 13 + 300000 + 1);
+
+    const Requested down = download(session, linkOf(up));
+    ASSERT_NE(down.transfer, nullptr);
+    ASSERT_TRUE(waitUntil([&] { return finished(down.transfer); }));
+    ASSERT_FALSE(down.transfer->error().has_value()) << down.transfer->error()->localizedDescription.toStdString();
+    const QString target = home() + QStringLiteral("/Veluria/Shared/Site");
+    for (auto it = files.begin(); it != files.end(); ++it) {
+        EXPECT_TRUE(QFileInfo::exists(target + QLatin1Char('/') + it.key())) << it.key().toStdString();
+        EXPECT_EQ(readFile(target + QLatin1Char('/') + it.key()), it.value()) << it.key().toStdString();
+    }
+    EXPECT_FALSE(QFileInfo::exists(home() + QStringLiteral("/Veluria/Shared/.Site.veluria-part")));
+}
+
+TEST_F(Transfers, PauseReorderCancelAndRestartInTheQueue)
+{
+    const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(session, nullptr);
+    ChangeRecorder recorder;
+    recorder.watch(*session, {QStringLiteral("transfersPaused")});
+    session->pauseAllTransfers(true);
+    EXPECT_TRUE(session->transfersPaused());
+    const VLRTransferReportingPtr a = upload(session, writeFile(source + QStringLiteral("/a.txt"), "aaa"));
+    const VLRTransferReportingPtr b = upload(session, writeFile(source + QStringLiteral("/b.txt"), "bbb"));
+    const VLRTransferReportingPtr c = upload(session, writeFile(source + QStringLiteral("/c.txt"), "ccc"));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(session->uploader()->currentTransfer(), nullptr);
+    EXPECT_EQ(session->uploader()->transfers(), (VLRTransferList{a, b, c}));
+
+    session->uploader()->moveTransfersAbove({c, b}, a);
+    EXPECT_EQ(session->uploader()->transfers(), (VLRTransferList{c, b, a}));
+    session->uploader()->moveTransfersAbove({c}, nullptr);
+    EXPECT_EQ(session->uploader()->transfers(), (VLRTransferList{b, a, c}));
+
+    c->pause();
+    EXPECT_TRUE(c->isPaused());
+    b->cancel();
+    EXPECT_TRUE(b->isFinished());
+    ASSERT_TRUE(b->error().has_value());
+    EXPECT_EQ(b->error()->domain, QStringLiteral("NSCocoaErrorDomain"));
+    EXPECT_EQ(b->error()->code, 3072);
+    EXPECT_EQ(session->completedTransfers(), VLRTransferList{b});
+
+    // A restart refuses what isn't failed, and takes back what is.
+    vlr::OptionalError refused;
+    session->uploader()->restartTransfer(a, &refused);
+    ASSERT_TRUE(refused.has_value());
+    EXPECT_EQ(refused->localizedDescription, QStringLiteral("This transfer can't be retried."));
+    vlr::OptionalError restarted;
+    session->uploader()->restartTransfer(b, &restarted);
+    EXPECT_FALSE(restarted.has_value());
+    EXPECT_FALSE(b->isFinished());
+    EXPECT_FALSE(b->error().has_value());
+    EXPECT_EQ(session->uploader()->transfers(), (VLRTransferList{a, c, b}));
+    EXPECT_TRUE(session->completedTransfers().isEmpty());
+
+    session->pauseAllTransfers(false);
+    ASSERT_TRUE(waitUntil([&] { return finished(a) && finished(b); }));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(finished(c));
+    EXPECT_EQ(session->completedTransfers(), (VLRTransferList{a, b}));
+    EXPECT_EQ(session->uploader()->transfers(), VLRTransferList{c});
+    EXPECT_EQ(session->uploader()->currentTransfer(), nullptr);
+    c->unpause();
+    ASSERT_TRUE(waitUntil([&] { return finished(c); }));
+    EXPECT_FALSE(c->error().has_value());
+
+    // Cancelling a finished transfer takes it off the completed list.
+    a->cancel();
+    EXPECT_EQ(session->completedTransfers(), (VLRTransferList{b, c}));
+    EXPECT_EQ(recorder.count(QStringLiteral("transfersPaused")), 2);
+    recorder.forget(*session, {QStringLiteral("transfersPaused")});
+}
+
+TEST_F(Transfers, PausedAndCancelledWhileRunningThenResumedCorrectly)
+{
+    const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(session, nullptr);
+    const QByteArray content = randomBytes(256 * 1024 * 1024);
+    const VLRTransferReportingPtr big = upload(session, writeFile(source + QStringLiteral("/big.bin"), content));
+    ASSERT_TRUE(waitUntil([&] { return big->fractionCompleted() > 0 || finished(big); }));
+    big->pause();
+    ASSERT_TRUE(waitUntil([&] { return session->uploader()->currentTransfer() == nullptr; }));
+    if (!finished(big)) {
+        EXPECT_TRUE(big->isPaused());
+        EXPECT_LT(big->fractionCompleted(), 1.0);
+        EXPECT_EQ(session->uploader()->transfers(), VLRTransferList{big});
+        big->unpause();
+    }
+    ASSERT_TRUE(waitUntil([&] { return finished(big); }, 60000));
+    ASSERT_FALSE(big->error().has_value());
+    const Requested down = download(session, linkOf(big));
+    ASSERT_TRUE(waitUntil([&] { return finished(down.transfer); }, 60000));
+    EXPECT_TRUE(readFile(home() + QStringLiteral("/Veluria/Shared/big.bin")) == content);
+
+    const VLRTransferReportingPtr doomed = upload(session, source + QStringLiteral("/big.bin"), QStringLiteral("again"));
+    ASSERT_TRUE(waitUntil([&] { return doomed->fractionCompleted() > 0 || finished(doomed); }));
+    doomed->cancel();
+    ASSERT_TRUE(waitUntil([&] { return finished(doomed); }));
+    if (doomed->error()) {
+        EXPECT_EQ(doomed->error()->code, 3072);
+        // What it had copied is gone.
+        ASSERT_TRUE(waitUntil([&] {
+            return QDir(databaseFolder() + QStringLiteral("/Store/tmp")).entryList(QDir::Files).isEmpty();
+        }));
+    }
+}
+
+TEST_F(Transfers, CompletedListSurvivesANewSessionUntilCleared)
+{
+    auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(session, nullptr);
+    const VLRTransferReportingPtr done = upload(session, writeFile(source + QStringLiteral("/done.txt"), "d"));
+    ASSERT_TRUE(waitUntil([&] { return finished(done); }));
+    session->pauseAllTransfers(true);
+    const VLRTransferReportingPtr cancelled = upload(session, writeFile(source + QStringLiteral("/x.txt"), "x"));
+    const VLRTransferReportingPtr waiting = upload(session, writeFile(source + QStringLiteral("/w.txt"), "w"));
+    cancelled->cancel();
+    session->logoutWithCompletionHandler(nullptr);
+    session.reset();
+    VLRInit::shutdown();
+
+    session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(session, nullptr);
+    ASSERT_EQ(session->completedTransfers().size(), 2);
+    EXPECT_EQ(session->completedTransfers().at(0)->identifier(), done->identifier());
+    EXPECT_FALSE(session->completedTransfers().at(0)->error().has_value());
+    EXPECT_EQ(session->completedTransfers().at(0)->fractionCompleted(), 1.0);
+    EXPECT_TRUE(session->completedTransfers().at(0)->isFinished());
+    EXPECT_EQ(session->completedTransfers().at(1)->identifier(), cancelled->identifier());
+    EXPECT_EQ(session->completedTransfers().at(1)->error()->code, 3072);
+    // The waiting one is back in its queue, and runs (pause-all was not kept).
+    ASSERT_EQ(session->uploader()->transfers().size() + session->completedTransfers().size(), 3);
+    ASSERT_TRUE(waitUntil([&] { return session->completedTransfers().size() == 3; }));
+    EXPECT_EQ(session->completedTransfers().at(2)->identifier(), waiting->identifier());
+
+    session->clearCompletedTransfers();
+    EXPECT_TRUE(session->completedTransfers().isEmpty());
+    session->logoutWithCompletionHandler(nullptr);
+    session.reset();
+    VLRInit::shutdown();
+    session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(session, nullptr);
+    EXPECT_TRUE(session->completedTransfers().isEmpty());
+}
+
+TEST_F(Transfers, DownloadRequestsThatCantBeServedSaySo)
+{
+    const QString bob = addUser(QStringLiteral("bob@example.com"), QStringLiteral("pw"));
+    const QString bobs = addWorkspace(QStringLiteral("Bob's"), bob);
+    const QString revision = WorkspaceStore(database()).addRevision(bobs, bob, QStringLiteral("secret.txt"),
+                                                                    QString(64, QLatin1Char('a')), false, 1, QString());
+    const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(session, nullptr);
+    const QString unknown = DownloadLink::make(shared, QStringLiteral("0b2d9d4c-a4cf-43c0-ae70-c2df40616431"));
+    const QList<QPair<QString, qint64>> cases{
+        {QStringLiteral("veluria://download?workspace=1&revision=2"), 35},
+        {QStringLiteral("https://example.com/x"), 35},
+        {QStringLiteral(""), 35},
+        {DownloadLink::make(shared, revision) + QStringLiteral("&extra=1"), 35},
+        {unknown, 12},
+        {DownloadLink::make(shared, revision), 12},
+        {DownloadLink::make(bobs, revision), 10}};
+    for (const auto& [link, code] : cases) {
+        const Requested answer = download(session, link);
+        EXPECT_EQ(answer.transfer, nullptr) << link.toStdString();
+        ASSERT_TRUE(answer.error.has_value()) << link.toStdString();
+        EXPECT_EQ(answer.error->code, code) << link.toStdString();
+    }
+    EXPECT_EQ(download(session, QStringLiteral("nonsense")).error->localizedDescription,
+              QStringLiteral("This is not a valid Veluria download link."));
+    const Requested noFolder = download(session, DownloadLink::make(bobs, revision), QUrl(QStringLiteral("http://x/")));
+    EXPECT_EQ(noFolder.error->code, 3072);
+    EXPECT_TRUE(session->downloader()->transfers().isEmpty());
+}
+
+TEST_F(Transfers, NewerRevisionsComeDownByThemselvesAndTheCacheKeepsItsLimit)
+{
+    const QString bob = addUser(QStringLiteral("bob@example.com"), QStringLiteral("pw"), QStringLiteral("Bob"));
+    WorkspaceStore(database()).addMember(shared, bob, WorkspaceStore::MemberRole);
+    const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(session, nullptr);
+    const VLRTransferReportingPtr first = upload(session, writeFile(source + QStringLiteral("/plan.txt"), "first plan"));
+    ASSERT_TRUE(waitUntil([&] { return finished(first); }));
+    const Requested down = download(session, linkOf(first));
+    ASSERT_TRUE(waitUntil([&] { return finished(down.transfer); }));
+    const QString target = home() + QStringLiteral("/Veluria/Shared/plan.txt");
+    ASSERT_EQ(readFile(target), QByteArray("first plan"));
+
+    // Bob publishes a newer plan from his own client.
+    const auto bobSession = signedIn(QStringLiteral("bob@example.com"), QStringLiteral("pw"));
+    vlr::OptionalError error;
+    const QString bobsCopy = home() + QStringLiteral("/bob/plan.txt");
+    QDir().mkpath(home() + QStringLiteral("/bob"));
+    bobSession->uploadAndPublishNewRevision(QUrl::fromLocalFile(writeFile(bobsCopy, "second plan, longer")), shared,
+                                            false, QStringLiteral("v2"), &error);
+    ASSERT_FALSE(error.has_value());
+
+    ASSERT_TRUE(waitUntil([&] { return session->completedTransfers().size() == 3; }));
+    EXPECT_EQ(readFile(target), QByteArray("second plan, longer"));
+    const VLRTransferList completed = session->completedTransfers();
+    ASSERT_FALSE(completed.isEmpty());
+    EXPECT_EQ(completed.last()->subType(), 2);
+    EXPECT_NE(completed.last()->type(), 1);
+    EXPECT_EQ(completed.last()->fileURL(), QUrl::fromLocalFile(target));
+
+    // The first plan went to the download cache ...
+    const QString cache = databaseFolder() + QStringLiteral("/DownloadCache");
+    auto cached = [&] {
+        QStringList found;
+        QDirIterator files(cache, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext())
+            found.append(readFile(files.next()));
+        return found;
+    };
+    EXPECT_EQ(cached(), QStringList{QStringLiteral("first plan")});
+    // ... and stays there only while the limit allows.
+    qint64 limit = -1;
+    session->getDownloadCacheSizeWithCompletionHandler([&](qint64 bytes, const vlr::OptionalError&) { limit = bytes; });
+    ASSERT_TRUE(waitUntil([&] { return limit >= 0; }));
+    EXPECT_EQ(limit, 1000000000);
+    session->setDownloadCacheSize(5);
+    ASSERT_TRUE(waitUntil([&] { return cached().isEmpty(); }));
+    limit = -1;
+    session->getDownloadCacheSizeWithCompletionHandler([&](qint64 bytes, const vlr::OptionalError&) { limit = bytes; });
+    ASSERT_TRUE(waitUntil([&] { return limit >= 0; }));
+    EXPECT_EQ(limit, 5);
+    EXPECT_EQ(AccountStore(database()).findById(ann)->downloadCacheSize, 5);
+}
+
+} // namespace
