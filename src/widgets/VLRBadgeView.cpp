@@ -97,7 +97,8 @@ void VLRBadgeView::paintEvent(QPaintEvent*)
     painter.setPen(Qt::NoPen);
     painter.setBrush(m_color);
     painter.drawEllipse(ellipse);
-    // "99+" sits a point to the right, where it looks centred in the bubble.
+    // Centred in the bubble by the font's own height; "99+" sits a point to
+    // the right, where it looks centred.
     const QRectF textRect = ellipse.translated(m_badgeValue >= 100 ? 1 : 0, 0);
     painter.setPen(Qt::white);
     painter.setFont(VLRFonts::muli(kBadgeFontSize));

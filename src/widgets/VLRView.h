@@ -62,8 +62,12 @@ public:
     void trackMouseWithOwner(QObject* owner);
 
     // The view that takes a click at the point, given in the coordinates of
-    // this view's parent; nullptr for none. A click-through view that holds
-    // the point answers for it, asked with the point as this view got it.
+    // this view's parent (its own for a window); nullptr for none. The
+    // click-through views are tried first, in order, reading the point as if
+    // it were in this view's own coordinates; the first whose bounds hold it
+    // answers, asked with the point as this view got it, and its answer
+    // stands, none included. Pages place their buttons so that both readings
+    // agree. Otherwise the platform's answer.
     virtual QWidget* hitTest(const QPointF& point);
 
     // What is on the view's layer, or nullptr while it has none.
