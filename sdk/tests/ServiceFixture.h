@@ -66,6 +66,11 @@ public:
 // test's own to arrange the data.
 class ServiceFixture : public ::testing::Test
 {
+public:
+    // Runs the GUI thread's events until the condition holds; false on
+    // timeout.
+    static bool waitUntil(const std::function<bool()>& condition, int timeoutMs = 20000);
+
 protected:
     void SetUp() override;
     void TearDown() override;
@@ -90,9 +95,6 @@ protected:
     // Signs in and waits for the lists; the test fails if that fails.
     std::shared_ptr<LocalUserSession> signedIn(const QString& email, const QString& password);
 
-    // Runs the GUI thread's events until the condition holds; false on
-    // timeout.
-    static bool waitUntil(const std::function<bool()>& condition, int timeoutMs = 20000);
     static QByteArray randomBytes(qint64 size);
     static QString writeFile(const QString& path, const QByteArray& content);
     static QByteArray readFile(const QString& path);

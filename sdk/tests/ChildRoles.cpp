@@ -1,0 +1,106 @@
+// What a second client does in the tests that need two processes. Each role
+// runs only when a parent test started this program for it.
+#include "ChildProcess.h"
+#include "ServiceFixture.h"
+
+#include "service/VLRPublication.h"
+#include "service/VLRTransferQueue.h"
+#include "service/VLRTransferReporting.h"
+#include "service/VLRUtils.h"
+
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+VLRUserSessionPtr signInAsChild(const QString& email)
+{
+    VLRUserSessionPtr session;
+    vlr::OptionalError error;
+    bool answered = false;
+    VLRUserSession::createUserSessionWithLoginCredentials(
+        VLRLoginCredentials(email, QStringLiteral("pw")), QStringLiteral("lumenra-courier-token"), true,
+        [&](const VLRUserSessionPtr& s, const VLRLoginVerifierPtr&, const vlr::OptionalError& e) {
+            session = s;
+            error = e;
+            answered = true;
+        });
+    EXPECT_TRUE(ServiceFixture::waitUntil([&] { return answered; }));
+    EXPECT_FALSE(error.has_value()) << (error ? error->localizedDescription.toStdString() : "");
+    return session;
+}
+
+void say(const char* line)
+{
+    std::printf("%s\n", line);
+    std::fflush(stdout);
+}
+
+TEST(ChildRole, Publisher)
+{
+    if (!ChildProcess::isChild("Publisher"))
+        GTEST_SKIP() << "a second client of CrossProcess tests";
+    VLRUtils::setDatabaseLocation(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_DATABASE")));
+    const VLRUserSessionPtr session = signInAsChild(QStringLiteral("bob@example.com"));
+    ASSERT_NE(session, nullptr);
+    RecordingDelegate delegate;
+    session->setDelegate(&delegate);
+    ASSERT_TRUE(ServiceFixture::waitUntil([&] { return !session->syncingLists(); }));
+    bool published = false;
+    session->publishText(QStringLiteral("from the second client"), qEnvironmentVariable("VELURIA_CHILD_WORKSPACE"),
+                         [&](const QString&, const vlr::OptionalError& error) {
+                             EXPECT_FALSE(error.has_value());
+                             published = true;
+                         });
+    ASSERT_TRUE(ServiceFixture::waitUntil([&] { return published; }));
+    say("published");
+    ASSERT_TRUE(ServiceFixture::waitUntil(
+        [&] {
+            for (const auto& announcement : delegate.announcements)
+                for (const VLRPublicationPtr& publication : announcement.second)
+                    if (publication->text() == QLatin1String("from the first client"))
+                        return true;
+            return false;
+        },
+        20000));
+    session->setDelegate(nullptr);
+    session->logoutWithCompletionHandler(nullptr);
+    VLRInit::shutdown();
+}
+
+TEST(ChildRole, SlowUploader)
+{
+    if (!ChildProcess::isChild("SlowUploader"))
+        GTEST_SKIP() << "a client killed in the middle of an upload";
+    VLRUtils::setDatabaseLocation(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_DATABASE")));
+    const VLRUserSessionPtr session = signInAsChild(QStringLiteral("ann@example.com"));
+    ASSERT_NE(session, nullptr);
+    ASSERT_TRUE(ServiceFixture::waitUntil([&] { return !session->syncingLists(); }));
+    vlr::OptionalError error;
+    session->uploadAndPublishNewRevision(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_FILE")),
+                                         qEnvironmentVariable("VELURIA_CHILD_WORKSPACE"), false,
+                                         QStringLiteral("big one"), &error);
+    ASSERT_FALSE(error.has_value());
+    const VLRTransferReportingPtr transfer = session->uploader()->transfers().value(0);
+    ASSERT_NE(transfer, nullptr);
+    ASSERT_TRUE(ServiceFixture::waitUntil([&] { return transfer->fractionCompleted() > 0.05; }));
+    say("copying");
+    // The parent ends this process from here on.
+    ServiceFixture::waitUntil([] { return false; }, 60000);
+}
+
+TEST(ChildRole, LateLocation)
+{
+    if (!ChildProcess::isChild("LateLocation"))
+        GTEST_SKIP() << "a client whose database location comes after its sign-in started";
+    QTimer::singleShot(400, [] {
+        VLRUtils::setDatabaseLocation(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_DATABASE")));
+    });
+    const VLRUserSessionPtr session = signInAsChild(QStringLiteral("ann@example.com"));
+    ASSERT_NE(session, nullptr);
+    session->logoutWithCompletionHandler(nullptr);
+    VLRInit::shutdown();
+}
+
+} // namespace
