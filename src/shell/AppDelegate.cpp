@@ -19,6 +19,7 @@
 #include "session/VLRUserNotificationKeys.h"
 #include "shell/AppFlavor.h"
 #include "shell/GtkBookmarks.h"
+#include "shell/VLRStatusItem.h"
 #include "shell/VLRUserDefaultsKeys.h"
 #include "widgets/StatusItemImageView.h"
 
@@ -62,7 +63,8 @@ AppDelegate::~AppDelegate()
 {
     // The controller unbinds its session while the status item still exists.
     m_mainViewController.reset();
-    delete m_statusItem;
+    m_statusItem.reset();
+    delete m_statusItemView;
 }
 
 void AppDelegate::awakeFromNib()
@@ -72,9 +74,13 @@ void AppDelegate::awakeFromNib()
     m_mainViewController = std::make_unique<MainViewController>(
         m_partsFactory ? m_partsFactory() : MainViewControllerParts(), this);
 
-    m_statusItem = new StatusItemImageView(QRect(0, 0, StatusItemSize, StatusItemSize),
-                                           AppFlavor::supportsAnimatedStatusIcon());
-    m_statusItem->setDelegate(m_mainViewController.get());
+    m_statusItem = std::make_unique<VLRStatusItem>();
+    m_statusItemView = new StatusItemImageView(QRect(0, 0, StatusItemSize, StatusItemSize),
+                                               AppFlavor::supportsAnimatedStatusIcon());
+    m_statusItemView->setDelegate(m_mainViewController.get());
+    connect(m_statusItem.get(), &VLRStatusItem::quitRequested, this, &AppDelegate::terminate);
+    connect(m_statusItem.get(), &VLRStatusItem::moved, this, &AppDelegate::__statusItemDidMove);
+    m_statusItem->setView(m_statusItemView);
 
     m_mainViewController->loadView();
     VLRLogFormat(4, Tag, "Main view loaded");
@@ -152,7 +158,7 @@ void AppDelegate::downloadUrl(const QString& url)
 
 StatusItemImageView* AppDelegate::statusItemView()
 {
-    return m_statusItem;
+    return m_statusItemView;
 }
 
 void AppDelegate::__statusItemDidMove(const QRectF& frame)

@@ -13,6 +13,7 @@
 
 class MainViewController;
 class QTimer;
+class VLRStatusItem;
 
 
 // The root of the client: starts and stops it in its required order, owns the
@@ -62,7 +63,7 @@ public:
     void setLaunchedAsLoginItem(bool loginItem) { m_launchedAsLoginItem = loginItem; }
     bool updateDialogIsShowing() const { return m_updateDialogIsShowing; }
     MainViewController* mainViewController() const { return m_mainViewController.get(); }
-    StatusItemImageView* statusItem() const { return m_statusItem; }
+    VLRStatusItem* statusItem() const { return m_statusItem.get(); }
     QRectF statusItemFrame() const { return m_statusItemFrame; }
 
     // The folder handed to the library for its database; null when there is
@@ -87,7 +88,8 @@ private:
     bool m_launchedAsLoginItem = false;
     bool m_updateDialogIsShowing = false;
     std::unique_ptr<MainViewController> m_mainViewController;
-    QPointer<StatusItemImageView> m_statusItem;
+    std::unique_ptr<VLRStatusItem> m_statusItem;
+    QPointer<StatusItemImageView> m_statusItemView;
     QPointer<QTimer> m_updateTimer;
     QRectF m_statusItemFrame;
 };

@@ -1,5 +1,7 @@
 #include "shell/AppFlavor.h"
 
+#include "widgets/VLRColors.h"
+
 bool AppFlavor::supportsTabType(int)
 {
     return true;
@@ -40,14 +42,15 @@ std::optional<QVariantMap> AppFlavor::loginDefaults()
     return std::nullopt;
 }
 
+// The kit keeps the numbers, so that it stands without the shell.
 QColor AppFlavor::mainAppColor()
 {
-    return QColor::fromRgbF(0.9490196078431372f, 0.403921568627451f, 0.13725490196078433f, 1.0f);
+    return VLRColors::mainAppColor();
 }
 
 QColor AppFlavor::badgeColor()
 {
-    return QColor::fromRgbF(0.9058823529411765f, 0.5058823529411764f, 0.4117647058823529f, 1.0f);
+    return VLRColors::badgeColor();
 }
 
 QColor AppFlavor::errorColor()

@@ -1,8 +1,14 @@
 #include "shell/ClientParts.h"
 
+#include "session/TabSelectorViewController.h"
+#include "session/VLRPopover.h"
+
 MainViewControllerParts makeClientParts()
 {
     // Each page joins here as it is built; until then its part stays empty
     // and the main controller leaves it out.
-    return MainViewControllerParts();
+    MainViewControllerParts parts;
+    parts.popover = std::make_unique<VLRPopover>();
+    parts.tabSelectorViewController = std::make_unique<TabSelectorViewController>();
+    return parts;
 }

@@ -1,0 +1,118 @@
+#include "shell/VLRStatusItem.h"
+
+#include "platform/VLRDesktopAppearance.h"
+#include "session/VLRText.h"
+#include "widgets/StatusItemImageView.h"
+
+#include <QCursor>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusServiceWatcher>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QScreen>
+#include <QSystemTrayIcon>
+#include <QTimer>
+
+namespace {
+
+constexpr int StatusItemSize = 24;
+constexpr int PlaceWatchMilliseconds = 1000;
+
+} // namespace
+
+VLRStatusItem::VLRStatusItem(QObject* parent)
+    : QObject(parent)
+    , m_menu(new QMenu())
+    , m_appearance(new VLRDesktopAppearance(QDBusConnection::sessionBus(), this))
+{
+    m_menu->addAction(vlr::localized("Open Veluria"), this, &VLRStatusItem::__pressView);
+    m_menu->addSeparator();
+    m_menu->addAction(vlr::localized("Quit Veluria"), this, &VLRStatusItem::quitRequested);
+
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (bus.isConnected()) {
+        m_watcher = new QDBusServiceWatcher(StatusNotifierWatcher, bus, QDBusServiceWatcher::WatchForRegistration, this);
+        connect(m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &VLRStatusItem::__createTrayIconIfPossible);
+    }
+    // Trays that embed the icon know its place; it is looked at once a second,
+    // so that the popover can follow when the panel rearranges its icons.
+    m_placeWatch = new QTimer(this);
+    m_placeWatch->setInterval(PlaceWatchMilliseconds);
+    connect(m_placeWatch, &QTimer::timeout, this, &VLRStatusItem::__followTrayIcon);
+    connect(m_appearance, &VLRDesktopAppearance::darkModeChanged, this, [this](bool dark) {
+        if (m_view)
+            m_view->setDarkMode(dark);
+    });
+}
+
+VLRStatusItem::~VLRStatusItem()
+{
+    delete m_trayIcon;
+    delete m_menu;
+}
+
+void VLRStatusItem::setView(StatusItemImageView* view)
+{
+    m_view = view;
+    if (!view)
+        return;
+    view->setDarkMode(m_appearance->isDark());
+    // Until the tray says where the icon is, the top right of the screen is
+    // the best guess: that is where trays live on most desktops.
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        const QRect available = screen->availableGeometry();
+        view->setGeometry(available.right() + 1 - StatusItemSize, available.top(), StatusItemSize, StatusItemSize);
+        emit moved(QRectF(view->geometry()));
+    }
+    connect(view, &VLRImageView::imageChanged, this, [this](const QPixmap& image) {
+        if (m_trayIcon)
+            m_trayIcon->setIcon(QIcon(image));
+    });
+    __createTrayIconIfPossible();
+}
+
+void VLRStatusItem::__createTrayIconIfPossible()
+{
+    if (m_trayIcon || !m_view)
+        return;
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    const bool statusNotifierHost = bus.isConnected() && bus.interface()
+                                    && bus.interface()->isServiceRegistered(StatusNotifierWatcher).value();
+    if (!statusNotifierHost && !QSystemTrayIcon::isSystemTrayAvailable())
+        return;
+    m_trayIcon = new QSystemTrayIcon(this);
+    m_trayIcon->setToolTip(QStringLiteral("Veluria"));
+    m_trayIcon->setIcon(QIcon(m_view->image()));
+    m_trayIcon->setContextMenu(m_menu);
+    connect(m_trayIcon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::MiddleClick)
+            __pressView();
+    });
+    m_trayIcon->show();
+    m_placeWatch->start();
+}
+
+void VLRStatusItem::__followTrayIcon()
+{
+    const QRect place = m_trayIcon ? m_trayIcon->geometry() : QRect();
+    if (!m_view || place.isEmpty() || place == m_view->geometry())
+        return;
+    m_view->setGeometry(place);
+    emit moved(QRectF(place));
+}
+
+void VLRStatusItem::__pressView()
+{
+    if (!m_view)
+        return;
+    // The popover hangs from the view's rectangle: the icon's own where the
+    // tray tells it, otherwise the place of the click.
+    const QRect place = m_trayIcon ? m_trayIcon->geometry() : QRect();
+    if (place.isEmpty())
+        m_view->setGeometry(QRect(QCursor::pos() - QPoint(StatusItemSize / 2, StatusItemSize / 2),
+                                  QSize(StatusItemSize, StatusItemSize)));
+    else
+        __followTrayIcon();
+    m_view->simulateClick();
+}
