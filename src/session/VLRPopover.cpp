@@ -30,7 +30,7 @@ void VLRPopover::setContentView(QWidget* view)
 
 QPoint VLRPopover::placement(const QSize& size, const QRect& anchor, const QRect& available)
 {
-    int x = anchor.center().x() - size.width() / 2;
+    int x = anchor.x() + anchor.width() / 2 - size.width() / 2;
     int y = anchor.bottom() + 1 + Gap;
     if (y + size.height() > available.bottom() + 1)
         y = anchor.top() - Gap - size.height();
