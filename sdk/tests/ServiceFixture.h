@@ -70,6 +70,9 @@ public:
     // Runs the GUI thread's events until the condition holds; false on
     // timeout.
     static bool waitUntil(const std::function<bool()>& condition, int timeoutMs = 20000);
+    static QByteArray randomBytes(qint64 size);
+    static QString writeFile(const QString& path, const QByteArray& content);
+    static QByteArray readFile(const QString& path);
 
 protected:
     void SetUp() override;
@@ -94,10 +97,6 @@ protected:
                          const QString& apiKey = QStringLiteral("lumenra-courier-token"));
     // Signs in and waits for the lists; the test fails if that fails.
     std::shared_ptr<LocalUserSession> signedIn(const QString& email, const QString& password);
-
-    static QByteArray randomBytes(qint64 size);
-    static QString writeFile(const QString& path, const QByteArray& content);
-    static QByteArray readFile(const QString& path);
 
 private:
     QTemporaryDir m_data;
