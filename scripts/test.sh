@@ -5,6 +5,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
+# Compiler cache hits across clones of the repository.
+export CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVELURIA_SANITIZE=ON >/dev/null
 cmake --build build
 export QT_QPA_PLATFORM=offscreen

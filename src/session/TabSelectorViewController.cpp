@@ -101,6 +101,10 @@ void TabSelectorViewController::loadView()
     m_view = new VLRView();
     m_view->setFixedSize(BarWidth, BarHeight);
     m_view->setBackgroundColor(VLRColors::grey(250));
+    // A thin line between the bar and the page under it.
+    auto* rule = new VLRView(m_view);
+    rule->setBackgroundColor(VLRColors::grey(206));
+    rule->setGeometry(0, BarHeight - 1, BarWidth, 1);
 
     // Five equal slots across the bar, in tab order.
     const int gap = (BarWidth - 5 * ButtonSize) / 6;
