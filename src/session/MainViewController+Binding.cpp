@@ -137,26 +137,35 @@ void MainViewController::applicationWillTerminate()
         m_userSession->logoutWithCompletionHandler(nullptr);
 }
 
-void MainViewController::__signOut()
+void MainViewController::__logOutThen(const std::function<void()>& afterUnbinding)
 {
-    if (!m_userSession)
-        return;
     QPointer<MainViewController> self(this);
-    m_userSession->logoutWithCompletionHandler([self](const vlr::OptionalError& error) {
+    m_userSession->logoutWithCompletionHandler([self, afterUnbinding](const vlr::OptionalError& error) {
         if (!self)
             return;
+        // A refusal (the library updates the client's software) leaves the
+        // session bound; the user may try again.
         if (error) {
             notifyRefusedLogout(*error);
             return;
         }
         self->sessionDidChange(nullptr);
         self->__updateStatusIndication(nullptr);
-        if (self->m_loginViewController)
-            self->m_loginViewController->clearPassword();
-        if (self->m_fileDropViewController)
-            self->m_fileDropViewController->clearFields();
-        if (self->m_preferencesViewController)
-            self->m_preferencesViewController->updateWithUser(nullptr);
+        afterUnbinding();
+    });
+}
+
+void MainViewController::__signOut()
+{
+    if (!m_userSession)
+        return;
+    __logOutThen([this] {
+        if (m_loginViewController)
+            m_loginViewController->clearPassword();
+        if (m_fileDropViewController)
+            m_fileDropViewController->clearFields();
+        if (m_preferencesViewController)
+            m_preferencesViewController->updateWithUser(nullptr);
     });
 }
 
@@ -167,18 +176,9 @@ void MainViewController::__quit()
             m_application->terminate();
         return;
     }
-    QPointer<MainViewController> self(this);
-    m_userSession->logoutWithCompletionHandler([self](const vlr::OptionalError& error) {
-        if (!self)
-            return;
-        if (error) {
-            notifyRefusedLogout(*error);
-            return;
-        }
-        self->sessionDidChange(nullptr);
-        self->__updateStatusIndication(nullptr);
-        if (self->m_application)
-            self->m_application->terminate();
+    __logOutThen([this] {
+        if (m_application)
+            m_application->terminate();
     });
 }
 

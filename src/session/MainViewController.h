@@ -175,6 +175,7 @@ public:
 
 private:
     void __signOut();
+    void __logOutThen(const std::function<void()>& afterUnbinding);
     void __quit();
     void __openHelp();
     void __updateStatusIndication(const VLRUserSessionPtr& session);
