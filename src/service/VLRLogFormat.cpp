@@ -48,10 +48,10 @@ QString asText(const LogArgument& argument)
 }
 
 template <typename T>
-QString cFormat(const QByteArray& spec, T value)
+QString cFormat(const QByteArray& conversion, T value)
 {
     char buffer[128];
-    const int n = std::snprintf(buffer, sizeof buffer, spec.constData(), value);
+    const int n = std::snprintf(buffer, sizeof buffer, conversion.constData(), value);
     return QString::fromLatin1(buffer, std::clamp(n, 0, int(sizeof buffer) - 1));
 }
 
