@@ -9,7 +9,9 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <atomic>
 #include <memory>
+#include <thread>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -90,6 +92,46 @@ ResumableCopy::Outcome ResumableCopy::fail(const QString& path, int error, bool 
     return Outcome::Failed;
 }
 
+// Copies from the offset to the end of the source: copy_file_range in steps
+// of a few MiB where the file systems allow it, otherwise reads and writes
+// of one chunk.
+ResumableCopy::Outcome ResumableCopy::copyRest(int source, int partial, qint64* offset, char* buffer)
+{
+    bool kernelCopy = true;
+    for (;;) {
+        if (m_shouldStop())
+            return Outcome::Stopped;
+        ssize_t moved = -1;
+        if (kernelCopy) {
+            loff_t in = *offset;
+            moved = ::copy_file_range(source, &in, partial, nullptr, size_t(kernelStep), 0);
+            if (moved < 0 && errno == EINTR)
+                continue;
+            if (moved < 0 && (errno == EXDEV || errno == ENOSYS || errno == EINVAL || errno == EOPNOTSUPP)) {
+                kernelCopy = false;
+                continue;
+            }
+            if (moved < 0)
+                return fail(errno == ENOSPC || errno == EDQUOT || errno == EIO ? m_partial : m_source, errno,
+                            errno != ENOSPC && errno != EDQUOT && errno != EIO);
+        } else {
+            const qint64 got = readFully(source, buffer, chunkSize, *offset);
+            if (got < 0)
+                return fail(m_source, errno, true);
+            if (got > 0 && !writeFully(partial, buffer, got))
+                return fail(m_partial, errno ? errno : ENOSPC, false);
+            moved = ssize_t(got);
+        }
+        if (moved == 0)
+            return Outcome::Done;
+        // Writing back starts now, not at the final sync: the disk works
+        // while the copy goes on.
+        ::sync_file_range(partial, *offset, moved, SYNC_FILE_RANGE_WRITE);
+        *offset += moved;
+        m_advanced(moved);
+    }
+}
+
 ResumableCopy::Outcome ResumableCopy::run()
 {
     FileDescriptor source(::open(QFile::encodeName(m_source).constData(), O_RDONLY | O_CLOEXEC));
@@ -137,29 +179,43 @@ ResumableCopy::Outcome ResumableCopy::run()
     if (::ftruncate(partial.get(), offset) != 0 || ::lseek(partial.get(), offset, SEEK_SET) != offset)
         return fail(m_partial, errno, false);
 
-    for (;;) {
-        if (m_shouldStop())
-            return Outcome::Stopped;
-        const qint64 got = readFully(source.get(), buffer.get(), chunkSize, offset);
-        if (got < 0)
-            return fail(m_source, errno, true);
-        if (got == 0)
-            break;
-        hash.add(buffer.get(), got);
-        if (!writeFully(partial.get(), buffer.get(), got))
-            return fail(m_partial, errno ? errno : ENOSPC, false);
-        offset += got;
-        m_advanced(got);
+    // The rest is copied by the kernel while another thread hashes the
+    // source from the page cache: hashing, not the disk, is the slower of
+    // the two, and both cores are put to work.
+    std::atomic_bool abandon{false};
+    bool hashed = true;
+    const qint64 hashFrom = offset;
+    std::thread hasher([&] {
+        const std::unique_ptr<char[]> block(new char[hashBlockSize]);
+        for (qint64 at = hashFrom; at < before.st_size && !abandon; ) {
+            const qint64 got = readFully(source.get(), block.get(), std::min(hashBlockSize, before.st_size - at), at);
+            if (got <= 0) {
+                hashed = false;
+                return;
+            }
+            hash.add(block.get(), got);
+            at += got;
+        }
+    });
+    const Outcome copied = copyRest(source.get(), partial.get(), &offset, buffer.get());
+    if (copied != Outcome::Done) {
+        abandon = true;
+        hasher.join();
+        return copied;
     }
-    if (::fsync(partial.get()) != 0)
-        return fail(m_partial, errno, false);
+    // The sync runs while the hash may still be catching up.
+    const bool synced = ::fsync(partial.get()) == 0;
+    const int syncError = errno;
+    hasher.join();
+    if (!synced)
+        return fail(m_partial, syncError, false);
 
     struct stat after;
     if (::fstat(source.get(), &after) != 0)
         return fail(m_source, errno, true);
     struct stat now;
     if (::stat(QFile::encodeName(m_source).constData(), &now) != 0 || !sameFile(before, after) || !sameFile(after, now)
-        || offset != after.st_size) {
+        || offset != after.st_size || !hashed) {
         m_sourceChanged = true;
         m_failure = QFileInfo(m_source).fileName();
         return Outcome::Failed;

@@ -5,7 +5,7 @@
 
 #include <functional>
 
-// Copies one file into a partial file in chunks, hashing what it writes. A
+// Copies one file into a partial file in chunks, hashing what it copies. A
 // partial file left by an earlier, interrupted copy is kept as far as it
 // agrees with the source, and the copy goes on from there. When the copy is
 // done, the partial file is complete and on disk (one fsync), ready to be
@@ -14,6 +14,8 @@ class ResumableCopy
 {
 public:
     static constexpr qint64 chunkSize = 256 * 1024;
+    static constexpr qint64 kernelStep = 8 * 1024 * 1024;
+    static constexpr qint64 hashBlockSize = 1024 * 1024;
 
     enum class Outcome { Done, Stopped, Failed };
 
@@ -34,6 +36,7 @@ public:
     bool failedOnSource() const { return m_failedOnSource; }
 
 private:
+    Outcome copyRest(int source, int partial, qint64* offset, char* buffer);
     Outcome fail(const QString& path, int error, bool onSource);
 
     QString m_source;

@@ -51,11 +51,17 @@ TEST(ResumableCopies, GoOnFromWhatMatchesAndRewriteWhatDoesNot)
     EXPECT_EQ(copyResult(source, partial), Sha256::of(content));
     EXPECT_EQ(ServiceFixture::readFile(partial).size(), content.size());
 
-    // Stopped between two chunks, it keeps what it copied.
+    // Stopped between two steps, it keeps what it copied, and goes on from
+    // there the next time.
+    const QByteArray large = ServiceFixture::randomBytes(2 * ResumableCopy::kernelStep + 17);
+    ServiceFixture::writeFile(source, large);
     QFile::remove(partial);
     int asked = 0;
     copyResult(source, partial, nullptr, ResumableCopy::Outcome::Stopped, [&] { return ++asked > 2; });
-    EXPECT_EQ(ServiceFixture::readFile(partial), content.left(2 * ResumableCopy::chunkSize));
+    EXPECT_EQ(ServiceFixture::readFile(partial), large.left(2 * ResumableCopy::kernelStep));
+    EXPECT_EQ(copyResult(source, partial, &reported), Sha256::of(large));
+    EXPECT_EQ(reported, large.size());
+    EXPECT_EQ(ServiceFixture::readFile(partial), large);
 }
 
 TEST(ResumableCopies, ASourceThatChangesUnderTheCopyFails)
