@@ -148,10 +148,23 @@ void LocalUserSession::startWatching(qint64 catalogVersion)
 {
     const auto weak = weakSelf();
     SessionWatcher::Handlers handlers;
-    handlers.catalogChanged = [weak](const CatalogSnapshot& snapshot) {
+    // While a change that the watcher saw is read, the session counts as
+    // syncing its workspaces.
+    handlers.catalogChanging = [weak] {
+        MainThread::post([weak] {
+            if (auto self = weak.lock(); self && !self->m_ended && !self->syncingWorkspaces())
+                self->setSyncingWorkspaces(true);
+        });
+    };
+    handlers.catalogChanged = [weak](const std::optional<CatalogSnapshot>& snapshot) {
         MainThread::post([weak, snapshot] {
-            if (auto self = weak.lock(); self && !self->m_ended)
-                self->applyCatalog(snapshot);
+            auto self = weak.lock();
+            if (!self || self->m_ended)
+                return;
+            if (snapshot)
+                self->applyCatalog(*snapshot);
+            if (self->syncingWorkspaces())
+                self->setSyncingWorkspaces(false);
         });
     };
     handlers.passwordChanged = [weak] {

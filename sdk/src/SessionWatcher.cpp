@@ -94,10 +94,13 @@ void SessionWatcher::look(Database& database)
     }
     if (catalogVersion == m_catalogVersion)
         return;
+    m_handlers.catalogChanging();
     const auto snapshot = CatalogSnapshot::read(database, m_userId, m_lastPublicationSeq, nullptr);
-    if (!snapshot)
+    if (!snapshot) {
+        m_handlers.catalogChanged(std::nullopt);
         return;
+    }
     m_catalogVersion = snapshot->catalogVersion;
     m_lastPublicationSeq = snapshot->lastPublicationSeq;
-    m_handlers.catalogChanged(*snapshot);
+    m_handlers.catalogChanged(snapshot);
 }

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 class Database;
@@ -23,7 +24,10 @@ public:
 
     struct Handlers
     {
-        std::function<void(const CatalogSnapshot& snapshot)> catalogChanged;
+        // A change was seen and its snapshot is being read.
+        std::function<void()> catalogChanging;
+        // The new snapshot, or none when it could not be read.
+        std::function<void(const std::optional<CatalogSnapshot>& snapshot)> catalogChanged;
         std::function<void()> passwordChanged;
         std::function<void()> serviceLost;
     };

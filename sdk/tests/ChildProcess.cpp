@@ -10,6 +10,9 @@ ChildProcess::ChildProcess(const QString& role, const QString& databaseFolder, c
     environment.insert(QStringLiteral("VELURIA_CHILD_ROLE"), role);
     environment.insert(QStringLiteral("VELURIA_CHILD_DATABASE"), databaseFolder);
     environment.insert(QStringLiteral("HOME"), home);
+    // Everything of the child's own lives under that home.
+    environment.remove(QStringLiteral("XDG_DATA_HOME"));
+    environment.remove(QStringLiteral("XDG_CONFIG_HOME"));
     environment.insert(extra);
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::MergedChannels);

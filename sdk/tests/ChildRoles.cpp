@@ -10,6 +10,7 @@
 
 #include <QTimer>
 
+#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -101,6 +102,18 @@ TEST(ChildRole, LateLocation)
     ASSERT_NE(session, nullptr);
     session->logoutWithCompletionHandler(nullptr);
     VLRInit::shutdown();
+}
+
+} // namespace
+
+namespace {
+
+TEST(ChildRole, Crasher)
+{
+    if (!ChildProcess::isChild("Crasher"))
+        GTEST_SKIP() << "a client that crashes after the library started its crash reporting";
+    VLRInit::initUsingCrashlytics(true);
+    std::raise(SIGSEGV);
 }
 
 } // namespace

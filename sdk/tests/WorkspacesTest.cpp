@@ -121,7 +121,7 @@ TEST_F(Workspaces, PublicationsOfOthersAreAnnouncedAndMoveTheirWorkspaceUp)
     session->setDelegate(&delegate);
     ASSERT_EQ(session->workspaces().at(1)->identifier(), shared);
     ChangeRecorder recorder;
-    recorder.watch(*session, {QStringLiteral("workspaces"), QStringLiteral("projects")});
+    recorder.watch(*session, {QStringLiteral("workspaces"), QStringLiteral("projects"), QStringLiteral("syncingWorkspaces")});
 
     // Bob publishes a comment and a file, through a connection of his own.
     WorkspaceStore(database()).publishText(shared, bob, QStringLiteral("Have a look <b>now</b>"));
@@ -161,6 +161,10 @@ TEST_F(Workspaces, PublicationsOfOthersAreAnnouncedAndMoveTheirWorkspaceUp)
     EXPECT_EQ(session->projects().size(), 1);
     EXPECT_GE(recorder.count(QStringLiteral("workspaces")), 1);
     EXPECT_GE(recorder.count(QStringLiteral("projects")), 1);
+    // Reading what changed counted as syncing, and is over.
+    EXPECT_GE(recorder.count(QStringLiteral("syncingWorkspaces")), 2);
+    EXPECT_EQ(recorder.count(QStringLiteral("syncingWorkspaces")) % 2, 0);
+    EXPECT_FALSE(session->syncingWorkspaces());
 
     // Ann's own comment comes back to her too, with her identity, so that
     // the client can leave it out.
@@ -176,7 +180,7 @@ TEST_F(Workspaces, PublicationsOfOthersAreAnnouncedAndMoveTheirWorkspaceUp)
     EXPECT_EQ(delegate.announcements.last().second.at(0)->userID(), ann);
     EXPECT_EQ(delegate.announcements.last().second.at(0)->text(), QStringLiteral("Looks good"));
     EXPECT_TRUE(recorder.allOnGuiThread());
-    recorder.forget(*session, {QStringLiteral("workspaces"), QStringLiteral("projects")});
+    recorder.forget(*session, {QStringLiteral("workspaces"), QStringLiteral("projects"), QStringLiteral("syncingWorkspaces")});
     session->setDelegate(nullptr);
 }
 
