@@ -2,6 +2,8 @@
 
 #include "PrivateFiles.h"
 
+#include <QDir>
+
 #include <condition_variable>
 #include <mutex>
 
@@ -23,14 +25,15 @@ LocationState& state()
 
 } // namespace
 
-void DatabaseLocation::set(const QUrl& folder)
+void DatabaseLocation::set(const QUrl& location)
 {
+    const QUrl folder = location.isLocalFile() ? QUrl::fromLocalFile(QDir::cleanPath(location.toLocalFile())) : QUrl();
     if (folder.isLocalFile() && PrivateFiles::makeFolder(folder.toLocalFile()))
         PrivateFiles::restrict(folder.toLocalFile(), true);
     LocationState& s = state();
     {
         std::lock_guard lock(s.mutex);
-        s.folder = folder.isLocalFile() ? folder : QUrl();
+        s.folder = folder;
         s.handedOver = true;
     }
     s.arrived.notify_all();

@@ -16,6 +16,7 @@ public:
     LocalTransfer(const TransferJob& job, const std::shared_ptr<LocalTransferQueue>& queue);
 
     TransferJob& job() { return m_job; }
+    bool belongsTo(const LocalTransferQueue* queue) const { return m_queue.lock().get() == queue; }
     const TransferJob& job() const { return m_job; }
 
     void pause() override;

@@ -266,7 +266,7 @@ void LocalTransferQueue::restartTransfer(const VLRTransferReportingPtr& transfer
     };
     if (error)
         error->reset();
-    if (!local || !local->isFinished() || !local->error() || find(*local)) {
+    if (!local || !local->belongsTo(this) || !local->isFinished() || !local->error() || find(*local)) {
         refuse(ServiceError::make(ServiceError::NotRestartable));
         return;
     }

@@ -235,6 +235,9 @@ TEST_F(Transfers, PauseReorderCancelAndRestartInTheQueue)
     session->uploader()->restartTransfer(a, &refused);
     ASSERT_TRUE(refused.has_value());
     EXPECT_EQ(refused->localizedDescription, QStringLiteral("This transfer can't be retried."));
+    vlr::OptionalError wrongQueue;
+    session->downloader()->restartTransfer(b, &wrongQueue);
+    EXPECT_TRUE(wrongQueue.has_value());
     vlr::OptionalError restarted;
     session->uploader()->restartTransfer(b, &restarted);
     EXPECT_FALSE(restarted.has_value());
