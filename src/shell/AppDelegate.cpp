@@ -19,14 +19,15 @@
 #include "session/VLRUserNotificationKeys.h"
 #include "shell/AppFlavor.h"
 #include "shell/GtkBookmarks.h"
+#include "shell/HelperProgram.h"
 #include "shell/VLRStatusItem.h"
 #include "shell/VLRUserDefaultsKeys.h"
+#include "shell/XdgAutostart.h"
 #include "widgets/StatusItemImageView.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
-#include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTimer>
@@ -39,15 +40,6 @@ const QString UpdateTag = QStringLiteral("VeluriaSWUpdate");
 constexpr int StatusItemSize = 24;
 constexpr int FirstPopoverDelayMilliseconds = 1000;
 constexpr double PostponementSeconds = 86400.0;
-
-// The proxy is a program of its own: beside this one, or on the PATH.
-QString restProxyExecutable()
-{
-    const QString beside = QCoreApplication::applicationDirPath() + QLatin1Char('/') + AppDelegate::RestProxyExecutableName;
-    if (QFileInfo(beside).isExecutable())
-        return beside;
-    return QStandardPaths::findExecutable(AppDelegate::RestProxyExecutableName);
-}
 
 } // namespace
 
@@ -177,7 +169,7 @@ void AppDelegate::launchRestProxy()
     // Cleared first: a proxy that fails to start is not tried again at the
     // next launch.
     VLRUserDefaults::standardUserDefaults()->setBool(false, VLRUserDefaultsKeyLaunchRestProxy);
-    const QString executable = restProxyExecutable();
+    const QString executable = HelperProgram::executablePath(RestProxyExecutableName);
     if (executable.isEmpty()) {
         VLRLogFormat(4, RestProxyTag, "Bundle Identifier \"%@\" is invalid or specified app is not installed",
                      RestProxyExecutableName);
@@ -280,10 +272,25 @@ void AppDelegate::__softwareUpdateTimer()
 
 bool AppDelegate::willLaunchAppAtStartup()
 {
-    return false;
+    // The autostart folder is the only truth, read anew at each question.
+    return XdgAutostart::forThisProgram().containsProgram();
 }
 
-bool AppDelegate::launchAppAtStartup(bool)
+bool AppDelegate::launchAppAtStartup(bool launch)
 {
-    return false;
+    XdgAutostart autostart = XdgAutostart::forThisProgram();
+    if (!autostart.isAvailable())
+        return false;
+    if (launch) {
+        // Answered as done whatever the write gave: whoever asked reads the
+        // folder again to learn the outcome.
+        if (!autostart.insertProgram())
+            VLRLogFormat(5, Tag, "Error: the autostart entry %@ could not be written: %@", autostart.entryPath(),
+                         autostart.errorString());
+        return true;
+    }
+    const bool removed = autostart.removeProgram();
+    if (!autostart.errorString().isEmpty())
+        VLRLogFormat(5, Tag, "Error: the autostart entry could not be removed: %@", autostart.errorString());
+    return removed;
 }

@@ -2,6 +2,9 @@
 
 #include "session/TabSelectorViewController.h"
 #include "session/VLRPopover.h"
+#include "signin/LoginMfaViewController.h"
+#include "signin/LoginViewController.h"
+#include "signin/PreferencesViewController.h"
 
 MainViewControllerParts makeClientParts()
 {
@@ -10,5 +13,8 @@ MainViewControllerParts makeClientParts()
     MainViewControllerParts parts;
     parts.popover = std::make_unique<VLRPopover>();
     parts.tabSelectorViewController = std::make_unique<TabSelectorViewController>();
+    parts.loginViewController = std::make_unique<LoginViewController>();
+    parts.loginMfaViewController = std::make_unique<LoginMfaViewController>();
+    parts.preferencesViewController = std::make_unique<PreferencesViewController>();
     return parts;
 }

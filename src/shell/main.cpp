@@ -4,7 +4,10 @@
 #include "platform/VLRFreedesktopNotificationCenter.h"
 #include "platform/VLRUserNotificationCenter.h"
 #include "shell/AppDelegate.h"
+#include "service/VLRLogFormat.h"
+#include "shell/ClientInstance.h"
 #include "shell/ClientParts.h"
+#include "shell/LaunchArguments.h"
 #include "shell/TerminationSignalWatcher.h"
 #include "widgets/VLRFonts.h"
 
@@ -19,18 +22,36 @@ int main(int argc, char* argv[])
     QApplication::setApplicationVersion(QStringLiteral(VELURIA_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("veluria"));
     QApplication::setQuitOnLastWindowClosed(false);
+
+    // A later start hands its links to the client that runs already, and
+    // ends there.
+    const LaunchArguments launch(QApplication::arguments());
+    ClientInstance instance;
+    const ClientInstance::Claim claim = instance.claim();
+    if (claim == ClientInstance::NameTaken)
+        return ClientInstance::handOverToRunningClient(QDBusConnection::sessionBus(), launch);
+
     VLRFonts::loadMuli();
 
     VLRUserNotificationCenter::setDefaultUserNotificationCenter(std::make_shared<VLRFreedesktopNotificationCenter>());
 
     AppDelegate delegate(makeClientParts);
-    delegate.setLaunchedAsLoginItem(QApplication::arguments().contains(QStringLiteral("--autostart")));
+    delegate.setLaunchedAsLoginItem(launch.launchedAsLoginItem());
+    instance.setAppDelegate(&delegate);
+    if (claim == ClientInstance::NoSessionBus)
+        VLRLogFormat(4, QStringLiteral("SDKClient"), "No session bus: links opened elsewhere can't reach this client");
     QObject::connect(&delegate, &AppDelegate::terminated, &app, &QApplication::quit);
 
     TerminationSignalWatcher stopSignals;
     QObject::connect(&stopSignals, &TerminationSignalWatcher::terminationRequested, &delegate, &AppDelegate::terminate);
 
     delegate.awakeFromNib();
-    QTimer::singleShot(0, &delegate, &AppDelegate::applicationDidFinishLaunching);
+    // The links of this start are taken once the launch is over, as if they
+    // had been opened after it.
+    QTimer::singleShot(0, &delegate, [&delegate, links = launch.links()] {
+        delegate.applicationDidFinishLaunching();
+        for (const QString& link : links)
+            delegate.downloadUrl(link);
+    });
     return app.exec();
 }
