@@ -10,6 +10,7 @@
 #include "session/VLRText.h"
 #include "shell/AppFlavor.h"
 #include "shell/VLRUserDefaultsKeys.h"
+#include "signin/EnvironmentPopUp.h"
 #include "signin/LoginViewControllerDelegate.h"
 #include "signin/PageStyle.h"
 #include "signin/TextFieldEditing.h"
@@ -110,8 +111,9 @@ void LoginViewController::loadView()
 
     auto* mark = PageStyle::makeMark(m_view);
     auto* heading = PageStyle::makeHeading(vlr::localized("Sign in to Veluria"), m_view);
-    auto* subtitle =
-        PageStyle::makeSecondaryLine(vlr::localized("Your workspaces, transfers and marketplace in one place."), m_view);
+    auto* subtitle = PageStyle::makeSecondaryLine(
+        vlr::localized("Use the email address and password of your Veluria account."), m_view);
+    subtitle->setFixedWidth(FieldWidth);
 
     m_emailField = PageStyle::makeTextField(vlr::localized("Email"), m_view);
     m_emailField->setFixedWidth(FieldWidth);
@@ -133,9 +135,8 @@ void LoginViewController::loadView()
     // Until a wrong credential calls for it, the link is not there.
     m_forgotPasswordButton->hide();
 
-    m_environmentButton = new QComboBox(m_view);
+    m_environmentButton = new EnvironmentPopUp(m_view);
     m_environmentButton->addItems(EnvironmentDomainNames);
-    m_environmentButton->setFont(VLRFonts::muli(12));
     m_environmentButton->setFixedWidth(EnvironmentButtonWidth);
 
     auto* layout = new QVBoxLayout(m_view);

@@ -69,10 +69,6 @@ QLineEdit* PageStyle::makeTextField(const QString& placeholder, QWidget* parent)
     field->setPlaceholderText(placeholder);
     field->setFont(VLRFonts::muli(13));
     field->setFixedHeight(FieldHeight);
-    field->setAttribute(Qt::WA_MacShowFocusRect, false);
-    QPalette palette = field->palette();
-    palette.setColor(QPalette::PlaceholderText, VLRColors::grey(151));
-    field->setPalette(palette);
     setBackgroundColor(field, Qt::white);
     return field;
 }
@@ -88,6 +84,11 @@ void PageStyle::setBackgroundColor(QLineEdit* field, const QColor& color)
         return;
     field->setProperty(BackgroundColorProperty, color);
     field->setStyleSheet(fieldStyleSheet(color));
+    // On a painted field the hint is drawn light, so that it still reads.
+    QPalette palette = field->palette();
+    palette.setColor(QPalette::PlaceholderText,
+                     color == QColor(Qt::white) ? VLRColors::grey(151) : QColor::fromRgbF(1, 1, 1, 0.85f));
+    field->setPalette(palette);
 }
 
 QLabel* PageStyle::makeHeading(const QString& text, QWidget* parent)

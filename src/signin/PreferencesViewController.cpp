@@ -7,6 +7,7 @@
 #include "shell/HelperProgram.h"
 #include "shell/VLRUserDefaultsKeys.h"
 #include "signin/AvatarImageView.h"
+#include "signin/CheckBoxStyle.h"
 #include "signin/PageStyle.h"
 #include "signin/PreferencesViewControllerDelegate.h"
 #include "signin/Stepper.h"
@@ -39,10 +40,10 @@ namespace {
 int AvatarObservationContext;
 
 constexpr int UserInfoHeight = 96;
-constexpr int AvatarSize = 56;
-constexpr int AvatarX = 20;
-constexpr int DetailsX = 90;
-constexpr int DetailsWidth = 124;
+constexpr int AvatarSize = 48;
+constexpr int AvatarX = 18;
+constexpr int DetailsX = 78;
+constexpr int DetailsWidth = 150;
 constexpr int ButtonWidth = 104;
 constexpr int ButtonHeight = 26;
 constexpr int ButtonMargin = 20;
@@ -73,12 +74,25 @@ VLRButton* makeImageButton(QWidget* parent, const QString& accessibleName)
     return button;
 }
 
-QCheckBox* makeCheckBox(QWidget* parent)
+QCheckBox* makeCheckBox(QWidget* parent, QStyle* style)
 {
     auto* box = new QCheckBox(parent);
+    box->setStyle(style);
     box->setFont(VLRFonts::muli(12));
     box->setCursor(Qt::PointingHandCursor);
     return box;
+}
+
+// A thin line across the page between its parts.
+QWidget* makeSeparator(QWidget* parent)
+{
+    auto* separator = new QWidget(parent);
+    separator->setFixedHeight(1);
+    separator->setAutoFillBackground(true);
+    QPalette palette = separator->palette();
+    palette.setColor(QPalette::Window, VLRColors::grey(206));
+    separator->setPalette(palette);
+    return separator;
 }
 
 // A field's whole number as the user typed it: white space, a sign, then the
@@ -186,17 +200,20 @@ QWidget* PreferencesViewController::__makeUserInfoView()
 QWidget* PreferencesViewController::__makeControlsView()
 {
     auto* controls = new QWidget(m_view);
-    m_showNotificationsCheckBox = makeCheckBox(controls);
-    m_launchAtStartupCheckBox = makeCheckBox(controls);
-    m_autoOpenCheckBox = makeCheckBox(controls);
-    m_downloadCacheSizeCheckBox = makeCheckBox(controls);
+    // Kept by the page, which outlives the boxes that use it.
+    auto* style = new CheckBoxStyle();
+    style->setParent(m_view);
+    m_showNotificationsCheckBox = makeCheckBox(controls, style);
+    m_launchAtStartupCheckBox = makeCheckBox(controls, style);
+    m_autoOpenCheckBox = makeCheckBox(controls, style);
+    m_downloadCacheSizeCheckBox = makeCheckBox(controls, style);
     m_showNotificationsCheckBox->setText(vlr::localized("Show notifications"));
     m_launchAtStartupCheckBox->setText(vlr::localized("Launch Veluria at startup"));
     m_autoOpenCheckBox->setText(vlr::localized("Automatically open assets after downloading"));
     m_downloadCacheSizeCheckBox->setText(vlr::localized("Limit download cache size to:"));
 
     m_downloadCacheSizeField = PageStyle::makeTextField(QString(), controls);
-    m_downloadCacheSizeField->setFixedSize(72, ButtonHeight);
+    m_downloadCacheSizeField->setFixedSize(60, ButtonHeight);
     m_downloadCacheSizeField->setFont(VLRFonts::muli(12));
     m_downloadCacheSizeField->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_downloadCacheSizeStepper = new Stepper(controls);
@@ -211,9 +228,8 @@ QWidget* PreferencesViewController::__makeControlsView()
     unit->setPalette(unitPalette);
 
     auto* cacheRow = new QHBoxLayout();
-    cacheRow->setSpacing(6);
+    cacheRow->setSpacing(4);
     cacheRow->addWidget(m_downloadCacheSizeCheckBox);
-    cacheRow->addSpacing(2);
     cacheRow->addWidget(m_downloadCacheSizeField);
     cacheRow->addWidget(m_downloadCacheSizeStepper);
     cacheRow->addWidget(unit);
@@ -270,12 +286,7 @@ void PreferencesViewController::loadView()
     PageStyle::applyPageLook(m_view);
 
     m_userInfoView = __makeUserInfoView();
-    auto* separator = new QWidget(m_view);
-    separator->setFixedHeight(1);
-    separator->setAutoFillBackground(true);
-    QPalette separatorPalette = separator->palette();
-    separatorPalette.setColor(QPalette::Window, VLRColors::grey(206));
-    separator->setPalette(separatorPalette);
+    QWidget* separator = makeSeparator(m_view);
     m_controlsView = __makeControlsView();
     QWidget* buttons = __makeButtonsRow();
     m_versionLabel = new VLRTextField(m_view);
@@ -292,8 +303,10 @@ void PreferencesViewController::loadView()
     layout->addWidget(separator);
     layout->addWidget(m_controlsView);
     layout->addStretch(1);
-    layout->addWidget(buttons);
+    layout->addWidget(makeSeparator(m_view));
     layout->addSpacing(16);
+    layout->addWidget(buttons);
+    layout->addSpacing(14);
     layout->addWidget(m_versionLabel);
     connect(m_loginLogoutButton, &VLRButton::clicked, this, &PreferencesViewController::logInOrOut);
 

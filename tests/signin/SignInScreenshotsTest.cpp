@@ -1,0 +1,118 @@
+// Renders the sign-in pages offscreen to PNG files for people to look at.
+
+#include "signin/SignInFixture.h"
+
+#include "fakes/FakeLoginVerifier.h"
+#include "service/VLRUser.h"
+#include "shell/VLRUserDefaultsKeys.h"
+#include "signin/LoginMfaViewController.h"
+#include "signin/LoginViewController.h"
+#include "signin/PreferencesViewController.h"
+#include "widgets/VLRFonts.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QGraphicsOpacityEffect>
+#include <QLineEdit>
+#include <QTest>
+
+namespace {
+
+const QSize PageSize(360, 472);
+
+class SignInScreenshotsTest : public SignInTest
+{
+protected:
+    void SetUp() override
+    {
+        SignInTest::SetUp();
+        VLRFonts::loadMuli();
+        QDir().mkpath(QStringLiteral(VELURIA_SCREENSHOT_DIR));
+    }
+
+    static void save(QWidget* page, const QString& name)
+    {
+        page->resize(PageSize);
+        page->show();
+        QCoreApplication::processEvents();
+        const QString path = QStringLiteral(VELURIA_SCREENSHOT_DIR "/signin-%1.png").arg(name);
+        ASSERT_TRUE(page->grab().save(path)) << path.toStdString();
+    }
+
+    // The user's details have finished fading in or out.
+    static void waitForDetails(PreferencesViewController& page, qreal alpha)
+    {
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            auto* effect = qobject_cast<QGraphicsOpacityEffect*>(page.emailField()->graphicsEffect());
+            return effect && qFuzzyCompare(effect->opacity() + 1, alpha + 1);
+        }));
+        QTest::qWait(50);
+    }
+
+    RecordingSignInDelegate delegate;
+};
+
+} // namespace
+
+TEST_F(SignInScreenshotsTest, LoginPage)
+{
+    LoginViewController page;
+    page.setDelegate(&delegate);
+    save(page.view(), QStringLiteral("login-empty"));
+
+    page.emailField()->setText(QStringLiteral("ada@example.com"));
+    page.passwordField()->setText(QStringLiteral("not-the-password"));
+    page.signIn();
+    service().signInHandlers.complete(nullptr, nullptr,
+                                      vlr::Error{"VLRWebErrorDomain", 2, "The email or password is incorrect.", {}});
+    save(page.view(), QStringLiteral("login-forgot-link"));
+
+    page.passwordField()->clear();
+    page.signIn();
+    save(page.view(), QStringLiteral("login-error"));
+
+    page.toggleEnvironmentPopUp();
+    save(page.view(), QStringLiteral("login-environment"));
+}
+
+TEST_F(SignInScreenshotsTest, SecondFactorPage)
+{
+    LoginMfaViewController page;
+    page.setDelegate(&delegate);
+    auto verifier = std::make_shared<FakeLoginVerifier>();
+    page.setLoginVerifier(verifier);
+    page.view();
+    page.mfaCodeField()->setText(QStringLiteral("123 456"));
+    page.signIn();
+    verifier->verifyHandlers.complete(nullptr, vlr::Error{"VLRWebErrorDomain", 4, "That code is not valid any more.", {}});
+    save(page.view(), QStringLiteral("second-factor"));
+}
+
+TEST_F(SignInScreenshotsTest, PreferencesPage)
+{
+    delegate.launchesAtStartup = true;
+    defaults()->setBool(true, VLRUserDefaultsKeyShowNotifications);
+    defaults()->setBool(false, VLRUserDefaultsKeyAutoOpenAssets);
+    defaults()->setBool(true, VLRUserDefaultsKeyLimitDownloadCacheSize);
+    PreferencesViewController page;
+    page.setDelegate(&delegate);
+    page.view();
+    waitForDetails(page, 0);
+    save(page.view(), QStringLiteral("preferences-signed-out"));
+
+    auto user = std::make_shared<VLRUser>();
+    user->setFirstName(QStringLiteral("Ada"));
+    user->setLastName(QStringLiteral("Lovelace"));
+    user->setEmail(QStringLiteral("ada@example.com"));
+    page.setLoggedIn(true);
+    page.updateWithUser(user);
+    page.updateDownloadCacheSize(2500000000);
+    waitForDetails(page, 1);
+    save(page.view(), QStringLiteral("preferences-signed-in"));
+
+    auto nameless = std::make_shared<VLRUser>();
+    nameless->setEmail(QStringLiteral("studio-42@example.com"));
+    page.updateWithUser(nameless);
+    waitForDetails(page, 1);
+    save(page.view(), QStringLiteral("preferences-no-name"));
+}
