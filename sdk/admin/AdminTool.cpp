@@ -10,6 +10,8 @@
 #include "UploadRun.h"
 
 #include <QDir>
+#include <QFile>
+#include <QImage>
 #include <QFileInfo>
 #include <QStandardPaths>
 
@@ -35,6 +37,7 @@ int AdminTool::usage(int status)
         << ").\n\n"
            "  add-user EMAIL PASSWORD [--first NAME] [--last NAME] [--unconfirmed]\n"
            "  confirm EMAIL                     confirms the account's e-mail address\n"
+           "  avatar EMAIL IMAGE                sets the account's picture (PNG or JPEG)\n"
            "  passwd EMAIL PASSWORD             sets a new password\n"
            "  enable-2fa EMAIL                  turns on a second factor; prints its secret and URI\n"
            "  add-workspace NAME OWNER_EMAIL    prints the new workspace's identifier\n"
@@ -119,6 +122,8 @@ int AdminTool::run(QStringList arguments)
         return addUser(arguments);
     if (command == QLatin1String("confirm"))
         return confirm(arguments);
+    if (command == QLatin1String("avatar"))
+        return setAvatar(arguments);
     if (command == QLatin1String("passwd"))
         return changePassword(arguments);
     if (command == QLatin1String("enable-2fa"))
@@ -164,6 +169,22 @@ int AdminTool::confirm(const QStringList& arguments)
     if (!found)
         return 1;
     return AccountStore(*m_database).confirm(found->id) ? 0 : fail(m_database->errorMessage());
+}
+
+int AdminTool::setAvatar(const QStringList& arguments)
+{
+    if (arguments.size() != 2)
+        return usage(2);
+    const auto found = account(arguments.at(0));
+    if (!found)
+        return 1;
+    QFile file(arguments.at(1));
+    if (!file.open(QIODevice::ReadOnly))
+        return fail(QStringLiteral("can't read %1: %2").arg(arguments.at(1), file.errorString()));
+    const QByteArray image = file.readAll();
+    if (QImage::fromData(image).isNull())
+        return fail(QStringLiteral("%1 is not a picture").arg(arguments.at(1)));
+    return AccountStore(*m_database).setAvatar(found->id, image) ? 0 : fail(m_database->errorMessage());
 }
 
 int AdminTool::changePassword(const QStringList& arguments)

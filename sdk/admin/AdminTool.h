@@ -35,6 +35,7 @@ private:
 
     int addUser(QStringList arguments);
     int confirm(const QStringList& arguments);
+    int setAvatar(const QStringList& arguments);
     int changePassword(const QStringList& arguments);
     int enableSecondFactor(const QStringList& arguments);
     int addWorkspace(const QStringList& arguments);

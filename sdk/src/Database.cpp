@@ -92,9 +92,3 @@ bool Database::transaction(const std::function<bool()>& work)
     }
     return false;
 }
-
-qint64 Database::dataVersion()
-{
-    SqlStatement statement(m_handle, "PRAGMA data_version");
-    return statement.next() ? statement.integer(0) : -1;
-}

@@ -28,8 +28,6 @@ public:
     // Runs the work in one write transaction; rolled back when it answers
     // false or the commit fails. Transactions nest.
     bool transaction(const std::function<bool()>& work);
-    // Changes whenever another connection commits.
-    qint64 dataVersion();
 
 private:
     Database(sqlite3* handle, const QString& folder);

@@ -13,8 +13,6 @@ QString describe(ServiceError::Code code, const QString& detail)
         return QStringLiteral("This sign-in has ended. Please sign in again.");
     case ServiceError::ClientKeyRefused:
         return QStringLiteral("This copy of Veluria is not allowed to use the service.");
-    case ServiceError::VersionUnsupported:
-        return QStringLiteral("This version of Veluria is no longer supported. Please update it.");
     case ServiceError::EnvironmentUnavailable:
         return QStringLiteral("The Veluria service at \"%1\" can't be reached from this version of Veluria. "
                               "Choose \"localhost\" to use the service on this computer.")
@@ -51,8 +49,6 @@ QString describe(ServiceError::Code code, const QString& detail)
         return QStringLiteral("\"%1\" changed while it was being uploaded. Please try again.").arg(detail);
     case ServiceError::VersionInfoUnreadable:
         return QStringLiteral("The version information could not be read: %1").arg(detail);
-    case ServiceError::NoFolder:
-        return QStringLiteral("No folder was chosen for the download.");
     }
     return detail;
 }

@@ -15,7 +15,6 @@ public:
         WrongCode = 3,
         VerificationEnded = 4,
         ClientKeyRefused = 5,
-        VersionUnsupported = 6,
         EnvironmentUnavailable = 7,
         SignedOut = 8,
         NeedsConfirmation = 9,
@@ -34,7 +33,6 @@ public:
         NotRestartable = 36,
         FileChanged = 37,
         VersionInfoUnreadable = 38,
-        NoFolder = 39,
     };
 
     static vlr::Error make(Code code, const QString& detail = QString());

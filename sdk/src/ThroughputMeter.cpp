@@ -4,11 +4,6 @@ namespace {
 constexpr auto window = std::chrono::seconds(2);
 }
 
-void ThroughputMeter::reset()
-{
-    m_samples.clear();
-}
-
 void ThroughputMeter::sample(Clock::time_point when, qint64 bytesDone)
 {
     m_samples.push_back(Sample{when, bytesDone});

@@ -11,7 +11,6 @@ class ThroughputMeter
 public:
     using Clock = std::chrono::steady_clock;
 
-    void reset();
     void sample(Clock::time_point when, qint64 bytesDone);
     // Bytes per second; 0 until two samples lie some time apart.
     double bytesPerSecond() const;

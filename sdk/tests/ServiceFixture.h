@@ -35,7 +35,6 @@ public:
     void forget(VLRObject& object, const QStringList& keyPaths);
     int count(const QString& keyPath, const VLRObject* object = nullptr) const;
     bool allOnGuiThread() const;
-    const QList<Change>& changes() const { return m_changes; }
 
 private:
     QList<Change> m_changes;

@@ -1,0 +1,171 @@
+#include "ServiceFixture.h"
+
+#include "AdminTool.h"
+#include "Base32.h"
+#include "DownloadLink.h"
+#include "Totp.h"
+
+#include "service/VLRLoginVerifier.h"
+#include "service/VLRTransferReporting.h"
+#include "service/VLRUser.h"
+#include "service/VLRWorkspace.h"
+#include "service/VLRWorkspaceUser.h"
+
+#include <QImage>
+#include <QRegularExpression>
+
+namespace {
+
+class Admin : public ServiceFixture
+{
+protected:
+    // Runs one command on the test's database; its output and status.
+    int admin(const QStringList& arguments)
+    {
+        out.clear();
+        err.clear();
+        QTextStream outStream(&out);
+        QTextStream errStream(&err);
+        return AdminTool(outStream, errStream).run(QStringList{QStringLiteral("--database"), databaseFolder()} + arguments);
+    }
+
+    QString out;
+    QString err;
+};
+
+TEST_F(Admin, TheDemoAccountIsMadeOnceAndSignsIn)
+{
+    ASSERT_EQ(admin({QStringLiteral("demo")}), 0) << err.toStdString();
+    EXPECT_EQ(out, QStringLiteral("The demo account is ready.\nSign in with demo@veluria.local and the password "
+                                  "veluria-demo (service: localhost).\n"));
+    ASSERT_EQ(admin({QStringLiteral("demo")}), 0);
+    EXPECT_EQ(out, QStringLiteral("The demo account exists already.\nSign in with demo@veluria.local and the "
+                                  "password veluria-demo (service: localhost).\n"));
+
+    const auto session = signedIn(QStringLiteral("demo@veluria.local"), QStringLiteral("veluria-demo"));
+    ASSERT_NE(session, nullptr);
+    EXPECT_EQ(session->user()->firstName(), QStringLiteral("Dana"));
+    QStringList names;
+    QDateTime previous = QDateTime::currentDateTimeUtc().addSecs(60);
+    for (const VLRWorkspacePtr& workspace : session->workspaces()) {
+        names.append(workspace->name());
+        EXPECT_LT(workspace->updatedAt(), previous);
+        previous = workspace->updatedAt();
+    }
+    EXPECT_EQ(names, (QStringList{QStringLiteral("Brand refresh"), QStringLiteral("Spring campaign"),
+                                  QStringLiteral("Product shots"), QStringLiteral("Website copy"),
+                                  QStringLiteral("Archive 2023")}));
+    EXPECT_EQ(session->workspaces().at(0)->workspaceUsers().size(), 3);
+    EXPECT_EQ(session->workspaces().at(4)->workspaceUsers().size(), 1);
+    EXPECT_EQ(session->projects().size(), 5);
+}
+
+TEST_F(Admin, AccountsAreManagedAndMistakesExplained)
+{
+    ASSERT_EQ(admin({QStringLiteral("add-user"), QStringLiteral("ann@example.com"), QStringLiteral("pw"),
+                     QStringLiteral("--first"), QStringLiteral("Ann"), QStringLiteral("--unconfirmed")}),
+              0);
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^[0-9a-f-]{36}\\n$")).match(out).hasMatch()) << out.toStdString();
+    EXPECT_EQ(admin({QStringLiteral("add-user"), QStringLiteral("ANN@example.com"), QStringLiteral("pw")}), 1);
+    EXPECT_EQ(err, QStringLiteral("veluria-admin: an account with the address ANN@example.com exists already\n"));
+    EXPECT_EQ(admin({QStringLiteral("add-user"), QStringLiteral("nobody"), QStringLiteral("pw")}), 1);
+    EXPECT_EQ(err, QStringLiteral("veluria-admin: \"nobody\" is not an e-mail address\n"));
+    EXPECT_EQ(admin({QStringLiteral("confirm"), QStringLiteral("zed@example.com")}), 1);
+    EXPECT_EQ(err, QStringLiteral("veluria-admin: no account has the address zed@example.com\n"));
+    EXPECT_EQ(admin({QStringLiteral("frobnicate")}), 2);
+    EXPECT_TRUE(err.startsWith(QStringLiteral("veluria-admin: unknown command frobnicate\nUsage: veluria-admin")));
+    EXPECT_EQ(admin({QStringLiteral("passwd"), QStringLiteral("ann@example.com")}), 2);
+
+    EXPECT_TRUE(AccountStore(database()).findByEmail(QStringLiteral("ann@example.com"))->needsConfirmation);
+    ASSERT_EQ(admin({QStringLiteral("confirm"), QStringLiteral("ann@example.com")}), 0);
+    EXPECT_FALSE(AccountStore(database()).findByEmail(QStringLiteral("ann@example.com"))->needsConfirmation);
+
+    QImage picture(8, 8, QImage::Format_ARGB32);
+    picture.fill(Qt::red);
+    const QString path = home() + QStringLiteral("/ann.png");
+    ASSERT_TRUE(picture.save(path));
+    ASSERT_EQ(admin({QStringLiteral("avatar"), QStringLiteral("ann@example.com"), path}), 0) << err.toStdString();
+    writeFile(home() + QStringLiteral("/not.png"), "text");
+    EXPECT_EQ(admin({QStringLiteral("avatar"), QStringLiteral("ann@example.com"), home() + QStringLiteral("/not.png")}), 1);
+
+    ASSERT_EQ(admin({QStringLiteral("passwd"), QStringLiteral("ann@example.com"), QStringLiteral("new pw")}), 0);
+    EXPECT_NE(signIn(QStringLiteral("ann@example.com"), QStringLiteral("pw")).error, std::nullopt);
+    const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("new pw"));
+    ASSERT_NE(session, nullptr);
+    EXPECT_EQ(session->user()->avatar().pixelColor(3, 3), QColor(Qt::red));
+    EXPECT_FALSE(session->user()->needsConfirmation());
+}
+
+TEST_F(Admin, ASecondFactorPrintsWhatAnAuthenticatorNeeds)
+{
+    addUser(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_EQ(admin({QStringLiteral("enable-2fa"), QStringLiteral("ann@example.com")}), 0);
+    const QRegularExpressionMatch printed =
+        QRegularExpression(QStringLiteral("^secret: ([A-Z2-7]{32})\\nuri: (otpauth://totp/Veluria:ann@example.com\\?"
+                                          "secret=([A-Z2-7]{32})&issuer=Veluria&algorithm=SHA1&digits=6&period=30)\\n$"))
+            .match(out);
+    ASSERT_TRUE(printed.hasMatch()) << out.toStdString();
+    EXPECT_EQ(printed.captured(1), printed.captured(3));
+    const QByteArray secret = Base32::decode(printed.captured(1));
+    EXPECT_EQ(AccountStore(database()).findByEmail(QStringLiteral("ann@example.com"))->totpSecret, secret);
+
+    const auto outcome = signIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(outcome.verifier, nullptr);
+    VLRUserSessionPtr session;
+    outcome.verifier->verifyLoginWithCode(Totp::code(secret, Totp::stepAt(QDateTime::currentSecsSinceEpoch())), true,
+                                          [&](const VLRUserSessionPtr& s, const vlr::OptionalError&) { session = s; });
+    ASSERT_TRUE(waitUntil([&] { return session != nullptr; }));
+    session->logoutWithCompletionHandler(nullptr);
+}
+
+TEST_F(Admin, WorkspacesMembersPublicationsAndLinks)
+{
+    addUser(QStringLiteral("ann@example.com"), QStringLiteral("pw"), QStringLiteral("Ann"));
+    addUser(QStringLiteral("bob@example.com"), QStringLiteral("pw"), QStringLiteral("Bob"));
+    ASSERT_EQ(admin({QStringLiteral("add-workspace"), QStringLiteral("Posters"), QStringLiteral("ann@example.com")}), 0);
+    const QString id = out.trimmed();
+    EXPECT_EQ(admin({QStringLiteral("comment"), QStringLiteral("Posters"), QStringLiteral("bob@example.com"),
+                     QStringLiteral("hi")}),
+              1);
+    EXPECT_EQ(err, QStringLiteral("veluria-admin: bob@example.com is not a member of Posters\n"));
+    ASSERT_EQ(admin({QStringLiteral("add-member"), QStringLiteral("Posters"), QStringLiteral("bob@example.com")}), 0);
+    ASSERT_EQ(admin({QStringLiteral("comment"), id, QStringLiteral("bob@example.com"), QStringLiteral("hi")}), 0);
+
+    const QString file = writeFile(home() + QStringLiteral("/poster.txt"), "version one");
+    ASSERT_EQ(admin({QStringLiteral("publish"), QStringLiteral("Posters"), QStringLiteral("bob@example.com"), file,
+                     QStringLiteral("--text"), QStringLiteral("first")}),
+              0)
+        << err.toStdString();
+    const QString first = out.trimmed();
+    writeFile(file, "version two");
+    ASSERT_EQ(admin({QStringLiteral("publish"), QStringLiteral("Posters"), QStringLiteral("bob@example.com"), file}), 0);
+    const QString second = out.trimmed();
+    ASSERT_TRUE(DownloadLink::parse(first).has_value());
+    EXPECT_EQ(DownloadLink::parse(first)->workspaceId, id);
+    ASSERT_EQ(admin({QStringLiteral("link"), QStringLiteral("Posters"), QStringLiteral("poster.txt")}), 0);
+    EXPECT_EQ(out.trimmed(), second);
+    ASSERT_EQ(admin({QStringLiteral("link"), QStringLiteral("Posters"), QStringLiteral("poster.txt"),
+                     QStringLiteral("--revision"), QStringLiteral("1")}),
+              0);
+    EXPECT_EQ(out.trimmed(), first);
+    EXPECT_EQ(admin({QStringLiteral("link"), QStringLiteral("Posters"), QStringLiteral("poster.txt"),
+                     QStringLiteral("--revision"), QStringLiteral("9")}),
+              1);
+    EXPECT_EQ(err, QStringLiteral("veluria-admin: Posters has no file poster.txt in revision 9\n"));
+    ASSERT_EQ(admin({QStringLiteral("add-workspace"), QStringLiteral("Posters"), QStringLiteral("bob@example.com")}), 0);
+    EXPECT_EQ(admin({QStringLiteral("link"), QStringLiteral("Posters"), QStringLiteral("poster.txt")}), 1);
+    EXPECT_EQ(err, QStringLiteral("veluria-admin: 2 workspaces are called Posters; give the identifier\n"));
+
+    // Ann fetches the first revision by its link.
+    const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(session, nullptr);
+    VLRTransferReportingPtr transfer;
+    session->downloadUrl(first, [&](const VLRTransferReportingPtr& t, const vlr::OptionalError&) { transfer = t; });
+    ASSERT_TRUE(waitUntil([&] { return transfer && transfer->isFinished(); }));
+    EXPECT_EQ(readFile(home() + QStringLiteral("/Veluria/Posters/poster.txt")), QByteArray("version one"));
+    ASSERT_EQ(admin({QStringLiteral("workspaces"), QStringLiteral("ann@example.com")}), 0);
+    EXPECT_TRUE(out.contains(id + QStringLiteral("  ")));
+    EXPECT_TRUE(out.endsWith(QStringLiteral("  Posters\n")));
+}
+
+} // namespace
