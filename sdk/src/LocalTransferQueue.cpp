@@ -244,8 +244,11 @@ void LocalTransferQueue::cancelTransfer(LocalTransfer& transfer)
     if (!queued) {
         // A finished transfer leaves the completed list.
         auto finished = std::static_pointer_cast<LocalTransfer>(transfer.shared_from_this());
-        if (transfer.isFinished() && m_host.takeCompletedTransfer(finished))
+        if (transfer.isFinished() && m_host.takeCompletedTransfer(finished)) {
             m_host.forgetTransfer(transfer.identifier());
+            if (transfer.error())
+                m_host.discardPartials(finished->job());
+        }
         return;
     }
     if (m_running == queued) {

@@ -138,6 +138,10 @@ void LocalUserSession::clearCompletedTransfers()
 {
     if (m_ended || completedTransfers().isEmpty())
         return;
+    // A failed transfer kept what it had copied for a retry; that goes now.
+    for (const VLRTransferReportingPtr& transfer : completedTransfers())
+        if (transfer->error())
+            discardPartials(std::static_pointer_cast<LocalTransfer>(transfer)->job());
     setCompletedTransfers({});
     const QString userId = userID();
     onService([userId](Database& database) { TransferStore(database).removeFinished(userId); });

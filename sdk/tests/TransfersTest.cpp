@@ -326,8 +326,12 @@ TEST_F(Transfers, CompletedListSurvivesANewSessionUntilCleared)
     ASSERT_TRUE(waitUntil([&] { return session->completedTransfers().size() == 3; }));
     EXPECT_EQ(session->completedTransfers().at(2)->identifier(), waiting->identifier());
 
+    // A failed upload's partial copy waits for a retry until the list is cleared.
+    const QString partial = databaseFolder() + QStringLiteral("/Store/tmp/") + cancelled->identifier() + QStringLiteral("-0.part");
+    writeFile(partial, "x");
     session->clearCompletedTransfers();
     EXPECT_TRUE(session->completedTransfers().isEmpty());
+    ASSERT_TRUE(waitUntil([&] { return !QFileInfo::exists(partial); }));
     session->logoutWithCompletionHandler(nullptr);
     session.reset();
     VLRInit::shutdown();
