@@ -12,6 +12,8 @@
 #include "TransferStore.h"
 #include "UserFolders.h"
 
+#include "service/VLRTransferReporting.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -34,6 +36,22 @@ QString targetIn(Database& database, const QString& userId, const QString& folde
             return target;
         target = folder + QLatin1Char('/') + SafeName::numbered(name, number);
     }
+}
+
+TransferJob downloadJob(const QString& userId, const WorkspaceStore::Revision& revision, const QString& target,
+                        qint64 subType)
+{
+    TransferJob job;
+    job.id = Clock::newIdentifier();
+    job.userId = userId;
+    job.type = TransferJob::Download;
+    job.subType = subType;
+    job.filePath = target;
+    job.totalSize = revision.size;
+    job.workspaceId = revision.workspaceId;
+    job.revisionId = revision.id;
+    job.createdAt = Clock::nowMs();
+    return job;
 }
 
 } // namespace
@@ -193,19 +211,13 @@ void LocalUserSession::requestDownload(const QString& url, const QString& folder
                 error = ServiceError::make(ServiceError::RevisionNotFound);
             else if (!workspaces.isMember(revision->workspaceId, userId))
                 error = ServiceError::make(ServiceError::NotAMember);
-            else {
-                job.id = Clock::newIdentifier();
-                job.userId = userId;
-                job.type = TransferJob::Download;
-                job.subType = 1;
-                job.filePath = targetIn(database, userId,
-                                        folder.isEmpty() ? UserFolders::workspaceFolder(revision->workspaceName) : folder,
-                                        *revision);
-                job.totalSize = revision->size;
-                job.workspaceId = revision->workspaceId;
-                job.revisionId = revision->id;
-                job.createdAt = Clock::nowMs();
-            }
+            else
+                job = downloadJob(userId, *revision,
+                                  targetIn(database, userId,
+                                           folder.isEmpty() ? UserFolders::workspaceFolder(revision->workspaceName)
+                                                            : folder,
+                                           *revision),
+                                  VLRTransferReporting::RequestedDownloadSubType);
             MainThread::post([weak, job, error, answer] {
                 auto self = weak.lock();
                 if (!self || self->m_ended)
@@ -247,17 +259,7 @@ void LocalUserSession::queueRevisionDownloads(const QList<WorkspaceStore::Public
             while (earlier.next()) {
                 if (!QFileInfo::exists(earlier.text(0)))
                     continue;
-                TransferJob job;
-                job.id = Clock::newIdentifier();
-                job.userId = userId;
-                job.type = TransferJob::Download;
-                job.subType = 2;
-                job.filePath = earlier.text(0);
-                job.totalSize = revision->size;
-                job.workspaceId = revision->workspaceId;
-                job.revisionId = revision->id;
-                job.createdAt = Clock::nowMs();
-                jobs.append(job);
+                jobs.append(downloadJob(userId, *revision, earlier.text(0), VLRTransferReporting::AutoRevisionSubType));
             }
         }
         if (jobs.isEmpty())
