@@ -74,21 +74,26 @@ QString escapeValue(const QString& value)
     return result;
 }
 
-// One argument of a command line, in double quotes, with the characters the
-// quotes don't protect escaped, and percent signs kept from being read as
-// field codes.
+// One argument of a command line: plain when the shell would read nothing
+// in it, as simple launchers understand only plain commands; otherwise in
+// double quotes with the characters the quotes don't protect escaped. Percent
+// signs are doubled either way, so that they aren't read as field codes.
 QString quoteArgument(const QString& argument)
 {
-    QString quoted(QLatin1Char('"'));
+    static const QString reserved = QStringLiteral(" \t\n\"'\\><~|&;$*?#()`");
+    QString escaped;
+    bool needsQuotes = false;
     for (const QChar c : argument) {
+        needsQuotes = needsQuotes || reserved.contains(c);
         if (c == QLatin1Char('"') || c == QLatin1Char('`') || c == QLatin1Char('$') || c == QLatin1Char('\\'))
-            quoted.append(QLatin1Char('\\'));
+            escaped.append(QLatin1Char('\\'));
         if (c == QLatin1Char('%'))
-            quoted.append(QLatin1Char('%'));
-        quoted.append(c);
+            escaped.append(QLatin1Char('%'));
+        escaped.append(c);
     }
-    quoted.append(QLatin1Char('"'));
-    return quoted;
+    if (!needsQuotes)
+        return QString(argument).replace(QStringLiteral("%"), QStringLiteral("%%"));
+    return QLatin1Char('"') + escaped + QLatin1Char('"');
 }
 
 // The program a command line starts: its first argument, unquoted.
