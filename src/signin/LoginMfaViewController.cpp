@@ -119,6 +119,13 @@ void LoginMfaViewController::loadView()
     m_signInButton->setClickedImage(image(QStringLiteral("log_in_button_active")));
 }
 
+void LoginMfaViewController::setLoginVerifier(const VLRLoginVerifierPtr& verifier)
+{
+    m_loginVerifier = verifier;
+    if (verifier && m_mfaCodeField)
+        m_mfaCodeField->setFocus();
+}
+
 void LoginMfaViewController::signIn()
 {
     // The code goes as typed: judging it, empty or not, is the service's job.

@@ -26,7 +26,8 @@ public:
     void setDelegate(LoginMfaViewControllerDelegate* delegate) override { m_delegate = delegate; }
     LoginMfaViewControllerDelegate* delegate() const { return m_delegate; }
 
-    void setLoginVerifier(const VLRLoginVerifierPtr& verifier) override { m_loginVerifier = verifier; }
+    // A new verification puts the cursor in the code field.
+    void setLoginVerifier(const VLRLoginVerifierPtr& verifier) override;
     const VLRLoginVerifierPtr& loginVerifier() const { return m_loginVerifier; }
 
     // Actions of the view.

@@ -185,6 +185,8 @@ void LoginViewController::loadView()
     m_signInButton->setClickedImage(image(QStringLiteral("log_in_button_active")));
 
     m_environmentButton->hide();
+    // The keyboard goes to the address first when the page comes up.
+    m_view->setFocusProxy(m_emailField);
     // Coming and going, the error line, the link and the selector leave the
     // rest of the page where it is.
     for (QWidget* occasional : {static_cast<QWidget*>(m_errorLabel), static_cast<QWidget*>(m_forgotPasswordButton),

@@ -190,10 +190,12 @@ QWidget* PreferencesViewController::__makeUserInfoView()
     // stands at the right, level with the avatar.
     vlr_setTranslatesAutoresizingMaskIntoConstraints(m_emailField, false);
     vlr_setTranslatesAutoresizingMaskIntoConstraints(m_loginLogoutButton, false);
-    vlr_addConstraint(userInfo, constraint(m_emailField, VLRLayoutAttributeBottom, m_avatarView, VLRLayoutAttributeBottom, -4));
-    vlr_addConstraint(userInfo, constraint(m_loginLogoutButton, VLRLayoutAttributeCenterY, userInfo, VLRLayoutAttributeCenterY, 0));
+    vlr_addConstraint(userInfo,
+                      constraint(m_emailField, VLRLayoutAttributeBottom, m_avatarView, VLRLayoutAttributeBottom, -4));
+    vlr_addConstraint(userInfo,
+                      constraint(m_loginLogoutButton, VLRLayoutAttributeCenterY, userInfo, VLRLayoutAttributeCenterY, 0));
     vlr_addConstraint(userInfo, constraint(m_loginLogoutButton, VLRLayoutAttributeTrailing, userInfo,
-                                 VLRLayoutAttributeTrailing, -ButtonMargin));
+                                           VLRLayoutAttributeTrailing, -ButtonMargin));
     return userInfo;
 }
 
@@ -411,7 +413,8 @@ void PreferencesViewController::updateDownloadCacheSize(qint64 bytes)
     __updateDownloadCacheSize(bytes);
     if (m_downloadCacheSizeCheckBox)
         m_downloadCacheSizeCheckBox->setEnabled(true);
-    __enableDownloadCacheUI(VLRUserDefaults::standardUserDefaults()->boolForKey(VLRUserDefaultsKeyLimitDownloadCacheSize));
+    VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
+    __enableDownloadCacheUI(defaults->boolForKey(VLRUserDefaultsKeyLimitDownloadCacheSize));
 }
 
 void PreferencesViewController::__updateDownloadCacheSize(qint64 bytes)
@@ -538,11 +541,11 @@ void PreferencesViewController::__setConstraintsForNoName(bool noName)
     vlr_removeConstraintWithFirstItemFirstAttributeSecondItemSecondAttribute(
         m_userInfoView, m_emailField, VLRLayoutAttributeCenterY, m_avatarView, VLRLayoutAttributeCenterY);
     if (noName)
-        vlr_addConstraint(m_userInfoView,
-                          constraint(m_emailField, VLRLayoutAttributeCenterY, m_avatarView, VLRLayoutAttributeCenterY, -3));
+        vlr_addConstraint(m_userInfoView, constraint(m_emailField, VLRLayoutAttributeCenterY, m_avatarView,
+                                                     VLRLayoutAttributeCenterY, -3));
     else
-        vlr_addConstraint(m_userInfoView,
-                          constraint(m_emailField, VLRLayoutAttributeBottom, m_avatarView, VLRLayoutAttributeBottom, -4));
+        vlr_addConstraint(m_userInfoView, constraint(m_emailField, VLRLayoutAttributeBottom, m_avatarView,
+                                                     VLRLayoutAttributeBottom, -4));
 }
 
 void PreferencesViewController::__showUserInfo(bool show)
@@ -557,7 +560,8 @@ void PreferencesViewController::__showUserInfo(bool show)
     if (show) {
         if (vlr_removeConstraintWithFirstItemFirstAttributeSecondItemSecondAttribute(
                 info, button, VLRLayoutAttributeCenterX, info, VLRLayoutAttributeCenterX))
-            vlr_addConstraint(info, constraint(button, VLRLayoutAttributeTrailing, info, VLRLayoutAttributeTrailing, -ButtonMargin));
+            vlr_addConstraint(info, constraint(button, VLRLayoutAttributeTrailing, info, VLRLayoutAttributeTrailing,
+                                               -ButtonMargin));
         targetX = info->width() - button->width() - ButtonMargin;
     } else {
         if (vlr_removeConstraintWithFirstItemFirstAttributeSecondItemSecondAttribute(

@@ -84,7 +84,8 @@ TEST_F(SignInScreenshotsTest, SecondFactorPage)
     page.view();
     page.mfaCodeField()->setText(QStringLiteral("123 456"));
     page.signIn();
-    verifier->verifyHandlers.complete(nullptr, vlr::Error{"VLRWebErrorDomain", 4, "That code is not valid any more.", {}});
+    verifier->verifyHandlers.complete(nullptr,
+                                      vlr::Error{"VLRWebErrorDomain", 4, "That code is not valid any more.", {}});
     save(page.view(), QStringLiteral("second-factor"));
 }
 
