@@ -3,7 +3,6 @@
 
 #include <QDesktopServices>
 #include <QFile>
-#include <QObject>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -23,59 +22,40 @@ public Q_SLOTS:
     void openUrl(const QUrl& url) { urls << url; }
 };
 
-class SystemDesktopServicesTest : public ::testing::Test
+TEST(SystemDesktopServicesTest, OpensOnlyWebAndMailAddressesAndLocalFilesThatExist)
 {
-protected:
-    void SetUp() override
-    {
-        for (const char* scheme : {"http", "https", "mailto", "file", "ftp", "javascript"})
-            QDesktopServices::setUrlHandler(QString::fromLatin1(scheme), &catcher, "openUrl");
-        vlr::setLogFilePath(QString());
-        vlr::setLogObserver([this](int, const QString&, const QString& message) { logLines << message; });
-    }
-
-    void TearDown() override
-    {
-        vlr::setLogObserver(nullptr);
-        for (const char* scheme : {"http", "https", "mailto", "file", "ftp", "javascript"})
-            QDesktopServices::unsetUrlHandler(QString::fromLatin1(scheme));
-    }
-
     UrlCatcher catcher;
-    VLRSystemDesktopServices services;
+    const QStringList schemes = {"http", "https", "mailto", "file", "ftp", "javascript"};
+    for (const QString& scheme : schemes)
+        QDesktopServices::setUrlHandler(scheme, &catcher, "openUrl");
     QStringList logLines;
-};
+    vlr::setLogFilePath(QString());
+    vlr::setLogObserver([&logLines](int, const QString&, const QString& message) { logLines << message; });
+    VLRSystemDesktopServices services;
 
-TEST_F(SystemDesktopServicesTest, OnlyWebAndMailAddressesGoToTheBrowser)
-{
-    const QUrl manage(QStringLiteral("https://veluria.example/purchases/7/manage"));
-    const QUrl mail(QStringLiteral("mailto:support@veluria.example"));
+    const QUrl manage("https://veluria.example/purchases/7/manage");
+    const QUrl mail("mailto:support@veluria.example");
     EXPECT_TRUE(services.openURL(manage));
     EXPECT_TRUE(services.openURL(mail));
-    EXPECT_FALSE(services.openURL(QUrl(QStringLiteral("file:///etc/passwd"))));
-    EXPECT_FALSE(services.openURL(QUrl(QStringLiteral("javascript:alert(1)"))));
-    EXPECT_FALSE(services.openURL(QUrl(QStringLiteral("ftp://veluria.example/x"))));
-    EXPECT_FALSE(services.openURL(QUrl(QStringLiteral("https:no-host"))));
-    EXPECT_FALSE(services.openURL(QUrl()));
-    EXPECT_EQ(catcher.urls, (QList<QUrl>{manage, mail}));
-    ASSERT_EQ(logLines.size(), 5);
-    EXPECT_EQ(logLines[0], QStringLiteral("Not opening \"file:///etc/passwd\": only web and mail addresses are opened"));
-    EXPECT_EQ(logLines[4], QStringLiteral("Not opening \"(null)\": only web and mail addresses are opened"));
-}
+    for (const char* refused : {"file:///etc/passwd", "javascript:alert(1)", "ftp://veluria.example/x", "https:no-host", ""})
+        EXPECT_FALSE(services.openURL(QUrl(refused))) << refused;
+    EXPECT_EQ(logLines.size(), 5);
+    EXPECT_EQ(logLines.value(0), "Not opening \"file:///etc/passwd\": only web and mail addresses are opened");
+    EXPECT_EQ(logLines.value(4), "Not opening \"(null)\": only web and mail addresses are opened");
 
-TEST_F(SystemDesktopServicesTest, OpensOnlyLocalFilesThatExist)
-{
     QTemporaryDir folder;
-    ASSERT_TRUE(folder.isValid());
-    const QString file = folder.filePath(QStringLiteral("Plan & Budget #2.pdf"));
-    QFile(file).open(QIODevice::WriteOnly);
-
+    const QString file = folder.filePath("Plan & Budget #2.pdf");
+    EXPECT_TRUE(QFile(file).open(QIODevice::WriteOnly));
     EXPECT_TRUE(services.openFile(file));
-    EXPECT_FALSE(services.openFile(folder.filePath(QStringLiteral("moved away.pdf"))));
-    EXPECT_FALSE(services.openFile(QStringLiteral("Plan & Budget #2.pdf")));
+    EXPECT_FALSE(services.openFile(folder.filePath("moved away.pdf")));
+    EXPECT_FALSE(services.openFile("Plan & Budget #2.pdf"));
     EXPECT_FALSE(services.openFile(QString()));
-    EXPECT_EQ(catcher.urls, QList<QUrl>{QUrl::fromLocalFile(file)});
-    EXPECT_EQ(catcher.urls.value(0).toLocalFile(), file);
+    EXPECT_EQ(catcher.urls, QList<QUrl>({manage, mail, QUrl::fromLocalFile(file)}));
+    EXPECT_EQ(catcher.urls.value(2).toLocalFile(), file);
+
+    vlr::setLogObserver(nullptr);
+    for (const QString& scheme : schemes)
+        QDesktopServices::unsetUrlHandler(scheme);
 }
 
 } // namespace

@@ -1,9 +1,6 @@
 #include "platform/VLRUserDefaults.h"
 #include "service/VLRLogFormat.h"
 
-#include <QByteArray>
-#include <QDateTime>
-#include <QDir>
 #include <QFile>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -22,7 +19,7 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(folder.isValid());
-        VLRUserDefaults::setStorageDirectory(folder.filePath(QStringLiteral("Veluria")));
+        VLRUserDefaults::setStorageDirectory(folder.filePath("Veluria"));
         VLRUserDefaults::resetStandardUserDefaults();
         vlr::setLogFilePath(QString());
         vlr::setLogObserver([this](int level, const QString& tag, const QString& message) {
@@ -37,6 +34,7 @@ protected:
         VLRUserDefaults::setStorageDirectory(QString());
     }
 
+    // As after a restart: the files are read afresh.
     static VLRUserDefaults* restarted()
     {
         VLRUserDefaults::resetStandardUserDefaults();
@@ -45,7 +43,7 @@ protected:
 
     QString fileText(const QString& name) const
     {
-        QFile file(folder.filePath(QStringLiteral("Veluria/") + name));
+        QFile file(folder.filePath("Veluria/" + name));
         return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
     }
 
@@ -53,153 +51,132 @@ protected:
     QStringList logLines;
 };
 
-TEST_F(UserDefaultsTest, EveryTypeComesBackAfterARestart)
+TEST_F(UserDefaultsTest, EveryTypeComesBackAfterARestartFromAFileAPersonCanRead)
 {
     const QDateTime summer(QDate(2024, 5, 1), QTime(9, 30, 0, 250), QTimeZone(7200));
-    const QDateTime local = QDateTime::currentDateTime();
     const QVariantMap values{
-        {QStringLiteral("VLRUserDefaultsKeyShowNotifications"), true},
-        {QStringLiteral("VLRUserDefaultsKeyLimitDownloadCacheSize"), false},
-        {QStringLiteral("VLRUserDefaultsKeyFirstLaunchDate"), local},
-        {QStringLiteral("VLRUserDefaultsKeyUpdatePostponedDate"), summer},
-        {QStringLiteral("com.veluria.Veluria.Email"), QStringLiteral("ann@example.com")},
-        {QStringLiteral("empty"), QStringLiteral("")},
-        {QStringLiteral("looks like a tag"), QStringLiteral("bool:true")},
-        {QStringLiteral("odd text"), QStringLiteral("@Variant(x), \"quoted\" = ; #\nnext line\tÜber 😀")},
-        {QStringLiteral("number"), -42},
-        {QStringLiteral("big number"), qlonglong(1) << 53},
-        {QStringLiteral("fraction"), 0.1},
-        {QStringLiteral("tiny"), 4.9e-324},
-        {QStringLiteral("list"), QStringList{QStringLiteral("a, b"), QString()}},
-        {QStringLiteral("dictionary"), QVariantMap{{QStringLiteral("when"), summer}, {QStringLiteral("on"), true}}},
-        {QStringLiteral("bytes"), QByteArray("\0\xff", 2)},
-        {QStringLiteral("group/key"), 7u},
+        {"VLRUserDefaultsKeyShowNotifications", true},
+        {"VLRUserDefaultsKeyFirstLaunchDate", QDateTime::currentDateTime()},
+        {"VLRUserDefaultsKeyUpdatePostponedDate", summer},
+        {"empty", ""},
+        {"looks like a tag", "bool:true"},
+        {"odd text", "@Variant(x), \"quoted\" = ; #\nnext line\tÜber 😀"},
+        {"number", -42},
+        {"big number", qlonglong(1) << 53},
+        {"fraction", 0.1},
+        {"list", QStringList{"a, b", QString()}},
+        {"dictionary", QVariantMap{{"when", summer}, {"on", true}}},
+        {"bytes", QByteArray("\0\xff", 2)},
+        {"group/key", 7u},
     };
-    VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
     for (auto it = values.cbegin(); it != values.cend(); ++it)
-        defaults->setObject(it.value(), it.key());
+        VLRUserDefaults::standardUserDefaults()->setObject(it.value(), it.key());
 
-    defaults = restarted();
+    VLRUserDefaults* defaults = restarted();
     for (auto it = values.cbegin(); it != values.cend(); ++it) {
-        const QVariant value = defaults->objectForKey(it.key());
-        EXPECT_EQ(value.metaType(), it.value().metaType()) << it.key().toStdString();
-        EXPECT_EQ(value, it.value()) << it.key().toStdString();
+        EXPECT_EQ(defaults->objectForKey(it.key()).metaType(), it.value().metaType()) << it.key().toStdString();
+        EXPECT_EQ(defaults->objectForKey(it.key()), it.value()) << it.key().toStdString();
     }
-    EXPECT_FALSE(defaults->stringForKey(QStringLiteral("empty")).isNull());
-    EXPECT_EQ(defaults->objectForKey(QStringLiteral("VLRUserDefaultsKeyFirstLaunchDate")).toDateTime().toMSecsSinceEpoch(),
-              local.toMSecsSinceEpoch());
-
-    // The file is plain text a person can read.
-    const QString text = fileText(QStringLiteral("Veluria.conf"));
-    EXPECT_TRUE(text.contains(QStringLiteral("VLRUserDefaultsKeyUpdatePostponedDate=date:2024-05-01T09:30:00.250+02:00\n")));
-    EXPECT_TRUE(text.contains(QStringLiteral("VLRUserDefaultsKeyShowNotifications=bool:true\n")));
-    EXPECT_TRUE(text.contains(QStringLiteral("com.veluria.Veluria.Email=string:ann@example.com\n")));
-    EXPECT_TRUE(logLines.isEmpty()) << logLines.join(QLatin1Char('\n')).toStdString();
+    EXPECT_FALSE(defaults->stringForKey("empty").isNull());
+    const QString text = fileText("Veluria.conf");
+    EXPECT_TRUE(text.contains("VLRUserDefaultsKeyUpdatePostponedDate=date:2024-05-01T09:30:00.250+02:00\n"));
+    EXPECT_TRUE(text.contains("VLRUserDefaultsKeyShowNotifications=bool:true\n"));
+    EXPECT_EQ(logLines, QStringList());
 }
 
 TEST_F(UserDefaultsTest, AnAbsentKeyIsNotAFalseOne)
 {
     VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
-    EXPECT_FALSE(defaults->objectForKey(QStringLiteral("VLRUserDefaultsKeyLaunchRestProxy")).isValid());
-    EXPECT_FALSE(defaults->boolForKey(QStringLiteral("VLRUserDefaultsKeyLaunchRestProxy")));
-    EXPECT_TRUE(defaults->stringForKey(QStringLiteral("com.veluria.Veluria.Email")).isNull());
+    EXPECT_FALSE(defaults->objectForKey("VLRUserDefaultsKeyLaunchRestProxy").isValid());
+    EXPECT_FALSE(defaults->boolForKey("VLRUserDefaultsKeyLaunchRestProxy"));
+    EXPECT_TRUE(defaults->stringForKey("com.veluria.Veluria.Email").isNull());
+    defaults->setBool(false, "VLRUserDefaultsKeyShowNotifications");
+    defaults->setBool(true, "VLRUserDefaultsKeyAutoOpenAssets");
+    defaults->setObject("ann@example.com", "com.veluria.Veluria.Email");
+    defaults->setObject(3, "count");
 
-    defaults->setBool(false, QStringLiteral("VLRUserDefaultsKeyShowNotifications"));
-    defaults->setBool(true, QStringLiteral("VLRUserDefaultsKeyAutoOpenAssets"));
-    defaults->setObject(QStringLiteral("ann@example.com"), QStringLiteral("com.veluria.Veluria.Email"));
-    defaults->setObject(3, QStringLiteral("count"));
     defaults = restarted();
-    EXPECT_TRUE(defaults->objectForKey(QStringLiteral("VLRUserDefaultsKeyShowNotifications")).isValid());
-    EXPECT_FALSE(defaults->boolForKey(QStringLiteral("VLRUserDefaultsKeyShowNotifications")));
-    EXPECT_TRUE(defaults->boolForKey(QStringLiteral("VLRUserDefaultsKeyAutoOpenAssets")));
-    EXPECT_TRUE(defaults->stringForKey(QStringLiteral("VLRUserDefaultsKeyAutoOpenAssets")).isNull());
-    EXPECT_EQ(defaults->stringForKey(QStringLiteral("count")), QStringLiteral("3"));
-    EXPECT_EQ(defaults->stringForKey(QStringLiteral("com.veluria.Veluria.Email")), QStringLiteral("ann@example.com"));
-
-    defaults->removeObjectForKey(QStringLiteral("VLRUserDefaultsKeyShowNotifications"));
-    defaults->setObject(QVariant(), QStringLiteral("com.veluria.Veluria.Email"));
+    EXPECT_TRUE(defaults->objectForKey("VLRUserDefaultsKeyShowNotifications").isValid());
+    EXPECT_FALSE(defaults->boolForKey("VLRUserDefaultsKeyShowNotifications"));
+    // A string for strings and numbers only.
+    EXPECT_TRUE(defaults->stringForKey("VLRUserDefaultsKeyAutoOpenAssets").isNull());
+    EXPECT_EQ(defaults->stringForKey("count"), "3");
+    // Removed, or set to nothing, a key is absent again.
+    defaults->removeObjectForKey("VLRUserDefaultsKeyShowNotifications");
+    defaults->setObject(QVariant(), "com.veluria.Veluria.Email");
     defaults = restarted();
-    EXPECT_FALSE(defaults->objectForKey(QStringLiteral("VLRUserDefaultsKeyShowNotifications")).isValid());
-    EXPECT_FALSE(defaults->objectForKey(QStringLiteral("com.veluria.Veluria.Email")).isValid());
-    EXPECT_TRUE(defaults->boolForKey(QStringLiteral("VLRUserDefaultsKeyAutoOpenAssets")));
+    EXPECT_FALSE(defaults->objectForKey("VLRUserDefaultsKeyShowNotifications").isValid());
+    EXPECT_FALSE(defaults->objectForKey("com.veluria.Veluria.Email").isValid());
+    EXPECT_TRUE(defaults->boolForKey("VLRUserDefaultsKeyAutoOpenAssets"));
 }
 
-TEST_F(UserDefaultsTest, APersistentDomainKeepsTheKeysOfOthers)
+TEST_F(UserDefaultsTest, APersistentDomainKeepsTheKeysOfOthersInAFileOfItsOwn)
 {
     VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
     EXPECT_EQ(defaults->persistentDomainForName(environmentDomain), std::nullopt);
-
-    defaults->setPersistentDomain({{QStringLiteral("com.veluria-dev.Other"), QStringLiteral("kept")},
-                                   {environmentKey, QStringLiteral("a.veluria.example")}},
+    defaults->setPersistentDomain({{"com.veluria-dev.Other", "kept"}, {environmentKey, "a.veluria.example"}},
                                   environmentDomain);
+    // One key changes as the domain is read, changed and written back.
     defaults = restarted();
     std::optional<QVariantMap> domain = defaults->persistentDomainForName(environmentDomain);
     ASSERT_TRUE(domain.has_value());
-    domain->insert(environmentKey, QStringLiteral("b.veluria.example"));
+    domain->insert(environmentKey, "b.veluria.example");
     defaults->setPersistentDomain(*domain, environmentDomain);
 
     defaults = restarted();
     EXPECT_EQ(defaults->persistentDomainForName(environmentDomain),
-              (QVariantMap{{QStringLiteral("com.veluria-dev.Other"), QStringLiteral("kept")},
-                           {environmentKey, QStringLiteral("b.veluria.example")}}));
-    EXPECT_TRUE(fileText(environmentDomain + QStringLiteral(".conf")).contains(
-        QStringLiteral("com.veluria-dev.Veluria.Environment=string:b.veluria.example")));
-    // The domain isn't the standard one.
+              (QVariantMap{{"com.veluria-dev.Other", "kept"}, {environmentKey, "b.veluria.example"}}));
+    EXPECT_TRUE(fileText(environmentDomain + ".conf").contains(environmentKey + "=string:b.veluria.example"));
     EXPECT_FALSE(defaults->objectForKey(environmentKey).isValid());
-
     // An emptied domain still exists.
     defaults->setPersistentDomain({}, environmentDomain);
     EXPECT_EQ(restarted()->persistentDomainForName(environmentDomain), QVariantMap());
 
     // A name can't reach outside the folder.
     defaults = restarted();
-    defaults->setPersistentDomain({{QStringLiteral("k"), 1}}, QStringLiteral("../Escaped"));
-    EXPECT_EQ(defaults->persistentDomainForName(QStringLiteral("../Escaped")), std::nullopt);
-    EXPECT_FALSE(QFile::exists(folder.filePath(QStringLiteral("Escaped.conf"))));
-    EXPECT_EQ(logLines, QStringList{QStringLiteral("5 SDKClient User defaults: invalid persistent domain name \"../Escaped\"")});
+    defaults->setPersistentDomain({{"k", 1}}, "../Escaped");
+    EXPECT_EQ(defaults->persistentDomainForName("../Escaped"), std::nullopt);
+    EXPECT_FALSE(QFile::exists(folder.filePath("Escaped.conf")));
+    EXPECT_EQ(logLines, QStringList{"5 SDKClient User defaults: invalid persistent domain name \"../Escaped\""});
 }
 
 TEST_F(UserDefaultsTest, SynchronizeReadsWhatAnotherProgramWrote)
 {
     VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
-    defaults->setBool(true, QStringLiteral("VLRUserDefaultsKeyAutoOpenAssets"));
+    defaults->setBool(true, "VLRUserDefaultsKeyAutoOpenAssets");
     {
-        QSettings other(folder.filePath(QStringLiteral("Veluria/Veluria.conf")), QSettings::IniFormat);
-        other.setValue(QStringLiteral("VLRUserDefaultsKeyLaunchRestProxy"), QStringLiteral("bool:true"));
-        other.setValue(QStringLiteral("edited by hand"), QStringLiteral("plain"));
+        QSettings other(folder.filePath("Veluria/Veluria.conf"), QSettings::IniFormat);
+        other.setValue("VLRUserDefaultsKeyLaunchRestProxy", "bool:true");
+        other.setValue("edited by hand", "plain");
     }
-    EXPECT_FALSE(defaults->objectForKey(QStringLiteral("VLRUserDefaultsKeyLaunchRestProxy")).isValid());
+    EXPECT_FALSE(defaults->objectForKey("VLRUserDefaultsKeyLaunchRestProxy").isValid());
     EXPECT_TRUE(defaults->synchronize());
-    EXPECT_TRUE(defaults->boolForKey(QStringLiteral("VLRUserDefaultsKeyLaunchRestProxy")));
-    EXPECT_TRUE(defaults->boolForKey(QStringLiteral("VLRUserDefaultsKeyAutoOpenAssets")));
-    EXPECT_EQ(defaults->objectForKey(QStringLiteral("edited by hand")), QVariant(QStringLiteral("plain")));
+    EXPECT_TRUE(defaults->boolForKey("VLRUserDefaultsKeyLaunchRestProxy"));
+    EXPECT_TRUE(defaults->boolForKey("VLRUserDefaultsKeyAutoOpenAssets"));
+    EXPECT_EQ(defaults->objectForKey("edited by hand"), QVariant("plain"));
 }
 
-TEST_F(UserDefaultsTest, AnUnwritableFolderKeepsTheValuesForThisRun)
+TEST_F(UserDefaultsTest, AnUnwritableFolderKeepsTheValuesForThisRunAndSaysSoOncePerFile)
 {
     // Not even root can make a folder inside a plain file.
-    QFile blocker(folder.filePath(QStringLiteral("blocker")));
+    QFile blocker(folder.filePath("blocker"));
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
-    const QString unwritable = folder.filePath(QStringLiteral("blocker/Veluria"));
+    const QString unwritable = folder.filePath("blocker/Veluria");
     VLRUserDefaults::setStorageDirectory(unwritable);
     VLRUserDefaults* defaults = restarted();
+    defaults->setBool(false, "VLRUserDefaultsKeyShowNotifications");
+    defaults->setObject("ann@example.com", "com.veluria.Veluria.Email");
+    defaults->setPersistentDomain({{environmentKey, "a.veluria.example"}}, environmentDomain);
 
-    defaults->setBool(false, QStringLiteral("VLRUserDefaultsKeyShowNotifications"));
-    defaults->setObject(QStringLiteral("ann@example.com"), QStringLiteral("com.veluria.Veluria.Email"));
-    defaults->setPersistentDomain({{environmentKey, QStringLiteral("a.veluria.example")}}, environmentDomain);
-
-    EXPECT_TRUE(defaults->objectForKey(QStringLiteral("VLRUserDefaultsKeyShowNotifications")).isValid());
-    EXPECT_FALSE(defaults->boolForKey(QStringLiteral("VLRUserDefaultsKeyShowNotifications")));
-    EXPECT_EQ(defaults->stringForKey(QStringLiteral("com.veluria.Veluria.Email")), QStringLiteral("ann@example.com"));
-    EXPECT_EQ(defaults->persistentDomainForName(environmentDomain),
-              (QVariantMap{{environmentKey, QStringLiteral("a.veluria.example")}}));
+    EXPECT_TRUE(defaults->objectForKey("VLRUserDefaultsKeyShowNotifications").isValid());
+    EXPECT_EQ(defaults->stringForKey("com.veluria.Veluria.Email"), "ann@example.com");
+    EXPECT_EQ(defaults->persistentDomainForName(environmentDomain), (QVariantMap{{environmentKey, "a.veluria.example"}}));
     EXPECT_FALSE(defaults->synchronize());
-    const QString failure = QStringLiteral("5 SDKClient User defaults: cannot create the folder %1; the values are kept in memory for this run");
-    EXPECT_EQ(logLines, (QStringList{failure.arg(unwritable), failure.arg(unwritable)}));
-
+    const QString failure = "5 SDKClient User defaults: cannot create the folder %1; the values are kept in memory "
+                            "for this run";
+    EXPECT_EQ(logLines, QStringList({failure.arg(unwritable), failure.arg(unwritable)}));
     defaults = restarted();
-    EXPECT_FALSE(defaults->objectForKey(QStringLiteral("VLRUserDefaultsKeyShowNotifications")).isValid());
+    EXPECT_FALSE(defaults->objectForKey("VLRUserDefaultsKeyShowNotifications").isValid());
     EXPECT_EQ(defaults->persistentDomainForName(environmentDomain), std::nullopt);
 }
 

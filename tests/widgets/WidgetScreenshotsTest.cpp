@@ -7,13 +7,9 @@
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRLevelView.h"
 #include "widgets/VLRView.h"
+#include "widgets/WidgetTesting.h"
 
-#include <QCoreApplication>
 #include <QDir>
-#include <QDragEnterEvent>
-#include <QImage>
-#include <QMimeData>
-#include <QUrl>
 #include <QPainter>
 
 #include <gmock/gmock.h>
@@ -28,43 +24,30 @@ constexpr qreal kScale = 2;
 class Sheet
 {
 public:
-    Sheet(int width, int height, const QColor& ground = VLRColors::grey(233))
+    Sheet(int width, int height, const QColor& ground)
         : m_image(QSize(width, height) * kScale, QImage::Format_ARGB32)
     {
         m_image.setDevicePixelRatio(kScale);
         m_image.fill(ground);
         m_painter.begin(&m_image);
-        m_painter.setRenderHint(QPainter::TextAntialiasing);
     }
 
-    void caption(int x, int y, const QString& text, const QColor& color = VLRColors::grey(151))
+    // A caption in grey, or a heading.
+    void write(int x, int y, const QString& text, bool heading = false, const QColor& color = VLRColors::grey(151))
     {
-        m_painter.setFont(VLRFonts::muli(11));
-        m_painter.setPen(color);
-        m_painter.drawText(QPointF(x, y), text);
-    }
-
-    void title(int x, int y, const QString& text)
-    {
-        m_painter.setFont(VLRFonts::muli(13, QFont::Bold));
-        m_painter.setPen(VLRColors::textColor());
+        m_painter.setFont(heading ? VLRFonts::muli(13, QFont::Bold) : VLRFonts::muli(11));
+        m_painter.setPen(heading ? VLRColors::textColor() : color);
         m_painter.drawText(QPointF(x, y), text);
     }
 
     void fill(const QRect& rect, const QColor& color) { m_painter.fillRect(rect, color); }
-
-    void place(QWidget* widget, int x, int y)
-    {
-        widget->render(&m_painter, QPoint(x, y), QRegion(), QWidget::DrawChildren);
-    }
+    void place(QWidget* widget, int x, int y) { widget->render(&m_painter, QPoint(x, y), QRegion(), QWidget::DrawChildren); }
 
     void save(const QString& name)
     {
         m_painter.end();
-        const QDir folder(QStringLiteral(VELURIA_SCREENSHOT_DIR));
-        ASSERT_TRUE(folder.mkpath(QStringLiteral(".")));
-        const QString path = folder.filePath(name);
-        ASSERT_TRUE(m_image.save(path)) << path.toStdString();
+        ASSERT_TRUE(QDir().mkpath(QStringLiteral(VELURIA_SCREENSHOT_DIR)));
+        EXPECT_TRUE(m_image.save(QStringLiteral(VELURIA_SCREENSHOT_DIR "/") + name)) << name.toStdString();
     }
 
 private:
@@ -77,19 +60,6 @@ QPixmap asset(const QString& name)
     return VLRImageCatalogue::imageNamed(name, QSize(), kScale);
 }
 
-void sendEnter(QWidget* widget)
-{
-    QEnterEvent event(QPointF(1, 1), QPointF(1, 1), QPointF(1, 1));
-    QCoreApplication::sendEvent(widget, &event);
-}
-
-void sendPress(QWidget* widget)
-{
-    QMouseEvent event(QEvent::MouseButtonPress, QPointF(2, 2), QPointF(2, 2), QPointF(2, 2), Qt::LeftButton,
-                      Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(widget, &event);
-}
-
 // A tab of the popover's bar: pictures for rest, pointer and press.
 std::unique_ptr<VLRButton> tabButton(const QString& tab)
 {
@@ -100,35 +70,20 @@ std::unique_ptr<VLRButton> tabButton(const QString& tab)
     return button;
 }
 
-// A text tab of a page's selector: grey title, accent under the pointer.
-std::unique_ptr<VLRButton> textButton(const QString& title)
-{
-    auto button = std::make_unique<VLRButton>(QRect(0, 0, 120, 32));
-    VLRAttributedString attributed = button->attributedTitle();
-    attributed.string = title;
-    button->setAttributedTitle(attributed);
-    button->setTextColor(VLRColors::grey(151));
-    button->setMouseOverTextColor(VLRColors::mainAppColor());
-    button->setClickStyle(VLRClickStyleBackground);
-    return button;
-}
-
+// Members with their initials on a colour of their own.
 QList<VLRAvatar> members(int count)
 {
-    static const char* const names[] = {"Ada Lovelace", "Grace Hopper", "Alan Turing", "Edsger Dijkstra",
-                                        "Barbara Liskov", "Donald Knuth", "Frances Allen", "Ken Thompson"};
-    static const QColor colours[] = {QColor(242, 103, 35), QColor(88, 88, 91), QColor(231, 129, 105),
-                                     QColor(151, 151, 151), QColor(90, 140, 200), QColor(120, 170, 90)};
+    const QStringList names = {"Ada Lovelace", "Grace Hopper", "Alan Turing", "Edsger Dijkstra", "Barbara Liskov"};
+    const QColor colours[] = {QColor(242, 103, 35), QColor(88, 88, 91), QColor(231, 129, 105), QColor(151, 151, 151)};
     QList<VLRAvatar> avatars;
     for (int i = 0; i < count; ++i) {
+        const QString name = names[i % names.size()];
         QPixmap picture(QSize(48, 48));
-        picture.fill(colours[i % 6]);
+        picture.fill(colours[i % 4]);
         QPainter painter(&picture);
         painter.setPen(Qt::white);
         painter.setFont(VLRFonts::muli(20, QFont::Bold));
-        const QString name = QString::fromLatin1(names[i % 8]);
-        const QString initials = name.left(1) + name.section(' ', 1).left(1);
-        painter.drawText(picture.rect(), Qt::AlignCenter, initials);
+        painter.drawText(picture.rect(), Qt::AlignCenter, name.left(1) + name.section(' ', 1).left(1));
         painter.end();
         avatars.append(VLRAvatar(picture, name));
     }
@@ -137,32 +92,16 @@ QList<VLRAvatar> members(int count)
 
 } // namespace
 
-TEST(WidgetScreenshots, Buttons)
+TEST(WidgetScreenshots, TheKitsViewsInTheirStates)
 {
-    Sheet sheet(560, 330);
-    sheet.title(16, 26, "Tab buttons");
+    // Tab buttons at rest, under the pointer, pressed and disabled; badges on
+    // a tab and on a titled selector button, grey with the accent under the
+    // pointer.
+    Sheet buttons(560, 330, VLRColors::grey(233));
+    buttons.write(16, 26, "Tab buttons", true);
+    buttons.write(16, 136, "Badges on tabs", true);
+    buttons.write(16, 246, "Titled buttons with badges", true);
     const char* const states[] = {"normal", "mouse over", "clicked", "disabled"};
-    for (int state = 0; state < 4; ++state) {
-        auto workspaces = tabButton("Workspaces");
-        auto marketplace = tabButton("Marketplace");
-        if (state == 1) {
-            sendEnter(workspaces.get());
-            sendEnter(marketplace.get());
-        } else if (state == 2) {
-            sendPress(workspaces.get());
-            sendPress(marketplace.get());
-        } else if (state == 3) {
-            workspaces->setEnabled(false);
-            marketplace->setEnabled(false);
-        }
-        const int x = 16 + state * 136;
-        sheet.fill(QRect(x, 40, 120, 44), Qt::white);
-        sheet.place(workspaces.get(), x + 4, 40);
-        sheet.place(marketplace.get(), x + 60, 40);
-        sheet.caption(x, 100, states[state]);
-    }
-
-    sheet.title(16, 136, "Badges on tabs");
     const struct
     {
         qint64 value;
@@ -170,49 +109,52 @@ TEST(WidgetScreenshots, Buttons)
         const char* label;
     } badges[] = {{9, false, "9"}, {10, false, "10"}, {100, false, "100"}, {2, true, "warning"}};
     for (int i = 0; i < 4; ++i) {
+        const int x = 16 + i * 136;
+        buttons.fill(QRect(x, 40, 120, 44), Qt::white);
+        for (const auto& [tab, offset] : {std::pair("Workspaces", 4), std::pair("Marketplace", 60)}) {
+            auto button = tabButton(tab);
+            if (i == 1)
+                sendEnterOrLeave(button.get(), true);
+            else if (i == 2)
+                sendMouse(button.get(), QEvent::MouseButtonPress);
+            button->setEnabled(i != 3);
+            buttons.place(button.get(), x + offset, 40);
+        }
+        buttons.write(x, 100, states[i]);
+
         auto transfers = tabButton("FileDrop");
         transfers->setDefaultImage(asset("queue_main_icon_inactive"));
-        transfers->setBadgeIsWarning(badges[i].warning);
-        transfers->setBadgeValue(badges[i].value);
-        const int x = 16 + i * 136;
-        sheet.fill(QRect(x, 150, 120, 44), Qt::white);
-        sheet.place(transfers.get(), x + 32, 150);
-        sheet.caption(x, 210, badges[i].label);
-    }
-
-    sheet.title(16, 246, "Titled buttons with badges");
-    for (int i = 0; i < 4; ++i) {
-        auto uploads = textButton(i == 3 ? "Purchases" : "Uploads");
+        auto selector = std::make_unique<VLRButton>(QRect(0, 0, 120, 32));
+        selector->setTitle(i == 3 ? "Purchases" : "Uploads");
+        selector->setTextColor(VLRColors::grey(151));
+        selector->setMouseOverTextColor(VLRColors::mainAppColor());
         if (i == 1)
-            sendEnter(uploads.get());
-        uploads->setBadgeIsWarning(badges[i].warning);
-        uploads->setBadgeValue(badges[i].value);
-        const int x = 16 + i * 136;
-        sheet.fill(QRect(x, 258, 120, 32), VLRColors::grey(250));
-        sheet.place(uploads.get(), x, 258);
-        sheet.caption(x, 306, QStringLiteral("%1%2").arg(badges[i].label, i == 1 ? ", mouse over" : ""));
+            sendEnterOrLeave(selector.get(), true);
+        for (VLRButton* button : {transfers.get(), selector.get()}) {
+            button->setBadgeIsWarning(badges[i].warning);
+            button->setBadgeValue(badges[i].value);
+        }
+        buttons.fill(QRect(x, 150, 120, 44), Qt::white);
+        buttons.place(transfers.get(), x + 32, 150);
+        buttons.write(x, 210, badges[i].label);
+        buttons.fill(QRect(x, 258, 120, 32), VLRColors::grey(250));
+        buttons.place(selector.get(), x, 258);
+        buttons.write(x, 306, QStringLiteral("%1%2").arg(badges[i].label, i == 1 ? ", mouse over" : ""));
     }
-    sheet.save("widgets-buttons.png");
-}
+    buttons.save("widgets-buttons.png");
 
-TEST(WidgetScreenshots, BadgesAndLevels)
-{
-    Sheet sheet(420, 200, Qt::white);
-    sheet.title(16, 26, "Badge");
+    // Count badges, the warning triangle and level bars after they settle.
+    Sheet indicators(420, 200, Qt::white);
+    indicators.write(16, 26, "Badge", true);
     const qint64 values[] = {1, 9, 10, 99, 100, 4711};
-    for (int i = 0; i < 6; ++i) {
-        VLRBadgeView badge(QRectF(0, 0, 26, 24));
-        badge.setBadgeValue(values[i]);
-        sheet.place(&badge, 16 + i * 44, 40);
-        sheet.caption(16 + i * 44, 80, QString::number(values[i]));
+    for (int i = 0; i < 7; ++i) {
+        VLRBadgeView badge(i < 6 ? QRectF(0, 0, 26, 24) : QRectF(0, 4, 16, 16));
+        badge.setIsWarning(i == 6);
+        badge.setBadgeValue(i < 6 ? values[i] : 1);
+        indicators.place(&badge, 16 + i * 44, badge.y() + 40);
+        indicators.write(16 + i * 44, 80, i < 6 ? QString::number(values[i]) : "warning");
     }
-    VLRBadgeView warning(QRectF(0, 0, 16, 16));
-    warning.setIsWarning(true);
-    warning.setBadgeValue(1);
-    sheet.place(&warning, 16 + 6 * 44, 44);
-    sheet.caption(16 + 6 * 44, 80, "warning");
-
-    sheet.title(16, 116, "Level");
+    indicators.write(16, 116, "Level", true);
     const qint64 levels[] = {0, 250, 700, 1000};
     for (int i = 0; i < 4; ++i) {
         VLRLevelView level;
@@ -221,91 +163,71 @@ TEST(WidgetScreenshots, BadgesAndLevels)
         level.setBorderColor(VLRColors::grey(206));
         level.setBackgroundColor(VLRColors::grey(250));
         level.setIntegerValue(levels[i]);
-        for (int tick = 0; tick < 400; ++tick)
-            ASSERT_TRUE(QMetaObject::invokeMethod(&level, "__smoothingTimer"));
-        sheet.place(&level, 16 + i * 98, 130);
-        sheet.caption(16 + i * 98, 166, QString::number(levels[i]));
+        invokeTimes(&level, "__smoothingTimer", 400);
+        indicators.place(&level, 16 + i * 98, 130);
+        indicators.write(16 + i * 98, 166, QString::number(levels[i]));
     }
-    sheet.save("widgets-badge-level.png");
-}
+    indicators.save("widgets-badge-level.png");
 
-TEST(WidgetScreenshots, AvatarLists)
-{
-    Sheet sheet(360, 180, VLRColors::grey(250));
-    sheet.title(16, 26, "Members that fit");
-    VLRAvatarListView fits;
-    fits.resize(200, 28);
-    fits.setAvatars(members(4));
-    sheet.place(&fits, 16, 40);
-    sheet.caption(16, 84, "4 members, room for 5");
+    // Members that fit, and thirty behind an ellipsis.
+    Sheet avatars(360, 180, VLRColors::grey(250));
+    for (const int count : {4, 30}) {
+        const int y = count == 4 ? 0 : 90;
+        VLRAvatarListView list;
+        list.resize(200, 28);
+        list.setAvatars(members(count));
+        avatars.write(16, y + 26, count == 4 ? "Members that fit" : "Overflow", true);
+        avatars.place(&list, 16, y + 38);
+        const QString tip = list.avatarSlots().first().avatar.toolTip();
+        avatars.write(16, y + 82, count == 4 ? QStringLiteral("4 members, room for 5")
+                                             : QStringLiteral("30 members: ellipsis, then 4; tip ends \"%1\"")
+                                                   .arg(tip.section('\n', -1)));
+    }
+    avatars.save("widgets-avatars.png");
 
-    sheet.title(16, 116, "Overflow");
-    VLRAvatarListView overflow;
-    overflow.resize(200, 28);
-    overflow.setAvatars(members(30));
-    sheet.place(&overflow, 16, 128);
-    const QString tip = overflow.avatarSlots().first().avatar.toolTip();
-    sheet.caption(16, 172, QStringLiteral("30 members: ellipsis, then 4; tip ends \"%1\"").arg(tip.section('\n', -1)));
-    sheet.save("widgets-avatars.png");
-}
-
-TEST(WidgetScreenshots, StatusItem)
-{
-    Sheet sheet(540, 190, Qt::white);
-    sheet.fill(QRect(0, 96, 540, 94), QColor(43, 43, 46));
-    const auto tick = [](StatusItemImageView& view, int count) {
-        for (int i = 0; i < count; ++i)
-            ASSERT_TRUE(QMetaObject::invokeMethod(&view, "__animationTimer"));
-    };
-    for (int dark = 0; dark < 2; ++dark) {
-        const int y = 30 + dark * 96;
+    // The status item signed out, idle, and every fourth frame of the busy
+    // cycle, in light and dark mode.
+    Sheet statusItem(540, 190, Qt::white);
+    statusItem.fill(QRect(0, 96, 540, 94), QColor(43, 43, 46));
+    for (const bool dark : {false, true}) {
+        const int y = dark ? 126 : 30;
         const QColor text = dark ? VLRColors::grey(206) : VLRColors::textColor();
-        sheet.caption(16, y - 10, dark ? "dark mode" : "light mode", text);
-        const char* const stateNames[] = {"signed out", "idle"};
+        statusItem.write(16, y - 10, dark ? "dark mode" : "light mode", false, text);
         for (int state = 1; state <= 2; ++state) {
             StatusItemImageView view(QRect(0, 0, 24, 24), true);
             view.setDarkMode(dark);
             view.setViewState(state);
-            tick(view, 1);
-            const int x = 16 + (state - 1) * 64;
-            sheet.place(&view, x + 8, y);
-            sheet.caption(x, y + 44, stateNames[state - 1], text);
+            invokeTimes(&view, "__animationTimer");
+            statusItem.place(&view, 24 + (state - 1) * 64, y);
+            statusItem.write(16 + (state - 1) * 64, y + 44, state == 1 ? "signed out" : "idle", false, text);
         }
         StatusItemImageView busy(QRect(0, 0, 24, 24), true);
         busy.setDarkMode(dark);
         busy.setViewState(3);
         for (int frame = 0; frame < 33; frame += 4) {
-            tick(busy, frame == 0 ? 1 : 4);
-            const int x = 144 + (frame / 4) * 42;
-            sheet.place(&busy, x, y);
-            sheet.caption(x + 2, y + 44, QStringLiteral("%1").arg(frame), text);
+            invokeTimes(&busy, "__animationTimer", frame == 0 ? 1 : 4);
+            statusItem.place(&busy, 144 + (frame / 4) * 42, y);
+            statusItem.write(146 + (frame / 4) * 42, y + 44, QString::number(frame), false, text);
         }
-        sheet.caption(144, y + 60, "busy, frames 0 to 32", text);
+        statusItem.write(144, y + 60, "busy, frames 0 to 32", false, text);
     }
-    sheet.save("widgets-status-item.png");
-}
+    statusItem.save("widgets-status-item.png");
 
-TEST(WidgetScreenshots, ViewsWithBorderAndDropRing)
-{
-    Sheet sheet(360, 140, Qt::white);
+    // A card with the default border, and a drop target under a drag.
+    Sheet views(360, 140, Qt::white);
     VLRView card;
     card.resize(150, 90);
     card.setBackgroundColor(VLRColors::grey(250));
     card.setBorderColor(VLRColors::grey(206));
-    sheet.place(&card, 16, 30);
-    sheet.caption(16, 20, "card: border 2, radius 3");
-
+    views.place(&card, 16, 30);
+    views.write(16, 20, "card: border 2, radius 3");
     QWidget host;
-    host.resize(150, 90);
     auto* target = new VLRView(&host);
     target->resize(150, 90);
     target->setBackgroundColor(VLRColors::grey(233));
     target->setDropTarget(true);
-    QMimeData files;
-    files.setUrls({QUrl::fromLocalFile("/tmp/a.psd")});
-    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(target, &enter);
-    sheet.place(target, 190, 30);
-    sheet.caption(190, 20, "drop target under a drag");
-    sheet.save("widgets-views.png");
+    sendDragEnter(target, filesMimeData({"/tmp/a.psd"}).get());
+    views.place(target, 190, 30);
+    views.write(190, 20, "drop target under a drag");
+    views.save("widgets-views.png");
 }
