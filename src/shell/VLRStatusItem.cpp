@@ -83,7 +83,8 @@ void VLRStatusItem::__createTrayIconIfPossible()
         return;
     m_trayIcon = new QSystemTrayIcon(this);
     m_trayIcon->setToolTip(QStringLiteral("Veluria"));
-    m_trayIcon->setIcon(QIcon(m_view->image()));
+    // Before the view's first tick there is no picture yet: start greyed out.
+    m_trayIcon->setIcon(QIcon(m_view->image().isNull() ? m_view->greyedOutImage() : m_view->image()));
     m_trayIcon->setContextMenu(m_menu);
     connect(m_trayIcon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::MiddleClick)
