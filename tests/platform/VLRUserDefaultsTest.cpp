@@ -55,20 +55,12 @@ TEST_F(UserDefaultsTest, EveryTypeComesBackAfterARestartFromAFileAPersonCanRead)
 {
     const QDateTime summer(QDate(2024, 5, 1), QTime(9, 30, 0, 250), QTimeZone(7200));
     const QVariantMap values{
-        {"VLRUserDefaultsKeyShowNotifications", true},
-        {"VLRUserDefaultsKeyFirstLaunchDate", QDateTime::currentDateTime()},
-        {"VLRUserDefaultsKeyUpdatePostponedDate", summer},
-        {"empty", ""},
-        {"looks like a tag", "bool:true"},
-        {"odd text", "@Variant(x), \"quoted\" = ; #\nnext line\tÜber 😀"},
-        {"number", -42},
-        {"big number", qlonglong(1) << 53},
-        {"fraction", 0.1},
-        {"list", QStringList{"a, b", QString()}},
-        {"dictionary", QVariantMap{{"when", summer}, {"on", true}}},
-        {"bytes", QByteArray("\0\xff", 2)},
-        {"group/key", 7u},
-    };
+        {"VLRUserDefaultsKeyShowNotifications", true}, {"VLRUserDefaultsKeyUpdatePostponedDate", summer},
+        {"VLRUserDefaultsKeyFirstLaunchDate", QDateTime::currentDateTime()}, {"empty", ""},
+        {"looks like a tag", "bool:true"}, {"odd text", "@Variant(x), \"quoted\" = ; #\nnext line\tÜber 😀"},
+        {"number", -42}, {"big number", qlonglong(1) << 53}, {"fraction", 2.0 / 3}, {"group/key", 7u},
+        {"list", QStringList{"a, b", QString()}}, {"bytes", QByteArray("\0\xff", 2)},
+        {"dictionary", QVariantMap{{"when", summer}, {"on", true}}}};
     for (auto it = values.cbegin(); it != values.cend(); ++it)
         VLRUserDefaults::standardUserDefaults()->setObject(it.value(), it.key());
 
@@ -128,9 +120,9 @@ TEST_F(UserDefaultsTest, APersistentDomainKeepsTheKeysOfOthersInAFileOfItsOwn)
               (QVariantMap{{"com.veluria-dev.Other", "kept"}, {environmentKey, "b.veluria.example"}}));
     EXPECT_TRUE(fileText(environmentDomain + ".conf").contains(environmentKey + "=string:b.veluria.example"));
     EXPECT_FALSE(defaults->objectForKey(environmentKey).isValid());
-    // An emptied domain still exists.
-    defaults->setPersistentDomain({}, environmentDomain);
-    EXPECT_EQ(restarted()->persistentDomainForName(environmentDomain), QVariantMap());
+    // An empty domain exists, also one that never had a key.
+    defaults->setPersistentDomain({}, "com.veluria-dev.Empty");
+    EXPECT_EQ(restarted()->persistentDomainForName("com.veluria-dev.Empty"), QVariantMap());
 
     // A name can't reach outside the folder.
     defaults = restarted();

@@ -145,12 +145,12 @@ TEST(LayoutAdditions, LabelsFromPlainStringsTruncateOrShrinkToFit)
     EXPECT_EQ(field->attributedStringValue().lineBreakMode, Qt::ElideNone);
     // Too wide: a point smaller at a time until it fits; fits at no size:
     // ends at the smallest font instead of looping forever.
-    field.reset(vlr_labelScalingFontCenteredInFrameStringAlignment(QRectF(0, 0, 45, 20), "1,023.9 MB", Qt::AlignHCenter));
+    field.reset(vlr_labelScalingFontCenteredInFrameStringAlignment(QRectF(0, 0, 50, 20), "1,023.9 MB", Qt::AlignHCenter));
     VLRAttributedString fitted = field->attributedStringValue();
     EXPECT_LT(fitted.font.pixelSize(), 12);
-    EXPECT_LE(layoutSizeForAttributedString(fitted).width(), 45);
+    EXPECT_LE(layoutSizeForAttributedString(fitted).width(), 50);
     fitted.font = VLRFonts::muli(fitted.font.pixelSize() + 1);
-    EXPECT_GT(layoutSizeForAttributedString(fitted).width(), 45);
+    EXPECT_GT(layoutSizeForAttributedString(fitted).width(), 50);
     field.reset(vlr_labelScalingFontCenteredInFrameStringAlignment(QRectF(0, 0, 0, 20), "1,023.9 MB", Qt::AlignHCenter));
     EXPECT_EQ(field->attributedStringValue().font.pixelSize(), 1);
 
@@ -173,7 +173,7 @@ TEST(ApplicationAdditions, ModalSessionIsPolledWithoutBlockingTheLoop)
 
     // The call came back at once; the dialog's answer comes at a later poll.
     QTimer::singleShot(350, &dialog, [&dialog] { dialog.done(7); });
-    EXPECT_TRUE(QTest::qWaitFor([&response] { return response.has_value(); }, 2000));
+    EXPECT_TRUE(QTest::qWaitFor([&response] { return response.has_value(); }, 10000));
     EXPECT_EQ(response, 7);
 
     // Without a handler the session ends quietly; a dialog that goes away
@@ -186,7 +186,7 @@ TEST(ApplicationAdditions, ModalSessionIsPolledWithoutBlockingTheLoop)
     vlr_runAsyncModalSessionCompletionHandler(VLRModalSession::beginModalSessionForWindow(gone),
                                               [&response](qint64 answer) { response = answer; });
     delete gone;
-    EXPECT_TRUE(QTest::qWaitFor([&response] { return response.has_value(); }, 2000));
+    EXPECT_TRUE(QTest::qWaitFor([&response] { return response.has_value(); }, 10000));
     EXPECT_EQ(response, VLRModalSession::VLRModalResponseAbort);
 }
 

@@ -68,16 +68,18 @@ TEST(View, FileDragsReachTheDelegateOfADropTargetUnderARingDrawnOffCentre)
     EXPECT_TRUE(sendDragEnter(view, files.get()));
     EXPECT_TRUE(sendDragEnter(view, files.get()));
     testing::Mock::VerifyAndClearExpectations(&delegate);
-    // The ring: x from 4 to 96, y from 3 to 75, 2 wide and blue, over a faint
-    // blue. From the frame, not the bounds: placed at 10,10 it lies 10 in.
+    // The ring: x from 4 to 96, y from 3 to 75 (a point off centre), 2 wide
+    // and blue, over a faint blue. From the frame, not the bounds: placed at
+    // 10,10 it lies 10 further in.
     const auto ring = [](const QColor& color) { return color.blue() > 200 && color.red() < 100; };
     QImage image = rendered(view);
-    EXPECT_TRUE(ring(image.pixelColor(50, 3)) && ring(image.pixelColor(4, 40)) && ring(image.pixelColor(50, 75)));
+    EXPECT_TRUE(ring(image.pixelColor(50, 2)) && ring(image.pixelColor(3, 40)) && ring(image.pixelColor(50, 75)));
+    EXPECT_EQ(image.pixelColor(50, 76), QColor(Qt::white));
     EXPECT_EQ(image.pixelColor(50, 40).blue(), 255);
     EXPECT_NEAR(image.pixelColor(50, 40).red(), 230, 2);
     view->move(10, 10);
     image = rendered(view);
-    EXPECT_TRUE(!ring(image.pixelColor(50, 3)) && ring(image.pixelColor(50, 13)));
+    EXPECT_TRUE(!ring(image.pixelColor(50, 2)) && ring(image.pixelColor(50, 12)));
     QDragLeaveEvent leave;
     QCoreApplication::sendEvent(view, &leave);
     EXPECT_FALSE(view->showDropTarget());
