@@ -87,6 +87,7 @@ TEST(Button, BackgroundStylesDarkenWhilePressedOrUnderThePointerOfAnEnabledButto
     button.setClickStyle(VLRClickStyleBackground);
     button.setMouseOverStyle(VLRMouseOverStyleBackground);
     sendMouse(&button, QEvent::MouseButtonPress);
+    ASSERT_NE(button.layer(), nullptr);
     EXPECT_EQ(button.layer()->backgroundColor, kDarkened);
     sendMouse(&button, QEvent::MouseButtonRelease, QPointF(-40, 5));
     EXPECT_EQ(button.layer()->backgroundColor, QColor(Qt::transparent));

@@ -41,7 +41,15 @@ public:
     }
 
     void fill(const QRect& rect, const QColor& color) { m_painter.fillRect(rect, color); }
-    void place(QWidget* widget, int x, int y) { widget->render(&m_painter, QPoint(x, y), QRegion(), QWidget::DrawChildren); }
+
+    // The view inset from x, over a ground 120 wide, with its caption under it.
+    void cell(QWidget* view, int x, int y, const QString& caption, const QColor& ground = Qt::transparent,
+              int inset = 0, const QColor& ink = VLRColors::grey(151))
+    {
+        fill(QRect(x, y, 120, view->height()), ground);
+        view->render(&m_painter, QPoint(x + inset, y), QRegion(), QWidget::DrawChildren);
+        write(x, y + view->height() + 16, caption, false, ink);
+    }
 
     void save(const QString& name)
     {
@@ -61,9 +69,9 @@ QPixmap asset(const QString& name)
 }
 
 // A tab of the popover's bar: pictures for rest, pointer and press.
-std::unique_ptr<VLRButton> tabButton(const QString& tab)
+VLRButton* tabButton(const QString& tab, QWidget* parent = nullptr, int x = 0)
 {
-    auto button = std::make_unique<VLRButton>(QRect(0, 0, 56, 44));
+    auto* button = new VLRButton(QRect(x, 0, 56, 44), parent);
     button->setDefaultImage(asset(QStringLiteral("tabBar%1Unselected").arg(tab)));
     button->setMouseOverImage(asset(QStringLiteral("tabBar%1MouseOver").arg(tab)));
     button->setClickedImage(asset(QStringLiteral("tabBar%1Selected").arg(tab)));
@@ -110,19 +118,19 @@ TEST(WidgetScreenshots, TheKitsViewsInTheirStates)
     } badges[] = {{9, false, "9"}, {10, false, "10"}, {100, false, "100"}, {2, true, "warning"}};
     for (int i = 0; i < 4; ++i) {
         const int x = 16 + i * 136;
-        buttons.fill(QRect(x, 40, 120, 44), Qt::white);
-        for (const auto& [tab, offset] : {std::pair("Workspaces", 4), std::pair("Marketplace", 60)}) {
-            auto button = tabButton(tab);
+        QWidget pair;
+        pair.resize(120, 44);
+        for (const auto& [tab, left] : {std::pair("Workspaces", 4), std::pair("Marketplace", 60)}) {
+            VLRButton* button = tabButton(tab, &pair, left);
             if (i == 1)
-                sendEnterOrLeave(button.get(), true);
+                sendEnterOrLeave(button, true);
             else if (i == 2)
-                sendMouse(button.get(), QEvent::MouseButtonPress);
+                sendMouse(button, QEvent::MouseButtonPress);
             button->setEnabled(i != 3);
-            buttons.place(button.get(), x + offset, 40);
         }
-        buttons.write(x, 100, states[i]);
+        buttons.cell(&pair, x, 40, states[i], Qt::white);
 
-        auto transfers = tabButton("FileDrop");
+        std::unique_ptr<VLRButton> transfers(tabButton("FileDrop"));
         transfers->setDefaultImage(asset("queue_main_icon_inactive"));
         auto selector = std::make_unique<VLRButton>(QRect(0, 0, 120, 32));
         selector->setTitle(i == 3 ? "Purchases" : "Uploads");
@@ -134,12 +142,9 @@ TEST(WidgetScreenshots, TheKitsViewsInTheirStates)
             button->setBadgeIsWarning(badges[i].warning);
             button->setBadgeValue(badges[i].value);
         }
-        buttons.fill(QRect(x, 150, 120, 44), Qt::white);
-        buttons.place(transfers.get(), x + 32, 150);
-        buttons.write(x, 210, badges[i].label);
-        buttons.fill(QRect(x, 258, 120, 32), VLRColors::grey(250));
-        buttons.place(selector.get(), x, 258);
-        buttons.write(x, 306, QStringLiteral("%1%2").arg(badges[i].label, i == 1 ? ", mouse over" : ""));
+        buttons.cell(transfers.get(), x, 150, badges[i].label, Qt::white, 32);
+        buttons.cell(selector.get(), x, 258, QStringLiteral("%1%2").arg(badges[i].label, i == 1 ? ", mouse over" : ""),
+                     VLRColors::grey(250));
     }
     buttons.save("widgets-buttons.png");
 
@@ -148,12 +153,12 @@ TEST(WidgetScreenshots, TheKitsViewsInTheirStates)
     indicators.write(16, 26, "Badge", true);
     const qint64 values[] = {1, 9, 10, 99, 100, 4711};
     for (int i = 0; i < 7; ++i) {
-        VLRBadgeView badge(i < 6 ? QRectF(0, 0, 26, 24) : QRectF(0, 4, 16, 16));
+        VLRBadgeView badge(i < 6 ? QRectF(0, 0, 26, 24) : QRectF(0, 0, 16, 16));
         badge.setIsWarning(i == 6);
         badge.setBadgeValue(i < 6 ? values[i] : 1);
-        indicators.place(&badge, 16 + i * 44, badge.y() + 40);
-        indicators.write(16 + i * 44, 80, i < 6 ? QString::number(values[i]) : "warning");
+        indicators.cell(&badge, 16 + i * 44, i < 6 ? 40 : 44, i < 6 ? QString::number(values[i]) : QString());
     }
+    indicators.write(16 + 6 * 44, 80, "warning");
     indicators.write(16, 116, "Level", true);
     const qint64 levels[] = {0, 250, 700, 1000};
     for (int i = 0; i < 4; ++i) {
@@ -164,8 +169,7 @@ TEST(WidgetScreenshots, TheKitsViewsInTheirStates)
         level.setBackgroundColor(VLRColors::grey(250));
         level.setIntegerValue(levels[i]);
         invokeTimes(&level, "__smoothingTimer", 400);
-        indicators.place(&level, 16 + i * 98, 130);
-        indicators.write(16 + i * 98, 166, QString::number(levels[i]));
+        indicators.cell(&level, 16 + i * 98, 130, QString::number(levels[i]));
     }
     indicators.save("widgets-badge-level.png");
 
@@ -177,11 +181,10 @@ TEST(WidgetScreenshots, TheKitsViewsInTheirStates)
         list.resize(200, 28);
         list.setAvatars(members(count));
         avatars.write(16, y + 26, count == 4 ? "Members that fit" : "Overflow", true);
-        avatars.place(&list, 16, y + 38);
         const QString tip = list.avatarSlots().first().avatar.toolTip();
-        avatars.write(16, y + 82, count == 4 ? QStringLiteral("4 members, room for 5")
-                                             : QStringLiteral("30 members: ellipsis, then 4; tip ends \"%1\"")
-                                                   .arg(tip.section('\n', -1)));
+        avatars.cell(&list, 16, y + 38, count == 4 ? QStringLiteral("4 members, room for 5")
+                                                   : QStringLiteral("30 members: ellipsis, then 4; tip ends \"%1\"")
+                                                         .arg(tip.section('\n', -1)));
     }
     avatars.save("widgets-avatars.png");
 
@@ -198,16 +201,15 @@ TEST(WidgetScreenshots, TheKitsViewsInTheirStates)
             view.setDarkMode(dark);
             view.setViewState(state);
             invokeTimes(&view, "__animationTimer");
-            statusItem.place(&view, 24 + (state - 1) * 64, y);
-            statusItem.write(16 + (state - 1) * 64, y + 44, state == 1 ? "signed out" : "idle", false, text);
+            statusItem.cell(&view, 16 + (state - 1) * 64, y, state == 1 ? "signed out" : "idle", Qt::transparent, 8,
+                            text);
         }
         StatusItemImageView busy(QRect(0, 0, 24, 24), true);
         busy.setDarkMode(dark);
         busy.setViewState(3);
         for (int frame = 0; frame < 33; frame += 4) {
             invokeTimes(&busy, "__animationTimer", frame == 0 ? 1 : 4);
-            statusItem.place(&busy, 144 + (frame / 4) * 42, y);
-            statusItem.write(146 + (frame / 4) * 42, y + 44, QString::number(frame), false, text);
+            statusItem.cell(&busy, 144 + (frame / 4) * 42, y, QString::number(frame), Qt::transparent, 0, text);
         }
         statusItem.write(144, y + 60, "busy, frames 0 to 32", false, text);
     }
@@ -215,19 +217,16 @@ TEST(WidgetScreenshots, TheKitsViewsInTheirStates)
 
     // A card with the default border, and a drop target under a drag.
     Sheet views(360, 140, Qt::white);
-    VLRView card;
-    card.resize(150, 90);
-    card.setBackgroundColor(VLRColors::grey(250));
-    card.setBorderColor(VLRColors::grey(206));
-    views.place(&card, 16, 30);
-    views.write(16, 20, "card: border 2, radius 3");
     QWidget host;
-    auto* target = new VLRView(&host);
-    target->resize(150, 90);
-    target->setBackgroundColor(VLRColors::grey(233));
-    target->setDropTarget(true);
-    sendDragEnter(target, filesMimeData({"/tmp/a.psd"}).get());
-    views.place(target, 190, 30);
-    views.write(190, 20, "drop target under a drag");
+    for (const bool target : {false, true}) {
+        auto* view = placed<VLRView>(&host, QRect(0, 0, 150, 90));
+        view->setBackgroundColor(VLRColors::grey(target ? 233 : 250));
+        if (!target)
+            view->setBorderColor(VLRColors::grey(206));
+        view->setDropTarget(target);
+        sendDragEnter(view, filesMimeData({"/tmp/a.psd"}).get());
+        views.cell(view, target ? 190 : 16, 30, QString());
+        views.write(target ? 190 : 16, 20, target ? "drop target under a drag" : "card: border 2, radius 3");
+    }
     views.save("widgets-views.png");
 }
