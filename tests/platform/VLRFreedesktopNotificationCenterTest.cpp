@@ -55,7 +55,6 @@ public:
                          QStringLiteral("{\"capabilities\": \"%1\"}").arg(capabilities)});
         waitFor([this] { return serverIsOnBus() || m_process.state() == QProcess::NotRunning; });
     }
-    ~NotificationDaemonMock() { stop(); }
 
     // Empty once the server owns its name on the bus.
     QString failure()
@@ -65,7 +64,8 @@ public:
         return "python3 -m dbusmock did not come up: " + QString::fromLocal8Bit(m_process.readAllStandardError());
     }
 
-    void stop()
+    // Gone from the bus when it returns.
+    ~NotificationDaemonMock()
     {
         if (m_process.state() == QProcess::NotRunning)
             return;
@@ -145,6 +145,10 @@ class FreedesktopNotificationCenterTest : public ::testing::Test
 protected:
     void SetUp() override
     {
+        // The tests run notification servers of their own on the session bus.
+        if (!QDBusConnection::sessionBus().isConnected() || serverIsOnBus())
+            GTEST_SKIP() << "needs a private D-Bus session bus without a notification server: run under "
+                            "dbus-run-session --config-file=tests/support/session-bus.conf";
         vlr::setLogFilePath(QString());
         vlr::setLogObserver([this](int level, const QString& tag, const QString& message) {
             logLines << QStringLiteral("%1 %2 %3").arg(level).arg(tag, message);
@@ -152,43 +156,40 @@ protected:
     }
     void TearDown() override { vlr::setLogObserver(nullptr); }
 
+    void startServer(const QString& capabilities)
+    {
+        server = std::make_unique<NotificationDaemonMock>(capabilities);
+        ASSERT_EQ(server->failure(), "");
+    }
+
+    std::unique_ptr<NotificationDaemonMock> server;
     QStringList logLines;
 };
 
-// The tests run notification servers of their own on the session bus.
-#define REQUIRE_PRIVATE_SESSION_BUS()                                                                                  \
-    if (!QDBusConnection::sessionBus().isConnected() || serverIsOnBus())                                               \
-    GTEST_SKIP() << "needs a private D-Bus session bus without a notification server: run under "                      \
-                    "dbus-run-session --config-file=tests/support/session-bus.conf"
-
 TEST_F(FreedesktopNotificationCenterTest, SendsWhatTheServerExpectsAndEscapesBodyMarkup)
 {
-    REQUIRE_PRIVATE_SESSION_BUS();
-    NotificationDaemonMock server("actions body body-markup");
-    ASSERT_EQ(server.failure(), "");
+    ASSERT_NO_FATAL_FAILURE(startServer("actions body body-markup"));
     VLRFreedesktopNotificationCenter center;
     // What the server can do is asked once.
     center.scheduleNotification(notification("Error uploading project: \"<b>Plan</b>\"", "Disk <full> & \"more\""));
-    ASSERT_TRUE(waitFor([&] { return server.calls("Notify").size() == 1; }));
+    ASSERT_TRUE(waitFor([&] { return server->calls("Notify").size() == 1; }));
     center.scheduleNotification(notification("Update Available", "Muli & Co has an update", "Update"));
-    ASSERT_TRUE(waitFor([&] { return server.calls("Notify").size() == 2; }));
+    ASSERT_TRUE(waitFor([&] { return server->calls("Notify").size() == 2; }));
 
     // The title is never read as markup; the body is, so it is escaped.
-    const QList<QVariantList> notify = server.calls("Notify");
+    const QList<QVariantList> notify = server->calls("Notify");
     const QVariantMap hints{{"desktop-entry", "veluria"}};
     EXPECT_EQ(notify[0], (QVariantList{"Veluria", 0u, "veluria", "Error uploading project: \"<b>Plan</b>\"",
                                        "Disk &lt;full&gt; &amp; \"more\"", QStringList{"default", "Open"}, hints, -1}));
     EXPECT_EQ(notify[1], (QVariantList{"Veluria", 0u, "veluria", "Update Available", "Muli &amp; Co has an update",
                                        QStringList{"default", "Open", "action", "Update"}, hints, -1}));
-    EXPECT_EQ(server.calls("GetCapabilities").size(), 1);
+    EXPECT_EQ(server->calls("GetCapabilities").size(), 1);
     EXPECT_EQ(logLines, QStringList());
 }
 
 TEST_F(FreedesktopNotificationCenterTest, ActivationsReachTheDelegateAndCloseTheNotification)
 {
-    REQUIRE_PRIVATE_SESSION_BUS();
-    NotificationDaemonMock server("actions body body-markup");
-    ASSERT_EQ(server.failure(), "");
+    ASSERT_NO_FATAL_FAILURE(startServer("actions body body-markup"));
     VLRFreedesktopNotificationCenter center;
     testing::StrictMock<MockNotificationCenterDelegate> delegate;
     center.setDelegate(&delegate);
@@ -204,8 +205,8 @@ TEST_F(FreedesktopNotificationCenterTest, ActivationsReachTheDelegateAndCloseThe
     for (const auto& each : {failed, hidden, update, last})
         center.scheduleNotification(each);
     // The server numbers what it shows from 1 on: failed 1, update 2, last 3.
-    ASSERT_TRUE(waitFor([&] { return server.calls("Notify").size() == 3; }));
-    EXPECT_EQ(server.calls("Notify")[1][3], "Update Available");
+    ASSERT_TRUE(waitFor([&] { return server->calls("Notify").size() == 3; }));
+    EXPECT_EQ(server->calls("Notify")[1][3], "Update Available");
 
     // A click on the body is activation 1, on the action button 2; either
     // way the centre closes the notification itself. The signals for an
@@ -217,14 +218,14 @@ TEST_F(FreedesktopNotificationCenterTest, ActivationsReachTheDelegateAndCloseThe
     // The server may click before the centre has read the ids it gave out:
     // the click is repeated until it takes, which it does once only.
     ASSERT_TRUE(waitFor([&] {
-        server.invokeAction(1, "default");
-        return server.calls("CloseNotification").size() == 1;
+        server->invokeAction(1, "default");
+        return server->calls("CloseNotification").size() == 1;
     }));
     for (const auto& [id, key] : {std::pair(2u, "snooze"), {2u, "action"}, {999u, "default"}, {1u, "default"},
                                   {3u, "default"}})
-        server.invokeAction(id, key);
-    ASSERT_TRUE(waitFor([&] { return server.calls("CloseNotification").size() >= 3; }));
-    EXPECT_EQ(server.calls("CloseNotification"), (QList<QVariantList>{{1u}, {2u}, {3u}}));
+        server->invokeAction(id, key);
+    ASSERT_TRUE(waitFor([&] { return server->calls("CloseNotification").size() >= 3; }));
+    EXPECT_EQ(server->calls("CloseNotification"), (QList<QVariantList>{{1u}, {2u}, {3u}}));
     EXPECT_EQ(failed->activationType(), VLRUserNotificationActivationTypeContentsClicked);
     EXPECT_EQ(failed->userInfo(), failedInfo);
     EXPECT_EQ(update->activationType(), VLRUserNotificationActivationTypeActionButtonClicked);
@@ -233,9 +234,7 @@ TEST_F(FreedesktopNotificationCenterTest, ActivationsReachTheDelegateAndCloseThe
 
 TEST_F(FreedesktopNotificationCenterTest, ANotificationGoesOutNotBeforeItsDeliveryDate)
 {
-    REQUIRE_PRIVATE_SESSION_BUS();
-    NotificationDaemonMock server("actions body");
-    ASSERT_EQ(server.failure(), "");
+    ASSERT_NO_FATAL_FAILURE(startServer("actions body"));
     VLRFreedesktopNotificationCenter center;
     const auto later = notification("Later", "one second on");
     later->setDeliveryDate(QDateTime::currentDateTime().addMSecs(1000));
@@ -243,9 +242,9 @@ TEST_F(FreedesktopNotificationCenterTest, ANotificationGoesOutNotBeforeItsDelive
     overdue->setDeliveryDate(QDateTime::currentDateTime().addSecs(-60));
     center.scheduleNotification(later);
     center.scheduleNotification(overdue);
-    const auto titles = [&server] {
+    const auto titles = [this] {
         QStringList sent;
-        for (const QVariantList& call : server.calls("Notify"))
+        for (const QVariantList& call : server->calls("Notify"))
             sent << call[3].toString();
         return sent;
     };
@@ -257,7 +256,6 @@ TEST_F(FreedesktopNotificationCenterTest, ANotificationGoesOutNotBeforeItsDelive
 
 TEST_F(FreedesktopNotificationCenterTest, WithoutAServerTheCentreLogsAndAsksAnyLaterServerAfresh)
 {
-    REQUIRE_PRIVATE_SESSION_BUS();
     VLRFreedesktopNotificationCenter center;
     center.scheduleNotification(notification("Lost", "nobody listens"));
     ASSERT_TRUE(waitFor([&] { return !logLines.isEmpty(); }));
@@ -267,17 +265,15 @@ TEST_F(FreedesktopNotificationCenterTest, WithoutAServerTheCentreLogsAndAsksAnyL
 
     // A server that comes up later is used from then on; the next one may
     // read the body otherwise, and is asked afresh.
-    auto server = std::make_unique<NotificationDaemonMock>("actions body body-markup");
-    ASSERT_EQ(server->failure(), "");
+    ASSERT_NO_FATAL_FAILURE(startServer("actions body body-markup"));
     center.scheduleNotification(notification("Found", "a & b"));
     ASSERT_TRUE(waitFor([&] { return server->calls("Notify").size() == 1; }));
     EXPECT_EQ(server->calls("Notify")[0][4], "a &amp; b");
     server = nullptr;
-    NotificationDaemonMock plainServer("actions body");
-    ASSERT_EQ(plainServer.failure(), "");
+    ASSERT_NO_FATAL_FAILURE(startServer("actions body"));
     center.scheduleNotification(notification("Plain <Team>", "Ann: <i>see</i> & reply"));
-    ASSERT_TRUE(waitFor([&] { return plainServer.calls("Notify").size() == 1; }));
-    EXPECT_EQ(plainServer.calls("Notify")[0][4], "Ann: <i>see</i> & reply");
+    ASSERT_TRUE(waitFor([&] { return server->calls("Notify").size() == 1; }));
+    EXPECT_EQ(server->calls("Notify")[0][4], "Ann: <i>see</i> & reply");
     EXPECT_EQ(logLines.size(), 1);
 }
 

@@ -116,8 +116,6 @@ TEST(LayoutAdditions, CentredLabelArithmetic)
     std::unique_ptr<VLRTextField> field(
         vlr_labelCenteredInFrameAttributedStringVerticalOffset(QRectF(0, 7, 50, 20), sixteen, 1));
     EXPECT_EQ(field->frame(), QRectF(0, 10, 50, 16));
-    EXPECT_EQ(field->attributedStringValue(), sixteen);
-    EXPECT_FALSE(field->testAttribute(Qt::WA_TransparentForMouseEvents));
     field.reset(vlr_labelCenteredInFrameAttributedStringVerticalOffset(QRectF(0, 7, 50, 21), sixteen, 1));
     EXPECT_EQ(field->frame().y(), 10.5);
 
@@ -165,7 +163,6 @@ TEST(ApplicationAdditions, ModalSessionIsPolledWithoutBlockingTheLoop)
 {
     QDialog dialog;
     const VLRModalSession session = VLRModalSession::beginModalSessionForWindow(&dialog);
-    EXPECT_TRUE(dialog.isVisible());
     EXPECT_EQ(dialog.windowModality(), Qt::ApplicationModal);
     std::optional<qint64> response;
     vlr_runAsyncModalSessionCompletionHandler(session, [&response](qint64 answer) { response = answer; });
