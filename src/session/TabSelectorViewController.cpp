@@ -20,11 +20,6 @@ constexpr int SettingsTab = 5;
 constexpr int ButtonSize = 40;
 constexpr int HiddenTabShift = 32;
 
-QPixmap image(const QString& name)
-{
-    return VLRImageCatalogue::imageNamed(name, VLRImageCatalogue::naturalSize(name), qApp->devicePixelRatio());
-}
-
 struct PlainTabImages
 {
     int tab;
@@ -128,8 +123,8 @@ void TabSelectorViewController::loadView()
     m_workspacesButton->setDelegate(this);
     for (const PlainTabImages& images : plainTabs) {
         VLRButton* button = __buttonForTab(images.tab);
-        button->setMouseOverImage(image(QString::fromLatin1(images.mouseOver)));
-        button->setClickedImage(image(QString::fromLatin1(images.selected)));
+        button->setMouseOverImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(images.mouseOver)));
+        button->setClickedImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(images.selected)));
     }
     enableDisableTabs();
     hideUnusedTabs();
@@ -176,7 +171,7 @@ void TabSelectorViewController::__setSelectedTab(int tab)
     __setTransfersTabIcon();
     for (const PlainTabImages& images : plainTabs) {
         VLRButton* button = __buttonForTab(images.tab);
-        button->setDefaultImage(image(QString::fromLatin1(images.tab == tab ? images.selected : images.unselected)));
+        button->setDefaultImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(images.tab == tab ? images.selected : images.unselected)));
     }
     for (const PlainTabImages& images : plainTabs)
         __buttonForTab(images.tab)->setMouseOverStyle(images.tab == tab ? VLRMouseOverStyleNone : VLRMouseOverStyleImage);
@@ -190,9 +185,9 @@ void TabSelectorViewController::__setTransfersTabIcon()
         return;
     const TransfersImages images = transfersImages(m_activeUploads, m_activeDownloads);
     const bool selected = m_selectedTab == TransfersTab;
-    m_transfersButton->setDefaultImage(image(QString::fromLatin1(selected ? images.active : images.inactive)));
-    m_transfersButton->setMouseOverImage(image(QString::fromLatin1(images.mouseOver)));
-    m_transfersButton->setClickedImage(image(QString::fromLatin1(images.active)));
+    m_transfersButton->setDefaultImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(selected ? images.active : images.inactive)));
+    m_transfersButton->setMouseOverImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(images.mouseOver)));
+    m_transfersButton->setClickedImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(images.active)));
     m_transfersButton->setMouseOverStyle(selected ? VLRMouseOverStyleNone : VLRMouseOverStyleImage);
 }
 

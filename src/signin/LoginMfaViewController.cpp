@@ -24,11 +24,6 @@ constexpr int CodeFieldWidth = 200;
 constexpr int SignInButtonWidth = 200;
 constexpr int SignInButtonHeight = 32;
 
-QPixmap image(const QString& name)
-{
-    return VLRImageCatalogue::imageNamed(name, VLRImageCatalogue::naturalSize(name), qApp->devicePixelRatio());
-}
-
 } // namespace
 
 LoginMfaViewController::LoginMfaViewController(QObject* parent)
@@ -114,9 +109,9 @@ void LoginMfaViewController::loadView()
     m_cancelButton->setAttributedTitle(cancelTitle);
     m_cancelButton->setMouseOverStyle(VLRMouseOverStyleBackground);
 
-    m_signInButton->setDefaultImage(image(QStringLiteral("log_in_button_inactive")));
-    m_signInButton->setMouseOverImage(image(QStringLiteral("log_in_button_active")));
-    m_signInButton->setClickedImage(image(QStringLiteral("log_in_button_active")));
+    m_signInButton->setDefaultImage(VLRImageCatalogue::imageNamed(QStringLiteral("log_in_button_inactive")));
+    m_signInButton->setMouseOverImage(VLRImageCatalogue::imageNamed(QStringLiteral("log_in_button_active")));
+    m_signInButton->setClickedImage(VLRImageCatalogue::imageNamed(QStringLiteral("log_in_button_active")));
 }
 
 void LoginMfaViewController::setLoginVerifier(const VLRLoginVerifierPtr& verifier)

@@ -72,11 +72,6 @@ Qt::KeyboardModifiers modifierFlags(const QKeyEvent* event)
     return flags;
 }
 
-QPixmap image(const QString& name)
-{
-    return VLRImageCatalogue::imageNamed(name, VLRImageCatalogue::naturalSize(name), qApp->devicePixelRatio());
-}
-
 } // namespace
 
 const QStringList LoginViewController::EnvironmentDomainNames = {
@@ -180,9 +175,9 @@ void LoginViewController::loadView()
     m_forgotPasswordButton->setAttributedTitle(forgotTitle);
     m_forgotPasswordButton->setMouseOverStyle(VLRMouseOverStyleBackground);
 
-    m_signInButton->setDefaultImage(image(QStringLiteral("log_in_button_inactive")));
-    m_signInButton->setMouseOverImage(image(QStringLiteral("log_in_button_active")));
-    m_signInButton->setClickedImage(image(QStringLiteral("log_in_button_active")));
+    m_signInButton->setDefaultImage(VLRImageCatalogue::imageNamed(QStringLiteral("log_in_button_inactive")));
+    m_signInButton->setMouseOverImage(VLRImageCatalogue::imageNamed(QStringLiteral("log_in_button_active")));
+    m_signInButton->setClickedImage(VLRImageCatalogue::imageNamed(QStringLiteral("log_in_button_active")));
 
     m_environmentButton->hide();
     // The keyboard goes to the address first when the page comes up.

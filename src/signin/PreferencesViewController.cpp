@@ -51,18 +51,13 @@ constexpr int EmailHeight = 20;
 constexpr qint64 StepperMaximumMegabytes = 1000000;
 constexpr qint64 StepperIncrementMegabytes = 100;
 
-QPixmap image(const QString& name)
-{
-    return VLRImageCatalogue::imageNamed(name, VLRImageCatalogue::naturalSize(name), qApp->devicePixelRatio());
-}
-
 void setImages(VLRButton* button, const QString& defaultImage, const QString& activeImage)
 {
     if (!button)
         return;
-    button->setDefaultImage(image(defaultImage));
-    button->setMouseOverImage(image(activeImage));
-    button->setClickedImage(image(activeImage));
+    button->setDefaultImage(VLRImageCatalogue::imageNamed(defaultImage));
+    button->setMouseOverImage(VLRImageCatalogue::imageNamed(activeImage));
+    button->setClickedImage(VLRImageCatalogue::imageNamed(activeImage));
 }
 
 VLRButton* makeImageButton(QWidget* parent, const QString& accessibleName)
@@ -529,7 +524,7 @@ void PreferencesViewController::__updateAvatar()
     if (!m_avatarView)
         return;
     const QImage avatar = m_user ? m_user->avatar() : QImage();
-    m_avatarView->setImage(avatar.isNull() ? image(QStringLiteral("blankAvatar")) : QPixmap::fromImage(avatar));
+    m_avatarView->setImage(avatar.isNull() ? VLRImageCatalogue::imageNamed(QStringLiteral("blankAvatar")) : QPixmap::fromImage(avatar));
 }
 
 void PreferencesViewController::__setConstraintsForNoName(bool noName)
