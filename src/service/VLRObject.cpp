@@ -75,16 +75,6 @@ void VLRObject::removeObserver(VLRKeyValueObserver* observer, const QString& key
         m_registrations.erase(it);
 }
 
-void VLRObject::removeObserver(VLRKeyValueObserver* observer, const QString& keyPath)
-{
-    std::lock_guard lock(m_mutex);
-    auto it = std::find_if(m_registrations.rbegin(), m_registrations.rend(), [&](const Registration& r) {
-        return r.observer == observer && r.keyPath == keyPath;
-    });
-    if (it != m_registrations.rend())
-        m_registrations.erase(std::next(it).base());
-}
-
 QVariant VLRObject::valueForKey(const QString&) const
 {
     return {};

@@ -69,10 +69,8 @@ public:
     virtual ~VLRObject() = default;
 
     virtual void addObserver(VLRKeyValueObserver* observer, const QString& keyPath, unsigned options, void* context);
-    // Removes the one registration of this observer, key path and token; the
-    // two-argument form removes the most recent one for the key path.
+    // Removes the one registration of this observer, key path and token.
     virtual void removeObserver(VLRKeyValueObserver* observer, const QString& keyPath, void* context);
-    virtual void removeObserver(VLRKeyValueObserver* observer, const QString& keyPath);
 
     // The current value of an observed property, boxed; absent values are the
     // Null placeholder. Invalid for a key that is not observable.

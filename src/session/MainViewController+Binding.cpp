@@ -47,29 +47,29 @@ void MainViewController::sessionDidChange(const VLRUserSessionPtr& session)
     VLRRESTProvider::sharedProvider().sessionDidChange(session);
 
     const VLRWorkspaceList workspaces = session ? session->workspaces() : VLRWorkspaceList();
-    if (m_workspacesViewController)
-        m_workspacesViewController->updateWorkspaces(workspaces);
-    if (m_fileDropViewController)
-        m_fileDropViewController->updateWorkspaces(workspaces);
-    if (m_marketplaceViewController) {
+    if (m_parts.workspacesViewController)
+        m_parts.workspacesViewController->updateWorkspaces(workspaces);
+    if (m_parts.fileDropViewController)
+        m_parts.fileDropViewController->updateWorkspaces(workspaces);
+    if (m_parts.marketplaceViewController) {
         const VLRInstallerUpdaterPtr updater = session ? session->updater() : nullptr;
-        m_marketplaceViewController->updateNotInstalled(updater ? updater->notInstalled() : VLRInstallerList());
-        m_marketplaceViewController->updateNewInstallers(updater ? updater->neverInstalled() : VLRInstallerList());
-        m_marketplaceViewController->updateInstallerUpdates(updater ? updater->installerUpdates() : VLRInstallerList());
-        m_marketplaceViewController->updateInstallers(session ? session->installers() : VLRInstallerList());
-        m_marketplaceViewController->updatePurchases(session ? session->purchases() : VLRPurchaseList());
-        m_marketplaceViewController->setLoggedIn(bool(session));
+        m_parts.marketplaceViewController->updateNotInstalled(updater ? updater->notInstalled() : VLRInstallerList());
+        m_parts.marketplaceViewController->updateNewInstallers(updater ? updater->neverInstalled() : VLRInstallerList());
+        m_parts.marketplaceViewController->updateInstallerUpdates(updater ? updater->installerUpdates() : VLRInstallerList());
+        m_parts.marketplaceViewController->updateInstallers(session ? session->installers() : VLRInstallerList());
+        m_parts.marketplaceViewController->updatePurchases(session ? session->purchases() : VLRPurchaseList());
+        m_parts.marketplaceViewController->setLoggedIn(bool(session));
     }
-    if (m_preferencesViewController) {
-        m_preferencesViewController->updateWithUser(session ? session->user() : nullptr);
-        m_preferencesViewController->setLoggedIn(bool(session));
+    if (m_parts.preferencesViewController) {
+        m_parts.preferencesViewController->updateWithUser(session ? session->user() : nullptr);
+        m_parts.preferencesViewController->setLoggedIn(bool(session));
     }
 
     if (m_userSession) {
         QPointer<MainViewController> self(this);
         m_userSession->getDownloadCacheSizeWithCompletionHandler([self](qint64 bytes, const vlr::OptionalError& error) {
-            if (self && !error && self->m_preferencesViewController)
-                self->m_preferencesViewController->updateDownloadCacheSize(bytes);
+            if (self && !error && self->m_parts.preferencesViewController)
+                self->m_parts.preferencesViewController->updateDownloadCacheSize(bytes);
         });
     }
 
@@ -79,8 +79,8 @@ void MainViewController::sessionDidChange(const VLRUserSessionPtr& session)
     __updateStateOfPages(true);
 
     if (session) {
-        if (session->hasPurchases() && !session->hasWorkspaces() && m_marketplaceViewController)
-            m_marketplaceViewController->showUpdatesTab();
+        if (session->hasPurchases() && !session->hasWorkspaces() && m_parts.marketplaceViewController)
+            m_parts.marketplaceViewController->showUpdatesTab();
         __selectTab(AppFlavor::initialTab(session->hasPurchases(), session->hasWorkspaces()));
         if (!m_autoSignInURL.isNull()) {
             const QString url = m_autoSignInURL;
@@ -119,8 +119,8 @@ void MainViewController::didLoginWithSession(const VLRUserSessionPtr& session, b
 
 void MainViewController::loginWithVerifier(const VLRLoginVerifierPtr& verifier)
 {
-    if (m_loginMfaViewController)
-        m_loginMfaViewController->setLoginVerifier(verifier);
+    if (m_parts.loginMfaViewController)
+        m_parts.loginMfaViewController->setLoginVerifier(verifier);
     __selectTab(LoginTab);
     if (m_tabView)
         m_tabView->setCurrentIndex(SecondFactorTab);
@@ -160,12 +160,12 @@ void MainViewController::__signOut()
     if (!m_userSession)
         return;
     __logOutThen([this] {
-        if (m_loginViewController)
-            m_loginViewController->clearPassword();
-        if (m_fileDropViewController)
-            m_fileDropViewController->clearFields();
-        if (m_preferencesViewController)
-            m_preferencesViewController->updateWithUser(nullptr);
+        if (m_parts.loginViewController)
+            m_parts.loginViewController->clearPassword();
+        if (m_parts.fileDropViewController)
+            m_parts.fileDropViewController->clearFields();
+        if (m_parts.preferencesViewController)
+            m_parts.preferencesViewController->updateWithUser(nullptr);
     });
 }
 
@@ -225,7 +225,7 @@ void MainViewController::clientKeyExpired()
         if (!self || error)
             return;
         self->sessionDidChange(nullptr);
-        if (self->m_loginViewController)
-            self->m_loginViewController->defaultSignIn();
+        if (self->m_parts.loginViewController)
+            self->m_parts.loginViewController->defaultSignIn();
     });
 }

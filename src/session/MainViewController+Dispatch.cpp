@@ -58,48 +58,48 @@ void MainViewController::observeValueForKeyPath(const QString& keyPath, VLRObjec
     const VLRInstallerList noInstallers;
 
     if (context == UserContext) {
-        if (m_preferencesViewController)
-            m_preferencesViewController->updateWithUser(session ? session->user() : nullptr);
+        if (m_parts.preferencesViewController)
+            m_parts.preferencesViewController->updateWithUser(session ? session->user() : nullptr);
         __updateStateOfPages(false);
     } else if (context == ProjectsContext || context == WorkspacesContext) {
         const VLRWorkspaceList workspaces = session ? session->workspaces() : VLRWorkspaceList();
-        if (m_workspacesViewController)
-            m_workspacesViewController->updateWorkspaces(workspaces);
-        if (m_fileDropViewController)
-            m_fileDropViewController->updateWorkspaces(workspaces);
+        if (m_parts.workspacesViewController)
+            m_parts.workspacesViewController->updateWorkspaces(workspaces);
+        if (m_parts.fileDropViewController)
+            m_parts.fileDropViewController->updateWorkspaces(workspaces);
     } else if (context == CurrentDownloadContext) {
         __handleCurrentDownloadChange(keyPath, change);
     } else if (context == CurrentUploadContext) {
         __handleCurrentUploadChange(keyPath, change);
     } else if (context == UploaderTransfersContext) {
-        if (m_transfersViewController)
-            m_transfersViewController->setUploads(uploader ? uploader->transfers() : noTransfers);
+        if (m_parts.transfersViewController)
+            m_parts.transfersViewController->setUploads(uploader ? uploader->transfers() : noTransfers);
         __updateStatusIndication(session);
     } else if (context == DownloaderTransfersContext) {
-        if (m_transfersViewController)
-            m_transfersViewController->setDownloads(downloader ? downloader->transfers() : noTransfers);
+        if (m_parts.transfersViewController)
+            m_parts.transfersViewController->setDownloads(downloader ? downloader->transfers() : noTransfers);
         __updateStatusIndication(session);
     } else if (context == CompletedTransfersContext) {
-        if (m_transfersViewController)
-            m_transfersViewController->setCompleted(session ? session->completedTransfers() : noTransfers);
+        if (m_parts.transfersViewController)
+            m_parts.transfersViewController->setCompleted(session ? session->completedTransfers() : noTransfers);
         __updateStatusIndication(session);
     } else if (context == UploaderThroughputContext) {
-        if (m_transfersViewController && uploader)
-            m_transfersViewController->updateUploadThroughput(uploader->throughput());
+        if (m_parts.transfersViewController && uploader)
+            m_parts.transfersViewController->updateUploadThroughput(uploader->throughput());
     } else if (context == DownloaderThroughputContext) {
-        if (m_transfersViewController && downloader)
-            m_transfersViewController->updateDownloadThroughput(downloader->throughput());
+        if (m_parts.transfersViewController && downloader)
+            m_parts.transfersViewController->updateDownloadThroughput(downloader->throughput());
     } else if (context == UploaderTimeRemainingContext || context == UploaderTimeRemainingInvalidContext) {
-        if (m_transfersViewController && uploader)
-            m_transfersViewController->updateUploadTimeRemaining(uploader->timeRemaining(),
+        if (m_parts.transfersViewController && uploader)
+            m_parts.transfersViewController->updateUploadTimeRemaining(uploader->timeRemaining(),
                                                                  !uploader->timeRemainingInvalid());
     } else if (context == DownloaderTimeRemainingContext || context == DownloaderTimeRemainingInvalidContext) {
-        if (m_transfersViewController && downloader)
-            m_transfersViewController->updateDownloadTimeRemaining(downloader->timeRemaining(),
+        if (m_parts.transfersViewController && downloader)
+            m_parts.transfersViewController->updateDownloadTimeRemaining(downloader->timeRemaining(),
                                                                    !downloader->timeRemainingInvalid());
     } else if (context == TransfersPausedContext) {
-        if (m_transfersViewController && session)
-            m_transfersViewController->setTransfersPaused(session->transfersPaused());
+        if (m_parts.transfersViewController && session)
+            m_parts.transfersViewController->setTransfersPaused(session->transfersPaused());
     } else if (context == SyncingListsContext) {
         __updateStatusIndication(session);
         __updateStateOfPages(true);
@@ -107,21 +107,21 @@ void MainViewController::observeValueForKeyPath(const QString& keyPath, VLRObjec
                || context == DownloaderCurrentTransferContext || context == OverallOperationsContext) {
         __updateStatusIndication(session);
     } else if (context == InstallersContext) {
-        if (m_marketplaceViewController)
-            m_marketplaceViewController->updateInstallers(session ? session->installers() : noInstallers);
+        if (m_parts.marketplaceViewController)
+            m_parts.marketplaceViewController->updateInstallers(session ? session->installers() : noInstallers);
     } else if (context == InstallerUpdatesContext) {
-        if (m_marketplaceViewController)
-            m_marketplaceViewController->updateInstallerUpdates(updater ? updater->installerUpdates() : noInstallers);
+        if (m_parts.marketplaceViewController)
+            m_parts.marketplaceViewController->updateInstallerUpdates(updater ? updater->installerUpdates() : noInstallers);
     } else if (context == NeverInstalledContext) {
-        if (m_marketplaceViewController)
-            m_marketplaceViewController->updateNewInstallers(updater ? updater->neverInstalled() : noInstallers);
+        if (m_parts.marketplaceViewController)
+            m_parts.marketplaceViewController->updateNewInstallers(updater ? updater->neverInstalled() : noInstallers);
     } else if (context == NotInstalledContext) {
-        if (m_marketplaceViewController)
-            m_marketplaceViewController->updateNotInstalled(updater ? updater->notInstalled() : noInstallers);
+        if (m_parts.marketplaceViewController)
+            m_parts.marketplaceViewController->updateNotInstalled(updater ? updater->notInstalled() : noInstallers);
     } else if (context == PurchasesContext) {
         __showHideMarketplaceTab(session);
-        if (m_marketplaceViewController)
-            m_marketplaceViewController->updatePurchases(session ? session->purchases() : VLRPurchaseList());
+        if (m_parts.marketplaceViewController)
+            m_parts.marketplaceViewController->updatePurchases(session ? session->purchases() : VLRPurchaseList());
     }
     // Changes under any other token are not ours; nothing else observes
     // through this controller.
@@ -156,8 +156,8 @@ void MainViewController::__handleCurrentDownloadChange(const QString& keyPath, c
                 error->localizedDescription, transfer->identifier(), VLRUserNotificationTypeTransferFailed);
         }
     }
-    if (m_transfersViewController && m_userSession && m_userSession->downloader())
-        m_transfersViewController->setDownloads(m_userSession->downloader()->transfers());
+    if (m_parts.transfersViewController && m_userSession && m_userSession->downloader())
+        m_parts.transfersViewController->setDownloads(m_userSession->downloader()->transfers());
 }
 
 void MainViewController::__handleCurrentUploadChange(const QString& keyPath, const vlr::KeyValueChange& change)
@@ -173,8 +173,8 @@ void MainViewController::__handleCurrentUploadChange(const QString& keyPath, con
                 error->localizedDescription, transfer->identifier(), VLRUserNotificationTypeTransferFailed);
         }
     }
-    if (m_transfersViewController && m_userSession && m_userSession->uploader())
-        m_transfersViewController->setUploads(m_userSession->uploader()->transfers());
+    if (m_parts.transfersViewController && m_userSession && m_userSession->uploader())
+        m_parts.transfersViewController->setUploads(m_userSession->uploader()->transfers());
 }
 
 void MainViewController::__trackCurrentTransfers(const VLRUserSessionPtr& session)
@@ -221,12 +221,12 @@ void MainViewController::__releaseCurrentTransfers()
 
 void MainViewController::__updateStateOfPages(bool withMarketplace)
 {
-    if (m_workspacesViewController)
-        m_workspacesViewController->updateState();
-    if (m_fileDropViewController)
-        m_fileDropViewController->updateState();
-    if (m_transfersViewController)
-        m_transfersViewController->updateState();
-    if (withMarketplace && m_marketplaceViewController)
-        m_marketplaceViewController->updateState();
+    if (m_parts.workspacesViewController)
+        m_parts.workspacesViewController->updateState();
+    if (m_parts.fileDropViewController)
+        m_parts.fileDropViewController->updateState();
+    if (m_parts.transfersViewController)
+        m_parts.transfersViewController->updateState();
+    if (withMarketplace && m_parts.marketplaceViewController)
+        m_parts.marketplaceViewController->updateState();
 }

@@ -54,8 +54,8 @@ void MainViewController::getFolderURLFromUser(const QString& title, const QUrl&,
                                               const VLRFolderValidationHandler& validationHandler,
                                               const VLRFolderCompletionHandler& completionHandler)
 {
-    if (m_popover && m_popover->isShown())
-        m_popover->performClose();
+    if (m_parts.popover && m_parts.popover->isShown())
+        m_parts.popover->performClose();
 
     m_workspaceLocationDelegate = std::make_unique<WorkspaceLocationDelegate>(validationHandler, completionHandler);
     // Non-native, so that a script can close it from outside. The base URL is
@@ -200,8 +200,8 @@ void MainViewController::fileDropViewControllerUploadedFiles(FileDropPage*, cons
         }
     }
     __selectTab(TransfersTab);
-    if (m_transfersViewController)
-        m_transfersViewController->showTab(TransfersPage::UploadsList, QString());
+    if (m_parts.transfersViewController)
+        m_parts.transfersViewController->showTab(TransfersPage::UploadsList, QString());
     if (completionHandler)
         completionHandler(std::nullopt);
 }
@@ -224,7 +224,7 @@ void MainViewController::fileDropViewControllerCreatedWorkspaceNamed(FileDropPag
 void MainViewController::workspaceViewControllerDidReceiveFiles(WorkspacesPage*, const QStringList& files,
                                                                 const VLRWorkspacePtr& forWorkspace)
 {
-    if (m_fileDropViewController)
-        m_fileDropViewController->selectWorkspace(forWorkspace);
+    if (m_parts.fileDropViewController)
+        m_parts.fileDropViewController->selectWorkspace(forWorkspace);
     __showFileDropTabWithFiles(files);
 }

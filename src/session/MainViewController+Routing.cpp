@@ -41,8 +41,8 @@ void MainViewController::userNotificationCenterDidActivateNotification(VLRUserNo
                 desktop->openFile(path);
     } else if (type == VLRUserNotificationTypeUpdateAvailable
                && activation == VLRUserNotificationActivationTypeActionButtonClicked) {
-        if (m_marketplaceViewController)
-            m_marketplaceViewController->downloadAndInstallInstallerWithID(objectId);
+        if (m_parts.marketplaceViewController)
+            m_parts.marketplaceViewController->downloadAndInstallInstallerWithID(objectId);
     } else if (type == VLRUserNotificationTypeUpdateAvailable
                && activation == VLRUserNotificationActivationTypeContentsClicked) {
         __showUpdates();

@@ -28,11 +28,11 @@ void MainViewController::__updateStatusIndication(const VLRUserSessionPtr& sessi
         const bool downloading = downloader && downloader->currentTransfer();
         const bool installing = updater && (!updater->downloadOperations().isEmpty() || updater->currentInstall());
 
-        if (m_tabSelectorViewController) {
-            m_tabSelectorViewController->showActiveUploads(uploading, downloading);
+        if (m_parts.tabSelectorViewController) {
+            m_parts.tabSelectorViewController->showActiveUploads(uploading, downloading);
             const qint64 queued = (uploader ? uploader->transfers().size() : 0)
                                   + (downloader ? downloader->transfers().size() : 0);
-            m_tabSelectorViewController->setBadgeValue(queued, TransfersTab, false);
+            m_parts.tabSelectorViewController->setBadgeValue(queued, TransfersTab, false);
         }
         state = IdleState;
         const bool active = uploading || downloading || installing || session->syncingWorkspaces();
@@ -41,9 +41,9 @@ void MainViewController::__updateStatusIndication(const VLRUserSessionPtr& sessi
         __trackCurrentTransfers(session);
     } else {
         __releaseCurrentTransfers();
-        if (m_tabSelectorViewController) {
-            m_tabSelectorViewController->setBadgeValue(0, TransfersTab, false);
-            m_tabSelectorViewController->setBadgeValue(0, MarketplaceTab, false);
+        if (m_parts.tabSelectorViewController) {
+            m_parts.tabSelectorViewController->setBadgeValue(0, TransfersTab, false);
+            m_parts.tabSelectorViewController->setBadgeValue(0, MarketplaceTab, false);
         }
     }
     if (m_statusItemImageView && m_statusItemImageView->viewState() != state)
@@ -52,19 +52,19 @@ void MainViewController::__updateStatusIndication(const VLRUserSessionPtr& sessi
 
 void MainViewController::togglePopover()
 {
-    if (!m_popover)
+    if (!m_parts.popover)
         return;
-    if (m_popover->isShown()) {
-        m_popover->performClose();
+    if (m_parts.popover->isShown()) {
+        m_parts.popover->performClose();
         return;
     }
     StatusItemImageView* anchor = m_statusItemImageView;
-    m_popover->showRelativeToRect(anchor ? anchor->geometry() : QRect(), anchor, Popover::MaxYEdge);
+    m_parts.popover->showRelativeToRect(anchor ? anchor->geometry() : QRect(), anchor, Popover::MaxYEdge);
 }
 
 void MainViewController::__openPopoverIfClosed()
 {
-    if (m_popover && !m_popover->isShown())
+    if (m_parts.popover && !m_parts.popover->isShown())
         togglePopover();
 }
 
@@ -78,17 +78,17 @@ void MainViewController::__showTransfersTab(int list, const QString& andSelectTr
 {
     __openPopoverIfClosed();
     __selectTab(TransfersTab);
-    if (m_transfersViewController)
-        m_transfersViewController->showTab(list, andSelectTransfer);
+    if (m_parts.transfersViewController)
+        m_parts.transfersViewController->showTab(list, andSelectTransfer);
 }
 
 void MainViewController::__showUpdates()
 {
-    if (!m_marketplaceViewController)
+    if (!m_parts.marketplaceViewController)
         return;
     __openPopoverIfClosed();
     __selectTab(MarketplaceTab);
-    m_marketplaceViewController->showUpdatesTab();
+    m_parts.marketplaceViewController->showUpdatesTab();
 }
 
 void MainViewController::statusItemImageViewDidReceiveMouseDownEvent(StatusItemImageView* view)
@@ -130,6 +130,6 @@ void MainViewController::fileDropViewControllerWantsPopUpToggled(FileDropPage*)
 
 void MainViewController::workspaceViewControllerHadCellClicked(WorkspacesPage*)
 {
-    if (m_popover && m_popover->isShown())
+    if (m_parts.popover && m_parts.popover->isShown())
         togglePopover();
 }

@@ -7,8 +7,8 @@
 
 void MainViewController::__selectTab(int tab)
 {
-    if (m_tabSelectorViewController)
-        m_tabSelectorViewController->selectTab(tab);
+    if (m_parts.tabSelectorViewController)
+        m_parts.tabSelectorViewController->selectTab(tab);
 }
 
 bool MainViewController::tabSelectorViewControllerTabSupported(TabBar*, int tab)
@@ -46,8 +46,8 @@ void MainViewController::__showHideMarketplaceTab(const VLRUserSessionPtr& sessi
     if (wanted == m_marketplaceTabShown)
         return;
     m_marketplaceTabShown = wanted;
-    if (m_tabSelectorViewController)
-        m_tabSelectorViewController->enableDisableTabs();
+    if (m_parts.tabSelectorViewController)
+        m_parts.tabSelectorViewController->enableDisableTabs();
 }
 
 void MainViewController::__showHideSettingsTab()
@@ -56,8 +56,8 @@ void MainViewController::__showHideSettingsTab()
     if (!AppFlavor::supportsTabType(PreferencesTab) || m_settingsTabShown)
         return;
     m_settingsTabShown = true;
-    if (m_tabSelectorViewController)
-        m_tabSelectorViewController->enableDisableTabs();
+    if (m_parts.tabSelectorViewController)
+        m_parts.tabSelectorViewController->enableDisableTabs();
 }
 
 void MainViewController::__showLoginTab()
@@ -72,15 +72,15 @@ void MainViewController::__showLoginTab()
 
 void MainViewController::__showFileDropTabWithFiles(const QStringList& files)
 {
-    if (m_fileDropViewController)
-        m_fileDropViewController->updateFiles(files);
+    if (m_parts.fileDropViewController)
+        m_parts.fileDropViewController->updateFiles(files);
     __selectTab(FileDropTab);
 }
 
 void MainViewController::marketplaceViewControllerDidChangeUpdateCountTo(MarketplacePage*, qint64 count, bool isWarning)
 {
-    if (m_tabSelectorViewController)
-        m_tabSelectorViewController->setBadgeValue(count, MarketplaceTab, isWarning);
+    if (m_parts.tabSelectorViewController)
+        m_parts.tabSelectorViewController->setBadgeValue(count, MarketplaceTab, isWarning);
 }
 
 void MainViewController::workspaceViewControllerCreateWorkspaceClicked()

@@ -21,15 +21,7 @@ const QSize PopoverSize(360, 520);
 MainViewController::MainViewController(MainViewControllerParts parts, ApplicationRoot* application, QObject* parent)
     : QObject(parent)
     , m_application(application)
-    , m_popover(std::move(parts.popover))
-    , m_tabSelectorViewController(std::move(parts.tabSelectorViewController))
-    , m_loginViewController(std::move(parts.loginViewController))
-    , m_loginMfaViewController(std::move(parts.loginMfaViewController))
-    , m_transfersViewController(std::move(parts.transfersViewController))
-    , m_workspacesViewController(std::move(parts.workspacesViewController))
-    , m_fileDropViewController(std::move(parts.fileDropViewController))
-    , m_marketplaceViewController(std::move(parts.marketplaceViewController))
-    , m_preferencesViewController(std::move(parts.preferencesViewController))
+    , m_parts(std::move(parts))
 {
 }
 
@@ -60,46 +52,46 @@ void MainViewController::loadView()
         m_tabView->addWidget(holder);
     }
 
-    if (m_tabSelectorViewController)
-        m_tabSelectorViewController->setDelegate(this);
-    if (m_loginViewController)
-        m_loginViewController->setDelegate(this);
-    if (m_loginMfaViewController)
-        m_loginMfaViewController->setDelegate(this);
-    if (m_transfersViewController)
-        m_transfersViewController->setDelegate(this);
-    if (m_fileDropViewController)
-        m_fileDropViewController->setDelegate(this);
-    if (m_workspacesViewController)
-        m_workspacesViewController->setDelegate(this);
-    if (m_preferencesViewController)
-        m_preferencesViewController->setDelegate(this);
-    if (m_marketplaceViewController)
-        m_marketplaceViewController->setDelegate(this);
+    if (m_parts.tabSelectorViewController)
+        m_parts.tabSelectorViewController->setDelegate(this);
+    if (m_parts.loginViewController)
+        m_parts.loginViewController->setDelegate(this);
+    if (m_parts.loginMfaViewController)
+        m_parts.loginMfaViewController->setDelegate(this);
+    if (m_parts.transfersViewController)
+        m_parts.transfersViewController->setDelegate(this);
+    if (m_parts.fileDropViewController)
+        m_parts.fileDropViewController->setDelegate(this);
+    if (m_parts.workspacesViewController)
+        m_parts.workspacesViewController->setDelegate(this);
+    if (m_parts.preferencesViewController)
+        m_parts.preferencesViewController->setDelegate(this);
+    if (m_parts.marketplaceViewController)
+        m_parts.marketplaceViewController->setDelegate(this);
 
     auto host = [](QWidget* child, QWidget* holder) {
         if (child)
             setParentView(child, holder);
     };
-    if (m_tabSelectorViewController)
-        host(m_tabSelectorViewController->view(), m_tabSelectorView);
-    if (m_loginViewController)
-        host(m_loginViewController->view(), m_tabView->widget(LoginTab));
-    if (m_loginMfaViewController)
-        host(m_loginMfaViewController->view(), m_tabView->widget(SecondFactorTab));
-    if (m_transfersViewController)
-        host(m_transfersViewController->view(), m_tabView->widget(TransfersTab));
-    if (m_workspacesViewController)
-        host(m_workspacesViewController->view(), m_tabView->widget(WorkspacesTab));
-    if (m_fileDropViewController)
-        host(m_fileDropViewController->view(), m_tabView->widget(FileDropTab));
-    if (m_marketplaceViewController)
-        host(m_marketplaceViewController->view(), m_tabView->widget(MarketplaceTab));
-    if (m_preferencesViewController)
-        host(m_preferencesViewController->view(), m_tabView->widget(PreferencesTab));
+    if (m_parts.tabSelectorViewController)
+        host(m_parts.tabSelectorViewController->view(), m_tabSelectorView);
+    if (m_parts.loginViewController)
+        host(m_parts.loginViewController->view(), m_tabView->widget(LoginTab));
+    if (m_parts.loginMfaViewController)
+        host(m_parts.loginMfaViewController->view(), m_tabView->widget(SecondFactorTab));
+    if (m_parts.transfersViewController)
+        host(m_parts.transfersViewController->view(), m_tabView->widget(TransfersTab));
+    if (m_parts.workspacesViewController)
+        host(m_parts.workspacesViewController->view(), m_tabView->widget(WorkspacesTab));
+    if (m_parts.fileDropViewController)
+        host(m_parts.fileDropViewController->view(), m_tabView->widget(FileDropTab));
+    if (m_parts.marketplaceViewController)
+        host(m_parts.marketplaceViewController->view(), m_tabView->widget(MarketplaceTab));
+    if (m_parts.preferencesViewController)
+        host(m_parts.preferencesViewController->view(), m_tabView->widget(PreferencesTab));
 
-    if (m_popover)
-        m_popover->setContentView(m_view);
+    if (m_parts.popover)
+        m_parts.popover->setContentView(m_view);
 
     m_view->setBackgroundColor(QColor(233, 233, 233));
     m_view->setDropTarget(true);
@@ -179,8 +171,8 @@ void MainViewController::preferencesViewControllerDidSetDownloadCacheSize(Prefer
 
 void MainViewController::preferencesViewControllerDidModifyArchiveMode(PreferencesPage*, bool)
 {
-    if (m_fileDropViewController)
-        m_fileDropViewController->refreshButtonState();
+    if (m_parts.fileDropViewController)
+        m_parts.fileDropViewController->refreshButtonState();
 }
 
 void MainViewController::preferencesViewControllerWantsLogIn(PreferencesPage*)

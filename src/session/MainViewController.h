@@ -169,7 +169,7 @@ public:
     QFileDialog* workspaceLocationOpenPanel() const { return m_workspaceLocationOpenPanel; }
     bool marketplaceTabShown() const { return m_marketplaceTabShown; }
     bool settingsTabShown() const { return m_settingsTabShown; }
-    Popover* popover() const { return m_popover.get(); }
+    Popover* popover() const { return m_parts.popover.get(); }
     QStackedWidget* tabView() const { return m_tabView; }
     StatusItemImageView* statusItemImageView() const;
 
@@ -196,15 +196,7 @@ private:
     void __updateStateOfPages(bool withMarketplace);
 
     ApplicationRoot* m_application;
-    std::unique_ptr<Popover> m_popover;
-    std::unique_ptr<TabBar> m_tabSelectorViewController;
-    std::unique_ptr<LoginPage> m_loginViewController;
-    std::unique_ptr<LoginMfaPage> m_loginMfaViewController;
-    std::unique_ptr<TransfersPage> m_transfersViewController;
-    std::unique_ptr<WorkspacesPage> m_workspacesViewController;
-    std::unique_ptr<FileDropPage> m_fileDropViewController;
-    std::unique_ptr<MarketplacePage> m_marketplaceViewController;
-    std::unique_ptr<PreferencesPage> m_preferencesViewController;
+    MainViewControllerParts m_parts;
 
     QPointer<StatusItemImageView> m_statusItemImageView;
     QPointer<VLRView> m_view;

@@ -36,6 +36,4 @@ public:
             journal->entries.append(QStringLiteral("remove %1 %2").arg(journalName, keyPath));
         Base::removeObserver(observer, keyPath, context);
     }
-
-    using Base::removeObserver;
 };

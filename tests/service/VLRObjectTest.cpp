@@ -65,7 +65,7 @@ TEST(VLRObjectTest, RegistrationByKeyPathWithItsTokenAndOptions)
     EXPECT_EQ(recorder.deliveries[0].context, &tokenB);
     // Removing what is not registered changes nothing.
     transfer->removeObserver(&recorder, "fractionCompleted", &tokenA);
-    transfer->removeObserver(&recorder, "finished");
+    transfer->removeObserver(&recorder, "finished", &tokenA);
     EXPECT_EQ(transfer->observationCount(), 2);
 }
 
