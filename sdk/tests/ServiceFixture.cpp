@@ -95,6 +95,8 @@ ServiceFixture::SignInOutcome ServiceFixture::signIn(const QString& email, const
         VLRLoginCredentials(email, password), apiKey, true,
         [outcome](const VLRUserSessionPtr& session, const VLRLoginVerifierPtr& verifier, const vlr::OptionalError& error) {
             outcome->session = session;
+            outcome->syncingListsAtAnswer = session && session->syncingLists();
+            outcome->hasWorkspacesAtAnswer = session && session->hasWorkspaces();
             outcome->verifier = verifier;
             outcome->error = error;
             outcome->onGuiThread = outcome->onGuiThread

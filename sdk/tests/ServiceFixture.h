@@ -91,6 +91,10 @@ protected:
         vlr::OptionalError error;
         int calls = 0;
         bool onGuiThread = true;
+        // Read inside the handler, where a client binds the session: the lists
+        // may finish loading right after it.
+        bool syncingListsAtAnswer = false;
+        bool hasWorkspacesAtAnswer = false;
     };
     SignInOutcome signIn(const QString& email, const QString& password,
                          const QString& apiKey = QStringLiteral("lumenra-courier-token"));

@@ -74,8 +74,8 @@ TEST_F(SignIn, RightPasswordGivesASessionOfTheAccount)
     EXPECT_EQ(outcome.session->user()->lastName(), QStringLiteral("Lee"));
     EXPECT_FALSE(outcome.session->user()->needsConfirmation());
     // Known before the lists arrive, which is when the client reads it.
-    EXPECT_TRUE(outcome.session->hasWorkspaces());
-    EXPECT_TRUE(outcome.session->syncingLists());
+    EXPECT_TRUE(outcome.hasWorkspacesAtAnswer);
+    EXPECT_TRUE(outcome.syncingListsAtAnswer);
     EXPECT_NE(outcome.session->uploader(), nullptr);
     EXPECT_NE(outcome.session->downloader(), nullptr);
     EXPECT_NE(outcome.session->updater(), nullptr);
