@@ -5,7 +5,7 @@
 #include "fakes/FakeTransfer.h"
 #include "fakes/FakeUserSession.h"
 #include "fakes/RecordingNotificationCenter.h"
-#include "fakes/RecordingPages.h"
+#include "pages/RecordingPages.h"
 #include "platform/VLRUserDefaults.h"
 #include "platform/VLRUserNotificationCenter.h"
 #include "service/VLRLogFormat.h"

@@ -21,7 +21,7 @@ class StatusItemClock
 public:
     explicit StatusItemClock(StatusItemImageView* view)
         : m_view(view)
-        , m_tick(view->metaObject()->method(view->metaObject()->indexOfSlot("__animationTimer()")))
+        , m_tick(view->metaObject()->method(view->metaObject()->indexOfSlot("animationTimer()")))
     {
     }
 

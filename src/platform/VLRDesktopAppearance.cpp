@@ -29,18 +29,18 @@ uint unwrap(QVariant value)
 VLRDesktopAppearance::VLRDesktopAppearance(const QDBusConnection& connection, QObject* parent)
     : QObject(parent)
     , m_connection(connection)
-    , m_dark(__paletteIsDark())
+    , m_dark(paletteIsDark())
 {
     if (qApp)
         qApp->installEventFilter(this);
     if (m_connection.isConnected()) {
         m_connection.connect(PortalService, PortalPath, SettingsInterface, QStringLiteral("SettingChanged"), this,
-                             SLOT(__settingChanged(QString, QString, QDBusVariant)));
-        __readPortal();
+                             SLOT(settingChanged(QString, QString, QDBusVariant)));
+        readPortal();
     }
 }
 
-void VLRDesktopAppearance::__readPortal()
+void VLRDesktopAppearance::readPortal()
 {
     QDBusMessage read = QDBusMessage::createMethodCall(PortalService, PortalPath, SettingsInterface,
                                                        QStringLiteral("Read"));
@@ -53,27 +53,27 @@ void VLRDesktopAppearance::__readPortal()
         if (reply.isError())
             return;
         m_portalAnswers = true;
-        __setDark(unwrap(reply.value()) == PreferDark);
+        setDark(unwrap(reply.value()) == PreferDark);
     });
 }
 
-void VLRDesktopAppearance::__settingChanged(const QString& settingsNamespace, const QString& key,
+void VLRDesktopAppearance::settingChanged(const QString& settingsNamespace, const QString& key,
                                             const QDBusVariant& value)
 {
     if (settingsNamespace != AppearanceNamespace || key != ColorSchemeKey)
         return;
     m_portalAnswers = true;
-    __setDark(unwrap(value.variant()) == PreferDark);
+    setDark(unwrap(value.variant()) == PreferDark);
 }
 
 bool VLRDesktopAppearance::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange && !m_portalAnswers)
-        __setDark(__paletteIsDark());
+        setDark(paletteIsDark());
     return QObject::eventFilter(watched, event);
 }
 
-void VLRDesktopAppearance::__setDark(bool dark)
+void VLRDesktopAppearance::setDark(bool dark)
 {
     if (dark == m_dark)
         return;
@@ -81,7 +81,7 @@ void VLRDesktopAppearance::__setDark(bool dark)
     emit darkModeChanged(dark);
 }
 
-bool VLRDesktopAppearance::__paletteIsDark()
+bool VLRDesktopAppearance::paletteIsDark()
 {
     return QApplication::palette().color(QPalette::Window).lightness() < 128;
 }

@@ -25,12 +25,12 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private slots:
-    void __settingChanged(const QString& settingsNamespace, const QString& key, const QDBusVariant& value);
+    void settingChanged(const QString& settingsNamespace, const QString& key, const QDBusVariant& value);
 
 private:
-    void __readPortal();
-    void __setDark(bool dark);
-    static bool __paletteIsDark();
+    void readPortal();
+    void setDark(bool dark);
+    static bool paletteIsDark();
 
     QDBusConnection m_connection;
     bool m_dark = false;

@@ -11,9 +11,9 @@
 #include "session/ApplicationRoot.h"
 #include "session/MainViewController+Observations.h"
 #include "session/VLRNotificationScheduling.h"
-#include "session/VLRText.h"
-#include "session/VLRUserNotificationKeys.h"
-#include "shell/AppFlavor.h"
+#include "app/VLRText.h"
+#include "app/VLRUserNotificationKeys.h"
+#include "app/AppFlavor.h"
 
 using namespace MainViewControllerObservations;
 
@@ -33,14 +33,14 @@ void notifyRefusedLogout(const vlr::Error& error)
 void MainViewController::sessionDidChange(const VLRUserSessionPtr& session)
 {
     if (m_userSession)
-        __removeSessionObservers(m_userSession);
+        removeSessionObservers(m_userSession);
 
     if (session) {
         m_userSession = session;
         session->sortWorkspaces(VLRUserSession::NewestFirstSortOrder);
-        __addSessionObservers(session);
+        addSessionObservers(session);
     } else {
-        __showLoginTab();
+        showLoginTab();
         m_userSession = nullptr;
     }
 
@@ -73,15 +73,15 @@ void MainViewController::sessionDidChange(const VLRUserSessionPtr& session)
         });
     }
 
-    __updateStatusIndication(session);
-    __showHideMarketplaceTab(session);
-    __showHideSettingsTab();
-    __updateStateOfPages(true);
+    updateStatusIndication(session);
+    showHideMarketplaceTab(session);
+    showHideSettingsTab();
+    updateStateOfPages(true);
 
     if (session) {
         if (session->hasPurchases() && !session->hasWorkspaces() && m_parts.marketplaceViewController)
             m_parts.marketplaceViewController->showUpdatesTab();
-        __selectTab(AppFlavor::initialTab(session->hasPurchases(), session->hasWorkspaces()));
+        selectTab(AppFlavor::initialTab(session->hasPurchases(), session->hasWorkspaces()));
         if (!m_autoSignInURL.isNull()) {
             const QString url = m_autoSignInURL;
             m_autoSignInURL = QString();
@@ -90,14 +90,14 @@ void MainViewController::sessionDidChange(const VLRUserSessionPtr& session)
     }
 }
 
-void MainViewController::__addSessionObservers(const VLRUserSessionPtr& session)
+void MainViewController::addSessionObservers(const VLRUserSessionPtr& session)
 {
     for (const Observation& o : registrationOrder)
         if (VLRObject* target = targetObject(o.target, session))
             target->addObserver(this, QString::fromLatin1(o.keyPath), o.options, o.context);
 }
 
-void MainViewController::__removeSessionObservers(const VLRUserSessionPtr& session)
+void MainViewController::removeSessionObservers(const VLRUserSessionPtr& session)
 {
     for (const Observation& o : removalOrder)
         if (VLRObject* target = targetObject(o.target, session))
@@ -121,7 +121,7 @@ void MainViewController::loginWithVerifier(const VLRLoginVerifierPtr& verifier)
 {
     if (m_parts.loginMfaViewController)
         m_parts.loginMfaViewController->setLoginVerifier(verifier);
-    __selectTab(LoginTab);
+    selectTab(LoginTab);
     if (m_tabView)
         m_tabView->setCurrentIndex(SecondFactorTab);
 }
@@ -137,7 +137,7 @@ void MainViewController::applicationWillTerminate()
         m_userSession->logoutWithCompletionHandler(nullptr);
 }
 
-void MainViewController::__logOutThen(const std::function<void()>& afterUnbinding)
+void MainViewController::logOutThen(const std::function<void()>& afterUnbinding)
 {
     QPointer<MainViewController> self(this);
     m_userSession->logoutWithCompletionHandler([self, afterUnbinding](const vlr::OptionalError& error) {
@@ -150,16 +150,16 @@ void MainViewController::__logOutThen(const std::function<void()>& afterUnbindin
             return;
         }
         self->sessionDidChange(nullptr);
-        self->__updateStatusIndication(nullptr);
+        self->updateStatusIndication(nullptr);
         afterUnbinding();
     });
 }
 
-void MainViewController::__signOut()
+void MainViewController::signOut()
 {
     if (!m_userSession)
         return;
-    __logOutThen([this] {
+    logOutThen([this] {
         if (m_parts.loginViewController)
             m_parts.loginViewController->clearPassword();
         if (m_parts.fileDropViewController)
@@ -169,20 +169,20 @@ void MainViewController::__signOut()
     });
 }
 
-void MainViewController::__quit()
+void MainViewController::quit()
 {
     if (!m_userSession) {
         if (m_application)
             m_application->terminate();
         return;
     }
-    __logOutThen([this] {
+    logOutThen([this] {
         if (m_application)
             m_application->terminate();
     });
 }
 
-void MainViewController::__openHelp()
+void MainViewController::openHelp()
 {
     VLRUtils::getHelpURLWithCompletionHandler([](const QUrl& url, const vlr::OptionalError&) {
         if (VLRDesktopServices* desktop = VLRDesktopServices::sharedDesktopServices())
@@ -197,19 +197,19 @@ void MainViewController::passwordChanged()
         vlr::localized("Your password has changed!"),
         vlr::format(vlr::localized("The password for user \"%@\" has changed. Please sign in again."), email),
         QString(), VLRUserNotificationTypePasswordChanged);
-    __signOut();
+    signOut();
 }
 
 void MainViewController::downstreamProxyUnavailable()
 {
     vlr_scheduledNotificationWithTitle(vlr::localized("Communication error"),
                                        vlr::localized("Veluria encountered a communication error. Please sign in again."));
-    __signOut();
+    signOut();
 }
 
 void MainViewController::currentVersionIsUnsupported()
 {
-    __signOut();
+    signOut();
     if (m_application)
         m_application->checkForSoftwareUpdates();
 }

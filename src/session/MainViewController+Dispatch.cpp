@@ -14,9 +14,9 @@
 #include "service/VLRUserSession.h"
 #include "session/MainViewController+Observations.h"
 #include "session/VLRNotificationScheduling.h"
-#include "session/VLRText.h"
-#include "session/VLRUserNotificationKeys.h"
-#include "shell/VLRUserDefaultsKeys.h"
+#include "app/VLRText.h"
+#include "app/VLRUserNotificationKeys.h"
+#include "app/VLRUserDefaultsKeys.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -60,7 +60,7 @@ void MainViewController::observeValueForKeyPath(const QString& keyPath, VLRObjec
     if (context == UserContext) {
         if (m_parts.preferencesViewController)
             m_parts.preferencesViewController->updateWithUser(session ? session->user() : nullptr);
-        __updateStateOfPages(false);
+        updateStateOfPages(false);
     } else if (context == ProjectsContext || context == WorkspacesContext) {
         const VLRWorkspaceList workspaces = session ? session->workspaces() : VLRWorkspaceList();
         if (m_parts.workspacesViewController)
@@ -68,21 +68,21 @@ void MainViewController::observeValueForKeyPath(const QString& keyPath, VLRObjec
         if (m_parts.fileDropViewController)
             m_parts.fileDropViewController->updateWorkspaces(workspaces);
     } else if (context == CurrentDownloadContext) {
-        __handleCurrentDownloadChange(keyPath, change);
+        handleCurrentDownloadChange(keyPath, change);
     } else if (context == CurrentUploadContext) {
-        __handleCurrentUploadChange(keyPath, change);
+        handleCurrentUploadChange(keyPath, change);
     } else if (context == UploaderTransfersContext) {
         if (m_parts.transfersViewController)
             m_parts.transfersViewController->setUploads(uploader ? uploader->transfers() : noTransfers);
-        __updateStatusIndication(session);
+        updateStatusIndication(session);
     } else if (context == DownloaderTransfersContext) {
         if (m_parts.transfersViewController)
             m_parts.transfersViewController->setDownloads(downloader ? downloader->transfers() : noTransfers);
-        __updateStatusIndication(session);
+        updateStatusIndication(session);
     } else if (context == CompletedTransfersContext) {
         if (m_parts.transfersViewController)
             m_parts.transfersViewController->setCompleted(session ? session->completedTransfers() : noTransfers);
-        __updateStatusIndication(session);
+        updateStatusIndication(session);
     } else if (context == UploaderThroughputContext) {
         if (m_parts.transfersViewController && uploader)
             m_parts.transfersViewController->updateUploadThroughput(uploader->throughput());
@@ -101,11 +101,11 @@ void MainViewController::observeValueForKeyPath(const QString& keyPath, VLRObjec
         if (m_parts.transfersViewController && session)
             m_parts.transfersViewController->setTransfersPaused(session->transfersPaused());
     } else if (context == SyncingListsContext) {
-        __updateStatusIndication(session);
-        __updateStateOfPages(true);
+        updateStatusIndication(session);
+        updateStateOfPages(true);
     } else if (context == SyncingWorkspacesContext || context == UploaderCurrentTransferContext
                || context == DownloaderCurrentTransferContext || context == OverallOperationsContext) {
-        __updateStatusIndication(session);
+        updateStatusIndication(session);
     } else if (context == InstallersContext) {
         if (m_parts.marketplaceViewController)
             m_parts.marketplaceViewController->updateInstallers(session ? session->installers() : noInstallers);
@@ -119,7 +119,7 @@ void MainViewController::observeValueForKeyPath(const QString& keyPath, VLRObjec
         if (m_parts.marketplaceViewController)
             m_parts.marketplaceViewController->updateNotInstalled(updater ? updater->notInstalled() : noInstallers);
     } else if (context == PurchasesContext) {
-        __showHideMarketplaceTab(session);
+        showHideMarketplaceTab(session);
         if (m_parts.marketplaceViewController)
             m_parts.marketplaceViewController->updatePurchases(session ? session->purchases() : VLRPurchaseList());
     }
@@ -127,7 +127,7 @@ void MainViewController::observeValueForKeyPath(const QString& keyPath, VLRObjec
     // through this controller.
 }
 
-void MainViewController::__handleCurrentDownloadChange(const QString& keyPath, const vlr::KeyValueChange& change)
+void MainViewController::handleCurrentDownloadChange(const QString& keyPath, const vlr::KeyValueChange& change)
 {
     const VLRTransferReportingPtr transfer = m_currentDownload;
     if (transfer && keyPath == QLatin1String("finished")) {
@@ -160,7 +160,7 @@ void MainViewController::__handleCurrentDownloadChange(const QString& keyPath, c
         m_parts.transfersViewController->setDownloads(m_userSession->downloader()->transfers());
 }
 
-void MainViewController::__handleCurrentUploadChange(const QString& keyPath, const vlr::KeyValueChange& change)
+void MainViewController::handleCurrentUploadChange(const QString& keyPath, const vlr::KeyValueChange& change)
 {
     const VLRTransferReportingPtr transfer = m_currentUpload;
     // The null placeholder passes the first test; the transfer's own error
@@ -177,7 +177,7 @@ void MainViewController::__handleCurrentUploadChange(const QString& keyPath, con
         m_parts.transfersViewController->setUploads(m_userSession->uploader()->transfers());
 }
 
-void MainViewController::__trackCurrentTransfers(const VLRUserSessionPtr& session)
+void MainViewController::trackCurrentTransfers(const VLRUserSessionPtr& session)
 {
     const VLRTransferReportingPtr upload = session->uploader() ? session->uploader()->currentTransfer() : nullptr;
     const VLRTransferReportingPtr download = session->downloader() ? session->downloader()->currentTransfer() : nullptr;
@@ -205,7 +205,7 @@ void MainViewController::__trackCurrentTransfers(const VLRUserSessionPtr& sessio
     }
 }
 
-void MainViewController::__releaseCurrentTransfers()
+void MainViewController::releaseCurrentTransfers()
 {
     if (m_currentUpload) {
         for (const char* key : transferKeyPaths)
@@ -219,7 +219,7 @@ void MainViewController::__releaseCurrentTransfers()
     }
 }
 
-void MainViewController::__updateStateOfPages(bool withMarketplace)
+void MainViewController::updateStateOfPages(bool withMarketplace)
 {
     if (m_parts.workspacesViewController)
         m_parts.workspacesViewController->updateState();

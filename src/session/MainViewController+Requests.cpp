@@ -8,10 +8,10 @@
 #include "service/VLRUserSession.h"
 #include "service/VLRWorkspace.h"
 #include "session/VLRNotificationScheduling.h"
-#include "session/VLRText.h"
-#include "session/VLRUserNotificationKeys.h"
+#include "app/VLRText.h"
+#include "app/VLRUserNotificationKeys.h"
 #include "session/WorkspaceLocationDelegate.h"
-#include "shell/AppFlavor.h"
+#include "app/AppFlavor.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -199,7 +199,7 @@ void MainViewController::fileDropViewControllerUploadedFiles(FileDropPage*, cons
             return;
         }
     }
-    __selectTab(TransfersTab);
+    selectTab(TransfersTab);
     if (m_parts.transfersViewController)
         m_parts.transfersViewController->showTab(TransfersPage::UploadsList, QString());
     if (completionHandler)
@@ -226,5 +226,5 @@ void MainViewController::workspaceViewControllerDidReceiveFiles(WorkspacesPage*,
 {
     if (m_parts.fileDropViewController)
         m_parts.fileDropViewController->selectWorkspace(forWorkspace);
-    __showFileDropTabWithFiles(files);
+    showFileDropTabWithFiles(files);
 }

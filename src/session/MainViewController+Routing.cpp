@@ -9,9 +9,9 @@
 #include "service/VLRUserSession.h"
 #include "service/VLRWorkspace.h"
 #include "session/VLRNotificationScheduling.h"
-#include "session/VLRText.h"
-#include "session/VLRUserNotificationKeys.h"
-#include "shell/AppFlavor.h"
+#include "app/VLRText.h"
+#include "app/VLRUserNotificationKeys.h"
+#include "app/AppFlavor.h"
 
 bool MainViewController::userNotificationCenterShouldPresentNotification(VLRUserNotificationCenter*,
                                                                          const VLRUserNotificationPtr&)
@@ -31,9 +31,9 @@ void MainViewController::userNotificationCenterDidActivateNotification(VLRUserNo
 
     if (type == VLRUserNotificationTypeTransferFailed) {
         if (activation == VLRUserNotificationActivationTypeContentsClicked)
-            __showTransfersTab(TransfersPage::CompletedList, objectId);
+            showTransfersTab(TransfersPage::CompletedList, objectId);
     } else if (type == VLRUserNotificationTypePasswordChanged) {
-        __openPopoverIfClosed();
+        openPopoverIfClosed();
     } else if (type == VLRUserNotificationTypeDownloadCompleted) {
         const QString path = userInfo.value(VLRUserNotificationFilePathKey).toString();
         if (!path.isEmpty() && VLRFileManager::fileExistsAtPath(path))
@@ -45,7 +45,7 @@ void MainViewController::userNotificationCenterDidActivateNotification(VLRUserNo
             m_parts.marketplaceViewController->downloadAndInstallInstallerWithID(objectId);
     } else if (type == VLRUserNotificationTypeUpdateAvailable
                && activation == VLRUserNotificationActivationTypeContentsClicked) {
-        __showUpdates();
+        showUpdates();
     } else if (type == VLRUserNotificationTypeCCAboutToExpire || type == VLRUserNotificationTypeCCExpired) {
         // Only a web page of the service is opened from here, never a file.
         const QUrl url(objectId);

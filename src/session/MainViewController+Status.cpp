@@ -6,7 +6,7 @@
 #include "service/VLRInstallerUpdater.h"
 #include "service/VLRTransferQueue.h"
 #include "service/VLRUserSession.h"
-#include "shell/AppFlavor.h"
+#include "app/AppFlavor.h"
 #include "widgets/StatusItemImageView.h"
 
 namespace {
@@ -17,7 +17,7 @@ constexpr int BusyState = 3;
 
 } // namespace
 
-void MainViewController::__updateStatusIndication(const VLRUserSessionPtr& session)
+void MainViewController::updateStatusIndication(const VLRUserSessionPtr& session)
 {
     int state = SignedOutState;
     if (session) {
@@ -38,9 +38,9 @@ void MainViewController::__updateStatusIndication(const VLRUserSessionPtr& sessi
         const bool active = uploading || downloading || installing || session->syncingWorkspaces();
         if (AppFlavor::supportsAnimatedStatusIcon() && active)
             state = BusyState;
-        __trackCurrentTransfers(session);
+        trackCurrentTransfers(session);
     } else {
-        __releaseCurrentTransfers();
+        releaseCurrentTransfers();
         if (m_parts.tabSelectorViewController) {
             m_parts.tabSelectorViewController->setBadgeValue(0, TransfersTab, false);
             m_parts.tabSelectorViewController->setBadgeValue(0, MarketplaceTab, false);
@@ -62,7 +62,7 @@ void MainViewController::togglePopover()
     m_parts.popover->showRelativeToRect(anchor ? anchor->geometry() : QRect(), anchor, Popover::MaxYEdge);
 }
 
-void MainViewController::__openPopoverIfClosed()
+void MainViewController::openPopoverIfClosed()
 {
     if (m_parts.popover && !m_parts.popover->isShown())
         togglePopover();
@@ -70,24 +70,24 @@ void MainViewController::__openPopoverIfClosed()
 
 void MainViewController::showFileDropView()
 {
-    __openPopoverIfClosed();
-    __selectTab(FileDropTab);
+    openPopoverIfClosed();
+    selectTab(FileDropTab);
 }
 
-void MainViewController::__showTransfersTab(int list, const QString& andSelectTransfer)
+void MainViewController::showTransfersTab(int list, const QString& andSelectTransfer)
 {
-    __openPopoverIfClosed();
-    __selectTab(TransfersTab);
+    openPopoverIfClosed();
+    selectTab(TransfersTab);
     if (m_parts.transfersViewController)
         m_parts.transfersViewController->showTab(list, andSelectTransfer);
 }
 
-void MainViewController::__showUpdates()
+void MainViewController::showUpdates()
 {
     if (!m_parts.marketplaceViewController)
         return;
-    __openPopoverIfClosed();
-    __selectTab(MarketplaceTab);
+    openPopoverIfClosed();
+    selectTab(MarketplaceTab);
     m_parts.marketplaceViewController->showUpdatesTab();
 }
 
@@ -100,27 +100,27 @@ void MainViewController::statusItemImageViewDidReceiveMouseDownEvent(StatusItemI
 void MainViewController::statusItemImageViewDidReceiveDragEvent(StatusItemImageView* view)
 {
     m_statusItemImageView = view;
-    __openPopoverIfClosed();
+    openPopoverIfClosed();
     viewDidReceiveDraggingEvent(nullptr);
 }
 
 void MainViewController::statusItemImageViewDidReceiveFiles(StatusItemImageView* view, const QStringList& files)
 {
     m_statusItemImageView = view;
-    __openPopoverIfClosed();
-    __showFileDropTabWithFiles(files);
+    openPopoverIfClosed();
+    showFileDropTabWithFiles(files);
 }
 
 void MainViewController::viewDidReceiveDroppedFiles(VLRView*, const QStringList& files)
 {
-    __showFileDropTabWithFiles(files);
+    showFileDropTabWithFiles(files);
 }
 
 void MainViewController::viewDidReceiveDraggingEvent(VLRView*)
 {
     // On the workspaces page the drag may end on a workspace's row.
     if (!m_tabView || m_tabView->currentIndex() != WorkspacesTab)
-        __selectTab(FileDropTab);
+        selectTab(FileDropTab);
 }
 
 void MainViewController::fileDropViewControllerWantsPopUpToggled(FileDropPage*)

@@ -3,9 +3,9 @@
 #include "session/MainViewController.h"
 
 #include "service/VLRUserSession.h"
-#include "shell/AppFlavor.h"
+#include "app/AppFlavor.h"
 
-void MainViewController::__selectTab(int tab)
+void MainViewController::selectTab(int tab)
 {
     if (m_parts.tabSelectorViewController)
         m_parts.tabSelectorViewController->selectTab(tab);
@@ -24,7 +24,7 @@ bool MainViewController::tabSelectorViewControllerShouldSelectTab(TabBar*, int t
 {
     if (m_userSession || tab == LoginTab || tab == PreferencesTab)
         return true;
-    __showLoginTab();
+    showLoginTab();
     return false;
 }
 
@@ -36,10 +36,10 @@ void MainViewController::tabSelectorViewControllerDidSelectTab(TabBar*, int tab)
 
 void MainViewController::tabSelectorViewControllerDidReceiveDroppedFiles(TabBar*, const QStringList& files)
 {
-    __showFileDropTabWithFiles(files);
+    showFileDropTabWithFiles(files);
 }
 
-void MainViewController::__showHideMarketplaceTab(const VLRUserSessionPtr& session)
+void MainViewController::showHideMarketplaceTab(const VLRUserSessionPtr& session)
 {
     const bool wanted = session && (session->hasPurchases() || !session->purchases().isEmpty())
                         && AppFlavor::supportsTabType(MarketplaceTab);
@@ -50,7 +50,7 @@ void MainViewController::__showHideMarketplaceTab(const VLRUserSessionPtr& sessi
         m_parts.tabSelectorViewController->enableDisableTabs();
 }
 
-void MainViewController::__showHideSettingsTab()
+void MainViewController::showHideSettingsTab()
 {
     // Once available the settings tab stays so, signed in or not.
     if (!AppFlavor::supportsTabType(PreferencesTab) || m_settingsTabShown)
@@ -60,9 +60,9 @@ void MainViewController::__showHideSettingsTab()
         m_parts.tabSelectorViewController->enableDisableTabs();
 }
 
-void MainViewController::__showLoginTab()
+void MainViewController::showLoginTab()
 {
-    __selectTab(LoginTab);
+    selectTab(LoginTab);
     if (!m_tabView)
         return;
     for (int i = 0; i < m_tabView->count(); ++i)
@@ -70,11 +70,11 @@ void MainViewController::__showLoginTab()
             m_tabView->setCurrentIndex(i);
 }
 
-void MainViewController::__showFileDropTabWithFiles(const QStringList& files)
+void MainViewController::showFileDropTabWithFiles(const QStringList& files)
 {
     if (m_parts.fileDropViewController)
         m_parts.fileDropViewController->updateFiles(files);
-    __selectTab(FileDropTab);
+    selectTab(FileDropTab);
 }
 
 void MainViewController::marketplaceViewControllerDidChangeUpdateCountTo(MarketplacePage*, qint64 count, bool isWarning)
@@ -85,5 +85,5 @@ void MainViewController::marketplaceViewControllerDidChangeUpdateCountTo(Marketp
 
 void MainViewController::workspaceViewControllerCreateWorkspaceClicked()
 {
-    __selectTab(FileDropTab);
+    selectTab(FileDropTab);
 }

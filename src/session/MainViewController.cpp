@@ -177,20 +177,20 @@ void MainViewController::preferencesViewControllerDidModifyArchiveMode(Preferenc
 
 void MainViewController::preferencesViewControllerWantsLogIn(PreferencesPage*)
 {
-    __showLoginTab();
+    showLoginTab();
 }
 
 void MainViewController::preferencesViewControllerWantsLogOut(PreferencesPage*)
 {
-    __signOut();
+    signOut();
 }
 
 void MainViewController::preferencesViewControllerWantsHelp(PreferencesPage*)
 {
-    __openHelp();
+    openHelp();
 }
 
 void MainViewController::preferencesViewControllerWantsQuit(PreferencesPage*)
 {
-    __quit();
+    quit();
 }

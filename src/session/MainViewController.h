@@ -8,7 +8,7 @@
 #include "session/TabSelectorViewControllerDelegate.h"
 #include "signin/LoginMfaViewControllerDelegate.h"
 #include "signin/LoginViewControllerDelegate.h"
-#include "signin/PreferencesViewControllerDelegate.h"
+#include "preferences/PreferencesViewControllerDelegate.h"
 #include "transfers/TransfersViewControllerDelegate.h"
 #include "widgets/StatusItemImageView.h"
 #include "widgets/StatusItemImageViewDelegate.h"
@@ -174,26 +174,26 @@ public:
     StatusItemImageView* statusItemImageView() const;
 
 private:
-    void __signOut();
-    void __logOutThen(const std::function<void()>& afterUnbinding);
-    void __quit();
-    void __openHelp();
-    void __updateStatusIndication(const VLRUserSessionPtr& session);
-    void __trackCurrentTransfers(const VLRUserSessionPtr& session);
-    void __releaseCurrentTransfers();
-    void __handleCurrentDownloadChange(const QString& keyPath, const vlr::KeyValueChange& change);
-    void __handleCurrentUploadChange(const QString& keyPath, const vlr::KeyValueChange& change);
-    void __showHideMarketplaceTab(const VLRUserSessionPtr& session);
-    void __showHideSettingsTab();
-    void __showLoginTab();
-    void __showFileDropTabWithFiles(const QStringList& files);
-    void __showTransfersTab(int list, const QString& andSelectTransfer);
-    void __showUpdates();
-    void __openPopoverIfClosed();
-    void __selectTab(int tab);
-    void __addSessionObservers(const VLRUserSessionPtr& session);
-    void __removeSessionObservers(const VLRUserSessionPtr& session);
-    void __updateStateOfPages(bool withMarketplace);
+    void signOut();
+    void logOutThen(const std::function<void()>& afterUnbinding);
+    void quit();
+    void openHelp();
+    void updateStatusIndication(const VLRUserSessionPtr& session);
+    void trackCurrentTransfers(const VLRUserSessionPtr& session);
+    void releaseCurrentTransfers();
+    void handleCurrentDownloadChange(const QString& keyPath, const vlr::KeyValueChange& change);
+    void handleCurrentUploadChange(const QString& keyPath, const vlr::KeyValueChange& change);
+    void showHideMarketplaceTab(const VLRUserSessionPtr& session);
+    void showHideSettingsTab();
+    void showLoginTab();
+    void showFileDropTabWithFiles(const QStringList& files);
+    void showTransfersTab(int list, const QString& andSelectTransfer);
+    void showUpdates();
+    void openPopoverIfClosed();
+    void selectTab(int tab);
+    void addSessionObservers(const VLRUserSessionPtr& session);
+    void removeSessionObservers(const VLRUserSessionPtr& session);
+    void updateStateOfPages(bool withMarketplace);
 
     ApplicationRoot* m_application;
     MainViewControllerParts m_parts;

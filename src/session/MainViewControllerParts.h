@@ -5,7 +5,7 @@
 #include "session/TabBar.h"
 #include "signin/LoginMfaPage.h"
 #include "signin/LoginPage.h"
-#include "signin/PreferencesPage.h"
+#include "preferences/PreferencesPage.h"
 #include "transfers/TransfersPage.h"
 #include "workspaces/FileDropPage.h"
 #include "workspaces/WorkspacesPage.h"

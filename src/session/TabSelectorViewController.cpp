@@ -1,8 +1,8 @@
 #include "session/TabSelectorViewController.h"
 
 #include "session/TabSelectorViewControllerDelegate.h"
-#include "shell/AppFlavor.h"
-#include "widgets/VLRColors.h"
+#include "app/AppFlavor.h"
+#include "app/VLRColors.h"
 #include "widgets/VLRDropTargetButton.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRView.h"
@@ -83,7 +83,7 @@ QWidget* TabSelectorViewController::view()
     return m_view;
 }
 
-VLRButton* TabSelectorViewController::__makeButton(VLRButton* button, int tab, int x)
+VLRButton* TabSelectorViewController::makeButton(VLRButton* button, int tab, int x)
 {
     button->setProperty("tag", tab);
     button->setGeometry(x, (BarHeight - ButtonSize) / 2, ButtonSize, ButtonSize);
@@ -109,20 +109,20 @@ void TabSelectorViewController::loadView()
     m_marketplaceButton = new VLRButton(m_view);
     m_transfersButton = new VLRButton(m_view);
     m_settingsButton = new VLRButton(m_view);
-    __makeButton(m_fileDropButton, FileDropTab, slot(FileDropTab));
-    __makeButton(m_workspacesButton, WorkspacesTab, slot(WorkspacesTab));
-    __makeButton(m_marketplaceButton, MarketplaceTab, slot(MarketplaceTab));
-    __makeButton(m_transfersButton, TransfersTab, slot(TransfersTab));
-    __makeButton(m_settingsButton, SettingsTab, slot(SettingsTab));
+    makeButton(m_fileDropButton, FileDropTab, slot(FileDropTab));
+    makeButton(m_workspacesButton, WorkspacesTab, slot(WorkspacesTab));
+    makeButton(m_marketplaceButton, MarketplaceTab, slot(MarketplaceTab));
+    makeButton(m_transfersButton, TransfersTab, slot(TransfersTab));
+    makeButton(m_settingsButton, SettingsTab, slot(SettingsTab));
 
     m_activeUploads = false;
     m_activeDownloads = false;
     // Already tells the delegate, which is why it is set before the view loads.
-    __setSelectedTab(0);
+    setSelectedTab(0);
     m_fileDropButton->setDelegate(this);
     m_workspacesButton->setDelegate(this);
     for (const PlainTabImages& images : plainTabs) {
-        VLRButton* button = __buttonForTab(images.tab);
+        VLRButton* button = buttonForTab(images.tab);
         button->setMouseOverImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(images.mouseOver)));
         button->setClickedImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(images.selected)));
     }
@@ -134,7 +134,7 @@ void TabSelectorViewController::loadView()
     m_transfersButton->setBadgeOffset(QPointF(-2, -12));
 }
 
-VLRButton* TabSelectorViewController::__buttonForTab(int tab) const
+VLRButton* TabSelectorViewController::buttonForTab(int tab) const
 {
     switch (tab) {
     case FileDropTab:
@@ -157,7 +157,7 @@ void TabSelectorViewController::selectTab(int tab)
     view();
     if (m_delegate && !m_delegate->tabSelectorViewControllerShouldSelectTab(this, tab))
         return;
-    __setSelectedTab(tab);
+    setSelectedTab(tab);
 }
 
 void TabSelectorViewController::tabButtonClicked(VLRButton* button)
@@ -165,21 +165,21 @@ void TabSelectorViewController::tabButtonClicked(VLRButton* button)
     selectTab(tagOf(button));
 }
 
-void TabSelectorViewController::__setSelectedTab(int tab)
+void TabSelectorViewController::setSelectedTab(int tab)
 {
     m_selectedTab = tab;
-    __setTransfersTabIcon();
+    setTransfersTabIcon();
     for (const PlainTabImages& images : plainTabs) {
-        VLRButton* button = __buttonForTab(images.tab);
+        VLRButton* button = buttonForTab(images.tab);
         button->setDefaultImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(images.tab == tab ? images.selected : images.unselected)));
     }
     for (const PlainTabImages& images : plainTabs)
-        __buttonForTab(images.tab)->setMouseOverStyle(images.tab == tab ? VLRMouseOverStyleNone : VLRMouseOverStyleImage);
+        buttonForTab(images.tab)->setMouseOverStyle(images.tab == tab ? VLRMouseOverStyleNone : VLRMouseOverStyleImage);
     if (m_delegate)
         m_delegate->tabSelectorViewControllerDidSelectTab(this, tab);
 }
 
-void TabSelectorViewController::__setTransfersTabIcon()
+void TabSelectorViewController::setTransfersTabIcon()
 {
     if (!m_transfersButton)
         return;
@@ -195,13 +195,13 @@ void TabSelectorViewController::showActiveUploads(bool uploads, bool downloads)
 {
     m_activeUploads = uploads;
     m_activeDownloads = downloads;
-    __setTransfersTabIcon();
+    setTransfersTabIcon();
 }
 
 void TabSelectorViewController::setBadgeValue(qint64 value, int forTab, bool isWarning)
 {
     view();
-    if (VLRButton* button = __buttonForTab(forTab)) {
+    if (VLRButton* button = buttonForTab(forTab)) {
         button->setBadgeIsWarning(isWarning);
         button->setBadgeValue(value);
     }

@@ -47,10 +47,10 @@ public:
 
 private:
     void loadView();
-    void __setSelectedTab(int tab);
-    void __setTransfersTabIcon();
-    VLRButton* __buttonForTab(int tab) const;
-    VLRButton* __makeButton(VLRButton* button, int tab, int x);
+    void setSelectedTab(int tab);
+    void setTransfersTabIcon();
+    VLRButton* buttonForTab(int tab) const;
+    VLRButton* makeButton(VLRButton* button, int tab, int x);
 
     QPointer<VLRView> m_view;
     int m_selectedTab = 0;

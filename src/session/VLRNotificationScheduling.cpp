@@ -3,8 +3,8 @@
 #include "platform/VLRUserDefaults.h"
 #include "platform/VLRUserNotificationCenter.h"
 #include "service/VLRLogFormat.h"
-#include "session/VLRUserNotificationKeys.h"
-#include "shell/VLRUserDefaultsKeys.h"
+#include "app/VLRUserNotificationKeys.h"
+#include "app/VLRUserDefaultsKeys.h"
 
 namespace {
 
@@ -33,7 +33,7 @@ bool notificationsOn()
 VLRUserNotificationPtr schedule(const QString& title, const QString& text, const QString& actionButtonTitle,
                                 const QVariantMap& userInfo)
 {
-    VLRUserNotificationPtr notification = __notificationWithTitle(title, text, actionButtonTitle);
+    VLRUserNotificationPtr notification = notificationWithTitle(title, text, actionButtonTitle);
     if (!userInfo.isEmpty())
         notification->setUserInfo(userInfo);
     if (VLRUserNotificationCenter* center = VLRUserNotificationCenter::defaultUserNotificationCenter())
@@ -75,7 +75,7 @@ VLRUserNotificationPtr vlr_scheduledNotificationWithTitle(const QString& title, 
     return schedule(title, text, actionButtonTitle, userInfo);
 }
 
-VLRUserNotificationPtr __notificationWithTitle(const QString& title, const QString& text,
+VLRUserNotificationPtr notificationWithTitle(const QString& title, const QString& text,
                                                const QString& actionButtonTitle)
 {
     VLRLogFormat(5, QStringLiteral("SDKClient"), "User Notification: %@: %@", title, text);

@@ -23,7 +23,7 @@ VLRUserNotificationPtr vlr_scheduledNotificationWithTitle(const QString& title, 
                                                           const QUrl& fileURL, const QString& type);
 
 // Makes a notification, spaced after the last one, without scheduling it.
-VLRUserNotificationPtr __notificationWithTitle(const QString& title, const QString& text,
+VLRUserNotificationPtr notificationWithTitle(const QString& title, const QString& text,
                                                const QString& actionButtonTitle);
 
 namespace vlr {

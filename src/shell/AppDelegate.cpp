@@ -15,13 +15,13 @@
 #include "service/VLRVersionInfo.h"
 #include "session/MainViewController.h"
 #include "session/VLRNotificationScheduling.h"
-#include "session/VLRText.h"
-#include "session/VLRUserNotificationKeys.h"
-#include "shell/AppFlavor.h"
+#include "app/VLRText.h"
+#include "app/VLRUserNotificationKeys.h"
+#include "app/AppFlavor.h"
 #include "shell/GtkBookmarks.h"
-#include "shell/HelperProgram.h"
+#include "platform/HelperProgram.h"
 #include "shell/VLRStatusItem.h"
-#include "shell/VLRUserDefaultsKeys.h"
+#include "app/VLRUserDefaultsKeys.h"
 #include "shell/XdgAutostart.h"
 #include "widgets/StatusItemImageView.h"
 
@@ -61,7 +61,7 @@ AppDelegate::~AppDelegate()
 
 void AppDelegate::awakeFromNib()
 {
-    __setDefaultUserDefaults();
+    setDefaultUserDefaults();
 
     m_mainViewController = std::make_unique<MainViewController>(
         m_partsFactory ? m_partsFactory() : MainViewControllerParts(), this);
@@ -71,7 +71,7 @@ void AppDelegate::awakeFromNib()
                                                AppFlavor::supportsAnimatedStatusIcon());
     m_statusItemView->setDelegate(m_mainViewController.get());
     connect(m_statusItem.get(), &VLRStatusItem::quitRequested, this, &AppDelegate::terminate);
-    connect(m_statusItem.get(), &VLRStatusItem::moved, this, &AppDelegate::__statusItemDidMove);
+    connect(m_statusItem.get(), &VLRStatusItem::moved, this, &AppDelegate::statusItemDidMove);
     m_statusItem->setView(m_statusItemView);
 
     m_mainViewController->loadView();
@@ -94,7 +94,7 @@ void AppDelegate::applicationDidFinishLaunching()
     if (!environment.isEmpty())
         VLREnvironment::setEnvironmentWithDomainName(environment);
 
-    __softwareUpdateTimer();
+    softwareUpdateTimer();
 
     if (m_launchedAsLoginItem)
         m_skipOpeningPop = true;
@@ -153,7 +153,7 @@ StatusItemImageView* AppDelegate::statusItemView()
     return m_statusItemView;
 }
 
-void AppDelegate::__statusItemDidMove(const QRectF& frame)
+void AppDelegate::statusItemDidMove(const QRectF& frame)
 {
     const QRectF old = m_statusItemFrame;
     m_statusItemFrame = frame;
@@ -196,7 +196,7 @@ QString AppDelegate::userFolderPath()
     return QStringLiteral("%1/Veluria/").arg(QDir::homePath());
 }
 
-void AppDelegate::__setDefaultUserDefaults()
+void AppDelegate::setDefaultUserDefaults()
 {
     VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
     if (!defaults->objectForKey(VLRUserDefaultsKeyFirstLaunchDate).isValid()) {
@@ -222,24 +222,24 @@ void AppDelegate::checkForSoftwareUpdates()
 {
     if (m_updateTimer)
         m_updateTimer->stop();
-    __softwareUpdateTimer();
+    softwareUpdateTimer();
 }
 
-void AppDelegate::__scheduleUpdateTimer()
+void AppDelegate::scheduleUpdateTimer()
 {
     VLRMainQueue::dispatchAsync(this, [this] {
         auto* timer = new QTimer(this);
         timer->setSingleShot(true);
-        connect(timer, &QTimer::timeout, this, &AppDelegate::__softwareUpdateTimer);
+        connect(timer, &QTimer::timeout, this, &AppDelegate::softwareUpdateTimer);
         connect(timer, &QTimer::timeout, timer, &QObject::deleteLater);
         timer->start(SoftwareUpdateIntervalSeconds * 1000);
         m_updateTimer = timer;
     });
 }
 
-void AppDelegate::__softwareUpdateTimer()
+void AppDelegate::softwareUpdateTimer()
 {
-    __scheduleUpdateTimer();
+    scheduleUpdateTimer();
     if (VLRReachabilityManager::sharedReachabilityManager().currentNetworkStatus() == VLRReachabilityManager::NotReachable)
         return;
     std::shared_ptr<VLRVersionChecker> checker = VLRVersionChecker::create();

@@ -72,16 +72,16 @@ public:
     // "~/Veluria/": where downloads go by default.
     static QString userFolderPath();
 
-    void __statusItemDidMove(const QRectF& frame);
+    void statusItemDidMove(const QRectF& frame);
 
 signals:
     // The stop was accepted: the event loop may end.
     void terminated();
 
 private:
-    void __setDefaultUserDefaults();
-    void __scheduleUpdateTimer();
-    void __softwareUpdateTimer();
+    void setDefaultUserDefaults();
+    void scheduleUpdateTimer();
+    void softwareUpdateTimer();
 
     PartsFactory m_partsFactory;
     bool m_skipOpeningPop = false;

@@ -4,7 +4,7 @@
 #include "session/VLRPopover.h"
 #include "signin/LoginMfaViewController.h"
 #include "signin/LoginViewController.h"
-#include "signin/PreferencesViewController.h"
+#include "preferences/PreferencesViewController.h"
 
 MainViewControllerParts makeClientParts()
 {

@@ -1,7 +1,7 @@
 #include "shell/VLRStatusItem.h"
 
 #include "platform/VLRDesktopAppearance.h"
-#include "session/VLRText.h"
+#include "app/VLRText.h"
 #include "widgets/StatusItemImageView.h"
 
 #include <QCursor>
@@ -26,20 +26,20 @@ VLRStatusItem::VLRStatusItem(QObject* parent)
     , m_menu(new QMenu())
     , m_appearance(new VLRDesktopAppearance(QDBusConnection::sessionBus(), this))
 {
-    m_menu->addAction(vlr::localized("Open Veluria"), this, &VLRStatusItem::__pressView);
+    m_menu->addAction(vlr::localized("Open Veluria"), this, &VLRStatusItem::pressView);
     m_menu->addSeparator();
     m_menu->addAction(vlr::localized("Quit Veluria"), this, &VLRStatusItem::quitRequested);
 
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (bus.isConnected()) {
         m_watcher = new QDBusServiceWatcher(StatusNotifierWatcher, bus, QDBusServiceWatcher::WatchForRegistration, this);
-        connect(m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &VLRStatusItem::__createTrayIconIfPossible);
+        connect(m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &VLRStatusItem::createTrayIconIfPossible);
     }
     // Trays that embed the icon know its place; it is looked at once a second,
     // so that the popover can follow when the panel rearranges its icons.
     m_placeWatch = new QTimer(this);
     m_placeWatch->setInterval(PlaceWatchMilliseconds);
-    connect(m_placeWatch, &QTimer::timeout, this, &VLRStatusItem::__followTrayIcon);
+    connect(m_placeWatch, &QTimer::timeout, this, &VLRStatusItem::followTrayIcon);
     connect(m_appearance, &VLRDesktopAppearance::darkModeChanged, this, [this](bool dark) {
         if (m_view)
             m_view->setDarkMode(dark);
@@ -69,10 +69,10 @@ void VLRStatusItem::setView(StatusItemImageView* view)
         if (m_trayIcon)
             m_trayIcon->setIcon(QIcon(image));
     });
-    __createTrayIconIfPossible();
+    createTrayIconIfPossible();
 }
 
-void VLRStatusItem::__createTrayIconIfPossible()
+void VLRStatusItem::createTrayIconIfPossible()
 {
     if (m_trayIcon || !m_view)
         return;
@@ -88,13 +88,13 @@ void VLRStatusItem::__createTrayIconIfPossible()
     m_trayIcon->setContextMenu(m_menu);
     connect(m_trayIcon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::MiddleClick)
-            __pressView();
+            pressView();
     });
     m_trayIcon->show();
     m_placeWatch->start();
 }
 
-void VLRStatusItem::__followTrayIcon()
+void VLRStatusItem::followTrayIcon()
 {
     const QRect place = m_trayIcon ? m_trayIcon->geometry() : QRect();
     if (!m_view || place.isEmpty() || place == m_view->geometry())
@@ -103,7 +103,7 @@ void VLRStatusItem::__followTrayIcon()
     emit moved(QRectF(place));
 }
 
-void VLRStatusItem::__pressView()
+void VLRStatusItem::pressView()
 {
     if (!m_view)
         return;
@@ -114,6 +114,6 @@ void VLRStatusItem::__pressView()
         m_view->setGeometry(QRect(QCursor::pos() - QPoint(StatusItemSize / 2, StatusItemSize / 2),
                                   QSize(StatusItemSize, StatusItemSize)));
     else
-        __followTrayIcon();
+        followTrayIcon();
     m_view->simulateClick();
 }

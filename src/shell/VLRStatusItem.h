@@ -39,9 +39,9 @@ signals:
     void moved(const QRectF& frame);
 
 private:
-    void __createTrayIconIfPossible();
-    void __pressView();
-    void __followTrayIcon();
+    void createTrayIconIfPossible();
+    void pressView();
+    void followTrayIcon();
 
     QPointer<StatusItemImageView> m_view;
     QSystemTrayIcon* m_trayIcon = nullptr;

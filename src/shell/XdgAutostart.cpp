@@ -199,7 +199,7 @@ QString XdgAutostart::execLine() const
     return quoteArgument(m_program) + QLatin1Char(' ') + LaunchArguments::AutostartOption;
 }
 
-QString XdgAutostart::__firstEntryOfProgram() const
+QString XdgAutostart::firstEntryOfProgram() const
 {
     if (!isAvailable())
         return QString();
@@ -221,7 +221,7 @@ QString XdgAutostart::__firstEntryOfProgram() const
 
 bool XdgAutostart::containsProgram() const
 {
-    return !__firstEntryOfProgram().isNull();
+    return !firstEntryOfProgram().isNull();
 }
 
 bool XdgAutostart::insertProgram()
@@ -264,7 +264,7 @@ bool XdgAutostart::insertProgram()
 bool XdgAutostart::removeProgram()
 {
     m_errorString.clear();
-    const QString path = __firstEntryOfProgram();
+    const QString path = firstEntryOfProgram();
     if (path.isNull())
         return false;
     QFile file(path);

@@ -48,7 +48,7 @@ public:
 
 private:
     // The entry files that start this program, first match first.
-    QString __firstEntryOfProgram() const;
+    QString firstEntryOfProgram() const;
 
     QString m_folder;
     QString m_program;

@@ -1,6 +1,6 @@
 #include "signin/EnvironmentPopUp.h"
 
-#include "widgets/VLRColors.h"
+#include "app/VLRColors.h"
 #include "widgets/VLRFonts.h"
 
 #include <QAbstractItemView>

@@ -1,13 +1,13 @@
 #include "signin/LoginMfaViewController.h"
 
 #include "service/VLRLoginVerifier.h"
-#include "session/VLRText.h"
-#include "shell/AppFlavor.h"
+#include "app/VLRText.h"
+#include "app/AppFlavor.h"
 #include "signin/LoginMfaViewControllerDelegate.h"
-#include "signin/PageStyle.h"
-#include "signin/TextFieldEditing.h"
+#include "widgets/PageStyle.h"
+#include "widgets/TextFieldEditing.h"
 #include "widgets/VLRButton.h"
-#include "widgets/VLRColors.h"
+#include "app/VLRColors.h"
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRView.h"
@@ -125,8 +125,8 @@ void LoginMfaViewController::signIn()
 {
     // The code goes as typed: judging it, empty or not, is the service's job.
     const QString code = m_mfaCodeField ? m_mfaCodeField->text() : QString();
-    __enableControls(false);
-    __showErrorMessage(QString(""));
+    enableControls(false);
+    showErrorMessage(QString(""));
     if (!m_loginVerifier)
         return;
     QPointer<LoginMfaViewController> self(this);
@@ -134,27 +134,27 @@ void LoginMfaViewController::signIn()
         code, AppFlavor::supportsMarketplace(),
         [self](const VLRUserSessionPtr& session, const vlr::OptionalError& error) {
             if (self)
-                self->__didVerify(session, error);
+                self->didVerify(session, error);
         });
 }
 
-void LoginMfaViewController::__didVerify(const VLRUserSessionPtr& session, const vlr::OptionalError& error)
+void LoginMfaViewController::didVerify(const VLRUserSessionPtr& session, const vlr::OptionalError& error)
 {
     // The verifier may own the handler that runs now; it stays alive until
     // the handler is over.
     const VLRLoginVerifierPtr verifier = m_loginVerifier;
     if (error && !error->localizedDescription.isNull()) {
         // Verifier and code stay, so that the user can try again.
-        __showErrorMessage(error->localizedDescription);
+        showErrorMessage(error->localizedDescription);
     } else {
-        __showErrorMessage(QString(""));
+        showErrorMessage(QString(""));
         m_loginVerifier.reset();
         if (m_mfaCodeField)
             m_mfaCodeField->clear();
         if (m_delegate)
             m_delegate->didLoginWithSession(session);
     }
-    __enableControls(true);
+    enableControls(true);
 }
 
 void LoginMfaViewController::cancel()
@@ -169,16 +169,16 @@ void LoginMfaViewController::cancel()
         QEvent leave(QEvent::Leave);
         QCoreApplication::sendEvent(m_cancelButton, &leave);
     }
-    __showErrorMessage(QString(""));
+    showErrorMessage(QString(""));
 }
 
 void LoginMfaViewController::controlTextDidBeginEditing(QLineEdit* field)
 {
     if (PageStyle::backgroundColor(field) != QColor(Qt::white))
-        __setBackgroundColorForTextField(Qt::white, field);
+        setBackgroundColorForTextField(Qt::white, field);
 }
 
-void LoginMfaViewController::__enableControls(bool enabled)
+void LoginMfaViewController::enableControls(bool enabled)
 {
     for (QWidget* control : {static_cast<QWidget*>(m_signInButton), static_cast<QWidget*>(m_mfaCodeField),
                              static_cast<QWidget*>(m_cancelButton)})
@@ -189,7 +189,7 @@ void LoginMfaViewController::__enableControls(bool enabled)
         m_cancelButton->setHidden(!enabled);
 }
 
-void LoginMfaViewController::__showErrorMessage(const QString& message)
+void LoginMfaViewController::showErrorMessage(const QString& message)
 {
     if (!m_errorLabel)
         return;
@@ -197,7 +197,7 @@ void LoginMfaViewController::__showErrorMessage(const QString& message)
     m_errorLabel->setText(message);
 }
 
-void LoginMfaViewController::__setBackgroundColorForTextField(const QColor& color, QLineEdit* field)
+void LoginMfaViewController::setBackgroundColorForTextField(const QColor& color, QLineEdit* field)
 {
     if (!field)
         return;

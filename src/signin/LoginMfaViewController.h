@@ -45,10 +45,10 @@ public:
 
 private:
     void loadView();
-    void __didVerify(const VLRUserSessionPtr& session, const vlr::OptionalError& error);
-    void __enableControls(bool enabled);
-    void __showErrorMessage(const QString& message);
-    void __setBackgroundColorForTextField(const QColor& color, QLineEdit* field);
+    void didVerify(const VLRUserSessionPtr& session, const vlr::OptionalError& error);
+    void enableControls(bool enabled);
+    void showErrorMessage(const QString& message);
+    void setBackgroundColorForTextField(const QColor& color, QLineEdit* field);
 
     QPointer<VLRView> m_view;
     QPointer<QLineEdit> m_mfaCodeField;

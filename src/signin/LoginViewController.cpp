@@ -7,15 +7,15 @@
 #include "service/VLRLoginCredentials.h"
 #include "service/VLRUserSession.h"
 #include "service/VLRUtils.h"
-#include "session/VLRText.h"
-#include "shell/AppFlavor.h"
-#include "shell/VLRUserDefaultsKeys.h"
+#include "app/VLRText.h"
+#include "app/AppFlavor.h"
+#include "app/VLRUserDefaultsKeys.h"
 #include "signin/EnvironmentPopUp.h"
 #include "signin/LoginViewControllerDelegate.h"
-#include "signin/PageStyle.h"
-#include "signin/TextFieldEditing.h"
+#include "widgets/PageStyle.h"
+#include "widgets/TextFieldEditing.h"
 #include "widgets/VLRButton.h"
-#include "widgets/VLRColors.h"
+#include "app/VLRColors.h"
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRResponderView.h"
@@ -237,23 +237,23 @@ void LoginViewController::signInBypassUI(bool bypass)
     if (email.isEmpty()) {
         if (bypass)
             return;
-        __setBackgroundColorForTextField(AppFlavor::errorColor(), m_emailField);
-        __showErrorMessage(vlr::localized("Enter your email."));
+        setBackgroundColorForTextField(AppFlavor::errorColor(), m_emailField);
+        showErrorMessage(vlr::localized("Enter your email."));
         return;
     }
     if (password.isEmpty()) {
         if (bypass)
             return;
-        __setBackgroundColorForTextField(AppFlavor::errorColor(), m_passwordField);
-        __showErrorMessage(vlr::localized("Enter your password."));
+        setBackgroundColorForTextField(AppFlavor::errorColor(), m_passwordField);
+        showErrorMessage(vlr::localized("Enter your password."));
         return;
     }
 
-    __enableControls(false);
+    enableControls(false);
     // Every sign-in applies and stores the selected environment, also when
     // the selector was never shown.
     if (m_environmentButton)
-        __updateEnvironment();
+        updateEnvironment();
 
     QPointer<LoginViewController> self(this);
     VLRUserSession::createUserSessionWithLoginCredentials(
@@ -261,15 +261,15 @@ void LoginViewController::signInBypassUI(bool bypass)
         [self, email, password, bypass](const VLRUserSessionPtr& session, const VLRLoginVerifierPtr& verifier,
                                         const vlr::OptionalError& error) {
             if (self)
-                self->__didSignIn(session, verifier, error, email, password, bypass);
+                self->didSignIn(session, verifier, error, email, password, bypass);
         });
 }
 
-void LoginViewController::__didSignIn(const VLRUserSessionPtr& session, const VLRLoginVerifierPtr& verifier,
+void LoginViewController::didSignIn(const VLRUserSessionPtr& session, const VLRLoginVerifierPtr& verifier,
                                       const vlr::OptionalError& error, const QString& email, const QString& password,
                                       bool bypass)
 {
-    __enableControls(true);
+    enableControls(true);
 
     if (!error) {
         // Both are kept before the second factor is known to pass.
@@ -299,7 +299,7 @@ void LoginViewController::__didSignIn(const VLRUserSessionPtr& session, const VL
             m_delegate->currentVersionIsUnsupported();
     }
     // The text of a failed sign-in is always the library's.
-    __showErrorMessage(error->localizedDescription);
+    showErrorMessage(error->localizedDescription);
 }
 
 void LoginViewController::clearPassword()
@@ -328,10 +328,10 @@ void LoginViewController::forgotPassword()
 
 void LoginViewController::environmentChanged()
 {
-    __updateEnvironment();
+    updateEnvironment();
 }
 
-void LoginViewController::__updateEnvironment()
+void LoginViewController::updateEnvironment()
 {
     if (!m_environmentButton || m_environmentButton->currentIndex() < 0)
         return;
@@ -349,7 +349,7 @@ void LoginViewController::__updateEnvironment()
 void LoginViewController::controlTextDidBeginEditing(QLineEdit* field)
 {
     if (PageStyle::backgroundColor(field) != QColor(Qt::white))
-        __setBackgroundColorForTextField(Qt::white, field);
+        setBackgroundColorForTextField(Qt::white, field);
 }
 
 void LoginViewController::responderViewFlagsChanged(VLRResponderView*, QKeyEvent* event)
@@ -370,7 +370,7 @@ bool LoginViewController::eventFilter(QObject* watched, QEvent* event)
     return QObject::eventFilter(watched, event);
 }
 
-void LoginViewController::__showErrorMessage(const QString& message)
+void LoginViewController::showErrorMessage(const QString& message)
 {
     if (!m_errorLabel)
         return;
@@ -378,7 +378,7 @@ void LoginViewController::__showErrorMessage(const QString& message)
     m_errorLabel->setText(message);
 }
 
-void LoginViewController::__enableControls(bool enabled)
+void LoginViewController::enableControls(bool enabled)
 {
     for (QWidget* control : {static_cast<QWidget*>(m_signInButton), static_cast<QWidget*>(m_emailField),
                              static_cast<QWidget*>(m_passwordField)})
@@ -386,7 +386,7 @@ void LoginViewController::__enableControls(bool enabled)
             control->setEnabled(enabled);
 }
 
-void LoginViewController::__setBackgroundColorForTextField(const QColor& color, QLineEdit* field)
+void LoginViewController::setBackgroundColorForTextField(const QColor& color, QLineEdit* field)
 {
     if (!field)
         return;

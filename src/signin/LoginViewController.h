@@ -66,12 +66,12 @@ protected:
 
 private:
     void loadView();
-    void __didSignIn(const VLRUserSessionPtr& session, const VLRLoginVerifierPtr& verifier,
+    void didSignIn(const VLRUserSessionPtr& session, const VLRLoginVerifierPtr& verifier,
                      const vlr::OptionalError& error, const QString& email, const QString& password, bool bypass);
-    void __showErrorMessage(const QString& message);
-    void __enableControls(bool enabled);
-    void __setBackgroundColorForTextField(const QColor& color, QLineEdit* field);
-    void __updateEnvironment();
+    void showErrorMessage(const QString& message);
+    void enableControls(bool enabled);
+    void setBackgroundColorForTextField(const QColor& color, QLineEdit* field);
+    void updateEnvironment();
 
     QPointer<VLRResponderView> m_view;
     QPointer<QLineEdit> m_emailField;

@@ -38,12 +38,12 @@ StatusItemImageView::StatusItemImageView(const QRect& frame, bool supportsAnimat
     setGeometry(frame);
     setAcceptDrops(true);
     m_supportsAnimation = supportsAnimation;
-    __setUpImages();
-    __setUpAnimation();
+    setUpImages();
+    setUpAnimation();
     m_viewState = 1;
 }
 
-QPixmap StatusItemImageView::__imageNamed(const QString& name) const
+QPixmap StatusItemImageView::imageNamed(const QString& name) const
 {
     QSize size = VLRImageCatalogue::naturalSize(name);
     if (!size.isValid())
@@ -53,35 +53,35 @@ QPixmap StatusItemImageView::__imageNamed(const QString& name) const
     return VLRImageCatalogue::imageNamed(name, size, std::max(kMinimumDevicePixelRatio, devicePixelRatioF()));
 }
 
-void StatusItemImageView::__setUpImages()
+void StatusItemImageView::setUpImages()
 {
-    const QPixmap greyedOut = __imageNamed(QStringLiteral("statusItemGreyedOut"));
+    const QPixmap greyedOut = imageNamed(QStringLiteral("statusItemGreyedOut"));
     if (m_darkMode) {
         m_greyedOutIsTemplate = true;
-        m_solidImage = __imageNamed(QStringLiteral("statusItemDarkMode"));
+        m_solidImage = imageNamed(QStringLiteral("statusItemDarkMode"));
     } else {
-        m_solidImage = __imageNamed(QStringLiteral("statusItemLightMode"));
+        m_solidImage = imageNamed(QStringLiteral("statusItemLightMode"));
     }
     m_greyedOutImage = m_greyedOutIsTemplate ? templateRendering(greyedOut, m_darkMode) : greyedOut;
 }
 
-void StatusItemImageView::__setUpAnimation()
+void StatusItemImageView::setUpAnimation()
 {
     if (m_supportsAnimation) {
         for (int frame = 0; frame < kFrameCount; ++frame) {
             const QString name = QStringLiteral("V-icon2_%1").arg(frame, 5, 10, QLatin1Char('0'));
             if (VLRImageCatalogue::hasImageNamed(name))
-                m_animationImages.append(__imageNamed(name));
+                m_animationImages.append(imageNamed(name));
         }
         m_animationIndex = 0;
     }
     // Also without animation: the tick is what brings a state's picture on.
     m_animationTimer.setInterval(kTickInterval);
-    connect(&m_animationTimer, &QTimer::timeout, this, &StatusItemImageView::__animationTimer);
+    connect(&m_animationTimer, &QTimer::timeout, this, &StatusItemImageView::animationTimer);
     m_animationTimer.start();
 }
 
-void StatusItemImageView::__animationTimer()
+void StatusItemImageView::animationTimer()
 {
     const QPixmap& restingImage = m_viewState == 2 ? m_solidImage : m_greyedOutImage;
     if (!m_supportsAnimation) {
@@ -103,12 +103,12 @@ void StatusItemImageView::__animationTimer()
 void StatusItemImageView::setDarkMode(bool darkMode)
 {
     m_darkMode = darkMode;
-    __darkModeChanged();
+    darkModeChanged();
 }
 
-void StatusItemImageView::__darkModeChanged()
+void StatusItemImageView::darkModeChanged()
 {
-    __setUpImages();
+    setUpImages();
 }
 
 void StatusItemImageView::simulateClick()

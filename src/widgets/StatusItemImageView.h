@@ -39,7 +39,7 @@ public:
     quint64 animationIndex() const { return m_animationIndex; }
     QPixmap greyedOutImage() const { return m_greyedOutImage; }
     QPixmap solidImage() const { return m_solidImage; }
-    const QTimer* animationTimer() const { return &m_animationTimer; }
+    const QTimer* animationTicker() const { return &m_animationTimer; }
 
     // The desktop's dark mode: the solid picture changes at once and shows
     // from the next tick; the greyed-out one becomes a template, tinted for
@@ -57,13 +57,13 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private slots:
-    void __animationTimer();
+    void animationTimer();
 
 private:
-    void __darkModeChanged();
-    void __setUpImages();
-    void __setUpAnimation();
-    QPixmap __imageNamed(const QString& name) const;
+    void darkModeChanged();
+    void setUpImages();
+    void setUpAnimation();
+    QPixmap imageNamed(const QString& name) const;
 
     QList<QPixmap> m_animationImages;
     QPixmap m_greyedOutImage;

@@ -30,7 +30,7 @@ qsizetype VLRAvatarListView::capacity() const
     return qsizetype(std::trunc((width() + 0.25 * h) / (1.25 * h)));
 }
 
-QString VLRAvatarListView::__ellipsisToolTip(qsizetype capacity) const
+QString VLRAvatarListView::ellipsisToolTip(qsizetype capacity) const
 {
     // The first member not shown, then one a line, then how many more.
     QString toolTip = m_avatars.at(capacity - 1).toolTip();
@@ -61,7 +61,7 @@ QList<VLRAvatarListView::Slot> VLRAvatarListView::avatarSlots() const
             slotList.append(Slot{frame, VLRAvatar(VLRImageCatalogue::imageNamed(QStringLiteral("ellipsisAvatar"),
                                                                              QSize(height(), height()),
                                                                              devicePixelRatioF()),
-                                                  __ellipsisToolTip(c))});
+                                                  ellipsisToolTip(c))});
         else
             slotList.append(Slot{frame, m_avatars.at(i - 1)});
         if (i + 1 >= c)

@@ -40,7 +40,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    QString __ellipsisToolTip(qsizetype capacity) const;
+    QString ellipsisToolTip(qsizetype capacity) const;
 
     QList<VLRAvatar> m_avatars;
 };

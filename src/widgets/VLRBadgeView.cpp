@@ -1,6 +1,6 @@
 #include "widgets/VLRBadgeView.h"
 
-#include "widgets/VLRColors.h"
+#include "app/VLRColors.h"
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRImageCatalogue.h"
 
@@ -35,7 +35,7 @@ void VLRBadgeView::setFrame(const QRectF& frame)
 void VLRBadgeView::setIsWarning(bool isWarning)
 {
     m_isWarning = isWarning;
-    __updateLayer();
+    updateLayer();
     update();
 }
 
@@ -43,9 +43,9 @@ void VLRBadgeView::setBadgeValue(qint64 badgeValue)
 {
     const bool changed = badgeValue != m_badgeValue;
     m_badgeValue = badgeValue;
-    m_ellipseRect = __ellipseFrame();
+    m_ellipseRect = ellipseFrame();
     if (changed)
-        __updateLayer();
+        updateLayer();
     update();
 }
 
@@ -60,13 +60,13 @@ QString VLRBadgeView::badgeText() const
     return m_badgeValue >= 100 ? QStringLiteral("99+") : QString::number(m_badgeValue);
 }
 
-QRectF VLRBadgeView::__ellipseFrame() const
+QRectF VLRBadgeView::ellipseFrame() const
 {
     const qreal width = m_badgeValue < 10 ? 16 : (m_badgeValue < 100 ? 21 : 26);
     return QRectF(0, 0.5 * (height() - kEllipseHeight), width, kEllipseHeight);
 }
 
-void VLRBadgeView::__updateLayer()
+void VLRBadgeView::updateLayer()
 {
     if (m_isWarning && m_badgeValue >= 1) {
         m_layer.emplace();
@@ -81,7 +81,7 @@ void VLRBadgeView::resizeEvent(QResizeEvent* event)
 {
     // The triangle is rendered for the view's size.
     if (m_layer)
-        __updateLayer();
+        updateLayer();
     QWidget::resizeEvent(event);
 }
 
@@ -93,7 +93,7 @@ void VLRBadgeView::paintEvent(QPaintEvent*)
     if (m_badgeValue < 0 || m_isWarning)
         return;
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF ellipse = __ellipseFrame();
+    const QRectF ellipse = ellipseFrame();
     painter.setPen(Qt::NoPen);
     painter.setBrush(m_color);
     painter.drawEllipse(ellipse);

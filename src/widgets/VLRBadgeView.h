@@ -43,8 +43,8 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    QRectF __ellipseFrame() const;
-    void __updateLayer();
+    QRectF ellipseFrame() const;
+    void updateLayer();
 
     QRectF m_frame;
     bool m_isWarning = false;

@@ -1,7 +1,7 @@
 #include "widgets/VLRButton.h"
 
 #include "widgets/VLRBadgeView.h"
-#include "widgets/VLRColors.h"
+#include "app/VLRColors.h"
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRLabel.h"
 #include "widgets/VLRTextFieldAdditions.h"
@@ -36,17 +36,17 @@ VLRAttributedString emptyTitle()
 VLRButton::VLRButton(QWidget* parent)
     : QAbstractButton(parent)
 {
-    __initialize();
+    initialize();
 }
 
 VLRButton::VLRButton(const QRect& frame, QWidget* parent)
     : QAbstractButton(parent)
 {
     setGeometry(frame);
-    __initialize();
+    initialize();
 }
 
-void VLRButton::__initialize()
+void VLRButton::initialize()
 {
     m_titleLabel = VLRLabel::labelCenteredInFrameAttributedStringVerticalOffset(QRectF(rect()), emptyTitle(),
                                                                                 kTitleVerticalOffset, this);
@@ -67,7 +67,7 @@ void VLRButton::resizeEvent(QResizeEvent* event)
     QAbstractButton::resizeEvent(event);
 }
 
-void VLRButton::__setLayerBackgroundColor(const QColor& color)
+void VLRButton::setLayerBackgroundColor(const QColor& color)
 {
     if (!m_layer)
         m_layer.emplace();
@@ -75,7 +75,7 @@ void VLRButton::__setLayerBackgroundColor(const QColor& color)
     update();
 }
 
-void VLRButton::__showImage(const QPixmap& image)
+void VLRButton::showImage(const QPixmap& image)
 {
     m_image = image;
     update();
@@ -84,13 +84,13 @@ void VLRButton::__showImage(const QPixmap& image)
 void VLRButton::setBackgroundColor(const QColor& color)
 {
     m_backgroundColor = color;
-    __setLayerBackgroundColor(color);
+    setLayerBackgroundColor(color);
 }
 
 void VLRButton::setDefaultImage(const QPixmap& image)
 {
     m_defaultImage = image;
-    __showImage(image);
+    showImage(image);
 }
 
 void VLRButton::setMouseOverImage(const QPixmap& image)
@@ -110,12 +110,12 @@ void VLRButton::setClickedImage(const QPixmap& image)
 void VLRButton::setTextColor(const QColor& color)
 {
     m_textColor = color;
-    __setTitleTextColor(color);
+    setTitleTextColor(color);
     if (color.isValid() && m_mouseOverStyle != VLRMouseOverStyleText)
         setMouseOverStyle(VLRMouseOverStyleText);
 }
 
-void VLRButton::__setTitleTextColor(const QColor& color)
+void VLRButton::setTitleTextColor(const QColor& color)
 {
     if (m_titleLabel->stringValue().isEmpty())
         return;
@@ -124,7 +124,7 @@ void VLRButton::__setTitleTextColor(const QColor& color)
     setAttributedTitle(title);
 }
 
-void VLRButton::__moveTitleFromPlatform()
+void VLRButton::moveTitleFromPlatform()
 {
     const QString platformTitle = QAbstractButton::text();
     if (platformTitle.isEmpty())
@@ -135,7 +135,7 @@ void VLRButton::__moveTitleFromPlatform()
 
 QString VLRButton::title()
 {
-    __moveTitleFromPlatform();
+    moveTitleFromPlatform();
     return m_titleLabel->stringValue();
 }
 
@@ -146,7 +146,7 @@ void VLRButton::setTitle(const QString& title)
 
 VLRAttributedString VLRButton::attributedTitle()
 {
-    __moveTitleFromPlatform();
+    moveTitleFromPlatform();
     return m_titleLabel->attributedStringValue();
 }
 
@@ -173,7 +173,7 @@ void VLRButton::setBadgeValue(qint64 value)
             : QRectF(x, 0, kBadgeWidth, height());
         m_badgeView = new VLRBadgeView(frame, this);
         m_badgeView->setIsWarning(m_badgeIsWarning);
-        __offsetBadge();
+        offsetBadge();
     }
     m_badgeView->show();
     m_badgeView->setBadgeValue(value);
@@ -187,10 +187,10 @@ void VLRButton::setBadgeValue(qint64 value)
     QRectF badgeFrame = m_badgeView->frame();
     badgeFrame.moveLeft(std::roundf(float((titleWidth + width() - ellipseWidth + 1) * 0.5)));
     m_badgeView->setFrame(badgeFrame);
-    __offsetBadge();
+    offsetBadge();
 }
 
-void VLRButton::__offsetBadge()
+void VLRButton::offsetBadge()
 {
     // The shift is added to where the badge stands now, so a vertical offset
     // adds up with every value a titled button shows.
@@ -202,7 +202,7 @@ void VLRButton::__offsetBadge()
 void VLRButton::setBadgeOffset(const QPointF& offset)
 {
     m_badgeOffset = offset;
-    __offsetBadge();
+    offsetBadge();
 }
 
 void VLRButton::setBadgeIsWarning(bool badgeIsWarning)
@@ -219,12 +219,12 @@ void VLRButton::setBadgeIsWarning(bool badgeIsWarning)
     setBadgeValue(value);
 }
 
-bool VLRButton::__drivesClicks() const
+bool VLRButton::drivesClicks() const
 {
     return (m_clickStyle == VLRClickStyleBackground || m_clickStyle == VLRClickStyleImage) && isEnabled();
 }
 
-bool VLRButton::__drivesMouseOver() const
+bool VLRButton::drivesMouseOver() const
 {
     return (m_mouseOverStyle == VLRMouseOverStyleBackground || m_mouseOverStyle == VLRMouseOverStyleImage
             || m_mouseOverStyle == VLRMouseOverStyleText)
@@ -233,27 +233,27 @@ bool VLRButton::__drivesMouseOver() const
 
 void VLRButton::mousePressEvent(QMouseEvent* event)
 {
-    if (!__drivesClicks() || event->button() != Qt::LeftButton) {
+    if (!drivesClicks() || event->button() != Qt::LeftButton) {
         QAbstractButton::mousePressEvent(event);
         return;
     }
     if (m_clickStyle == VLRClickStyleBackground)
-        __setLayerBackgroundColor(kPressedBackground);
+        setLayerBackgroundColor(kPressedBackground);
     else
-        __showImage(m_clickedImage);
+        showImage(m_clickedImage);
     event->accept();
 }
 
 void VLRButton::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (!__drivesClicks() || event->button() != Qt::LeftButton) {
+    if (!drivesClicks() || event->button() != Qt::LeftButton) {
         QAbstractButton::mouseReleaseEvent(event);
         return;
     }
     if (m_clickStyle == VLRClickStyleBackground)
-        __setLayerBackgroundColor(Qt::transparent);
+        setLayerBackgroundColor(Qt::transparent);
     else
-        __showImage(m_defaultImage);
+        showImage(m_defaultImage);
     event->accept();
     // Wherever the pointer is now: these buttons act at every release.
     emit clicked(isChecked());
@@ -261,36 +261,36 @@ void VLRButton::mouseReleaseEvent(QMouseEvent* event)
 
 void VLRButton::enterEvent(QEnterEvent* event)
 {
-    if (!__drivesMouseOver()) {
+    if (!drivesMouseOver()) {
         QAbstractButton::enterEvent(event);
         return;
     }
     if (m_mouseOverStyle == VLRMouseOverStyleBackground)
-        __setLayerBackgroundColor(kPressedBackground);
+        setLayerBackgroundColor(kPressedBackground);
     else if (m_mouseOverStyle == VLRMouseOverStyleImage)
-        __showImage(m_mouseOverImage);
+        showImage(m_mouseOverImage);
     else
-        __setTitleTextColor(m_mouseOverTextColor);
+        setTitleTextColor(m_mouseOverTextColor);
 }
 
 void VLRButton::leaveEvent(QEvent* event)
 {
-    if (!__drivesMouseOver()) {
+    if (!drivesMouseOver()) {
         QAbstractButton::leaveEvent(event);
         return;
     }
     if (m_mouseOverStyle == VLRMouseOverStyleBackground)
-        __setLayerBackgroundColor(Qt::transparent);
+        setLayerBackgroundColor(Qt::transparent);
     else if (m_mouseOverStyle == VLRMouseOverStyleImage)
-        __showImage(m_defaultImage);
+        showImage(m_defaultImage);
     else
-        __setTitleTextColor(m_textColor);
+        setTitleTextColor(m_textColor);
 }
 
 void VLRButton::changeEvent(QEvent* event)
 {
     if (event->type() == QEvent::EnabledChange && isEnabled() && m_backgroundColor.isValid())
-        __setLayerBackgroundColor(m_backgroundColor);
+        setLayerBackgroundColor(m_backgroundColor);
     QAbstractButton::changeEvent(event);
 }
 

@@ -98,14 +98,14 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void __initialize();
-    void __setLayerBackgroundColor(const QColor& color);
-    void __showImage(const QPixmap& image);
-    void __setTitleTextColor(const QColor& color);
-    void __moveTitleFromPlatform();
-    void __offsetBadge();
-    bool __drivesClicks() const;
-    bool __drivesMouseOver() const;
+    void initialize();
+    void setLayerBackgroundColor(const QColor& color);
+    void showImage(const QPixmap& image);
+    void setTitleTextColor(const QColor& color);
+    void moveTitleFromPlatform();
+    void offsetBadge();
+    bool drivesClicks() const;
+    bool drivesMouseOver() const;
 
     QPointer<VLRBadgeView> m_badgeView;
     QRectF m_centeredTitleFrame;

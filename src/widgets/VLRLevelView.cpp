@@ -22,7 +22,7 @@ VLRLevelView::VLRLevelView(QWidget* parent)
     : QWidget(parent)
 {
     m_smoothingTimer.setInterval(kSmoothingInterval);
-    connect(&m_smoothingTimer, &QTimer::timeout, this, &VLRLevelView::__smoothingTimer);
+    connect(&m_smoothingTimer, &QTimer::timeout, this, &VLRLevelView::smoothingTimer);
     m_smoothingTimer.start();
 }
 
@@ -68,7 +68,7 @@ void VLRLevelView::setMaxValue(qreal value)
     update();
 }
 
-void VLRLevelView::__smoothingTimer()
+void VLRLevelView::smoothingTimer()
 {
     const qreal before = shownLevel(m_smoothedValue);
     if (m_integerValue > m_smoothedValue)

@@ -37,13 +37,13 @@ public:
     qreal smoothedValue() const { return m_smoothedValue; }
 
     // Ticks every 0.03 seconds for as long as the view lives.
-    const QTimer* smoothingTimer() const { return &m_smoothingTimer; }
+    const QTimer* smoothingTicker() const { return &m_smoothingTimer; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private slots:
-    void __smoothingTimer();
+    void smoothingTimer();
 
 private:
     QColor m_barColor = QColor(0, 0, 255);

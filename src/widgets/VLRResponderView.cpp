@@ -33,7 +33,7 @@ VLRResponderView::VLRResponderView(QWidget* parent)
     setFocusPolicy(Qt::StrongFocus);
 }
 
-bool VLRResponderView::__flagsChanged(QKeyEvent* event)
+bool VLRResponderView::flagsChanged(QKeyEvent* event)
 {
     if (!isModifierKey(event->key()))
         return false;
@@ -46,12 +46,12 @@ bool VLRResponderView::__flagsChanged(QKeyEvent* event)
 
 void VLRResponderView::keyPressEvent(QKeyEvent* event)
 {
-    if (!__flagsChanged(event))
+    if (!flagsChanged(event))
         VLRView::keyPressEvent(event);
 }
 
 void VLRResponderView::keyReleaseEvent(QKeyEvent* event)
 {
-    if (!__flagsChanged(event))
+    if (!flagsChanged(event))
         VLRView::keyReleaseEvent(event);
 }

@@ -22,7 +22,7 @@ protected:
 
 private:
     // True when the event was a modifier key and went to the delegate.
-    bool __flagsChanged(QKeyEvent* event);
+    bool flagsChanged(QKeyEvent* event);
 
     VLRResponderViewDelegate* m_responderDelegate = nullptr;
 };

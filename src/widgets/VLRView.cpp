@@ -30,7 +30,7 @@ void VLRView::setDelegate(VLRViewDelegate* delegate)
     m_delegate = delegate;
 }
 
-VLRLayer& VLRView::__layer()
+VLRLayer& VLRView::layerCreatingIfNeeded()
 {
     if (!m_layer)
         m_layer.emplace();
@@ -41,7 +41,7 @@ VLRLayer& VLRView::__layer()
 void VLRView::setBackgroundColor(const QColor& color)
 {
     m_backgroundColor = color;
-    __layer().backgroundColor = color;
+    layerCreatingIfNeeded().backgroundColor = color;
 }
 
 void VLRView::setBackgroundGradient(const std::optional<VLRGradient>& gradient)
@@ -52,30 +52,30 @@ void VLRView::setBackgroundGradient(const std::optional<VLRGradient>& gradient)
 void VLRView::setBackgroundImage(const QPixmap& image)
 {
     m_backgroundImage = image;
-    __layer().contents = image;
+    layerCreatingIfNeeded().contents = image;
 }
 
 void VLRView::setBorderColor(const QColor& color)
 {
     m_borderColor = color;
-    __drawBorder();
+    drawBorder();
 }
 
 void VLRView::setBorderWidth(qreal width)
 {
     m_borderWidth = width;
-    __drawBorder();
+    drawBorder();
 }
 
 void VLRView::setBorderCornerRadius(qreal radius)
 {
     m_borderCornerRadius = radius;
-    __drawBorder();
+    drawBorder();
 }
 
-void VLRView::__drawBorder()
+void VLRView::drawBorder()
 {
-    VLRLayer& layer = __layer();
+    VLRLayer& layer = layerCreatingIfNeeded();
     if (m_borderColor.isValid())
         layer.borderColor = m_borderColor;
     layer.borderWidth = m_borderWidth;
@@ -99,7 +99,7 @@ void VLRView::setClickThroughViews(const QList<QWidget*>& views)
         m_clickThroughViews.append(view);
     if (!views.isEmpty() && !m_watchingForClicks) {
         m_watchingForClicks = true;
-        __watchForClicks(this);
+        watchForClicks(this);
     }
 }
 
@@ -135,12 +135,12 @@ void VLRView::paintEvent(QPaintEvent* event)
         painter.fillRect(dirty, m_backgroundGradient->linearGradientInRect(dirty));
     }
     if (m_dropTarget && m_showDropTarget)
-        __drawDropRing(painter);
+        drawDropRing(painter);
     if (m_layer)
         m_layer->paintBorder(painter, rect());
 }
 
-void VLRView::__drawDropRing(QPainter& painter)
+void VLRView::drawDropRing(QPainter& painter)
 {
     // The frame, not the bounds, moved by 4 and 3: the ring sits a point off
     // centre, and that is how it has always looked.
@@ -182,7 +182,7 @@ void VLRView::dragMoveEvent(QDragMoveEvent* event)
 
 void VLRView::dragLeaveEvent(QDragLeaveEvent*)
 {
-    __draggingEnded();
+    draggingEnded();
 }
 
 void VLRView::dropEvent(QDropEvent* event)
@@ -193,10 +193,10 @@ void VLRView::dropEvent(QDropEvent* event)
     // A drop is always taken, also one that had nothing to deliver.
     event->setDropAction(Qt::CopyAction);
     event->accept();
-    __draggingEnded();
+    draggingEnded();
 }
 
-void VLRView::__draggingEnded()
+void VLRView::draggingEnded()
 {
     if (!m_dropTarget)
         return;
@@ -226,28 +226,28 @@ void VLRView::mouseMoveEvent(QMouseEvent* event)
     QWidget::mouseMoveEvent(event);
 }
 
-void VLRView::__watchForClicks(QObject* object)
+void VLRView::watchForClicks(QObject* object)
 {
     if (!object->isWidgetType())
         return;
     object->installEventFilter(this);
     const QObjectList children = object->children();
     for (QObject* child : children)
-        __watchForClicks(child);
+        watchForClicks(child);
 }
 
 bool VLRView::eventFilter(QObject* watched, QEvent* event)
 {
     switch (event->type()) {
     case QEvent::ChildAdded:
-        __watchForClicks(static_cast<QChildEvent*>(event)->child());
+        watchForClicks(static_cast<QChildEvent*>(event)->child());
         break;
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
     case QEvent::MouseMove:
     case QEvent::MouseButtonRelease:
         if (watched->isWidgetType())
-            return __routeClick(static_cast<QWidget*>(watched), static_cast<QMouseEvent*>(event));
+            return routeClick(static_cast<QWidget*>(watched), static_cast<QMouseEvent*>(event));
         break;
     default:
         break;
@@ -259,7 +259,7 @@ bool VLRView::eventFilter(QObject* watched, QEvent* event)
 // the view that hitTest() names instead, and keeps the rest of that click
 // (moves with the button held, the release) going to the same view. Events
 // that Qt passes on to parents, and those this view sends itself, go by.
-bool VLRView::__routeClick(QWidget* receiver, QMouseEvent* event)
+bool VLRView::routeClick(QWidget* receiver, QMouseEvent* event)
 {
     if (m_resendingClick)
         return false;

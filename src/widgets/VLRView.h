@@ -85,12 +85,12 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    VLRLayer& __layer();
-    void __drawBorder();
-    void __drawDropRing(QPainter& painter);
-    void __draggingEnded();
-    void __watchForClicks(QObject* object);
-    bool __routeClick(QWidget* receiver, QMouseEvent* event);
+    VLRLayer& layerCreatingIfNeeded();
+    void drawBorder();
+    void drawDropRing(QPainter& painter);
+    void draggingEnded();
+    void watchForClicks(QObject* object);
+    bool routeClick(QWidget* receiver, QMouseEvent* event);
 
     bool m_showDropTarget = false;
     bool m_dropTarget = false;

@@ -4,13 +4,13 @@
 #include "fakes/FakeUserSession.h"
 #include "fakes/RecordingDesktopServices.h"
 #include "fakes/RecordingNotificationCenter.h"
-#include "fakes/RecordingPages.h"
+#include "pages/RecordingPages.h"
 #include "platform/VLRDesktopServices.h"
 #include "platform/VLRUserDefaults.h"
 #include "platform/VLRUserNotificationCenter.h"
 #include "session/MainViewController.h"
 #include "session/VLRNotificationScheduling.h"
-#include "shell/VLRUserDefaultsKeys.h"
+#include "app/VLRUserDefaultsKeys.h"
 #include "widgets/StatusItemImageView.h"
 
 #include <QTemporaryDir>

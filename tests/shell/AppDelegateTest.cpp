@@ -1,7 +1,7 @@
 #include "fakes/FakeService.h"
 #include "fakes/FakeUserSession.h"
 #include "fakes/RecordingNotificationCenter.h"
-#include "fakes/RecordingPages.h"
+#include "pages/RecordingPages.h"
 #include "platform/VLRUserDefaults.h"
 #include "platform/VLRUserNotificationCenter.h"
 #include "service/VLRLogFormat.h"
@@ -9,7 +9,7 @@
 #include "session/VLRNotificationScheduling.h"
 #include "shell/AppDelegate.h"
 #include "shell/TerminationSignalWatcher.h"
-#include "shell/VLRUserDefaultsKeys.h"
+#include "app/VLRUserDefaultsKeys.h"
 
 #include <QDir>
 #include <QEventLoop>

@@ -1,6 +1,6 @@
 #include "fakes/FakeService.h"
 #include "fakes/FakeUserSession.h"
-#include "fakes/RecordingPages.h"
+#include "pages/RecordingPages.h"
 #include "platform/VLRUserDefaults.h"
 #include "session/MainViewController.h"
 #include "shell/AppDelegate.h"

@@ -2,8 +2,8 @@
 #include "platform/VLRUserDefaults.h"
 #include "service/VLRLogFormat.h"
 #include "shell/AppDelegate.h"
-#include "shell/HelperProgram.h"
-#include "shell/VLRUserDefaultsKeys.h"
+#include "platform/HelperProgram.h"
+#include "app/VLRUserDefaultsKeys.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,9 +2,9 @@
 
 #include "fakes/FakeLoginVerifier.h"
 #include "fakes/FakeUserSession.h"
-#include "shell/AppFlavor.h"
+#include "app/AppFlavor.h"
 #include "signin/LoginMfaViewController.h"
-#include "signin/PageStyle.h"
+#include "widgets/PageStyle.h"
 
 #include <QLabel>
 #include <QLineEdit>

@@ -2,12 +2,12 @@
 
 #include "fakes/FakeLoginVerifier.h"
 #include "fakes/FakeUserSession.h"
-#include "fakes/RecordingPages.h"
+#include "pages/RecordingPages.h"
 #include "session/MainViewController.h"
-#include "shell/AppFlavor.h"
-#include "shell/VLRUserDefaultsKeys.h"
+#include "app/AppFlavor.h"
+#include "app/VLRUserDefaultsKeys.h"
 #include "signin/LoginViewController.h"
-#include "signin/PageStyle.h"
+#include "widgets/PageStyle.h"
 #include "widgets/StatusItemImageView.h"
 
 #include <QComboBox>

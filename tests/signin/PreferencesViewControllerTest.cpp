@@ -1,8 +1,8 @@
 #include "signin/SignInFixture.h"
 
 #include "service/VLRUser.h"
-#include "shell/VLRUserDefaultsKeys.h"
-#include "signin/PreferencesViewController.h"
+#include "app/VLRUserDefaultsKeys.h"
+#include "preferences/PreferencesViewController.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRViewAdditions.h"
 

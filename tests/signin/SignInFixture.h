@@ -6,7 +6,7 @@
 #include "platform/VLRUserDefaults.h"
 #include "signin/LoginMfaViewControllerDelegate.h"
 #include "signin/LoginViewControllerDelegate.h"
-#include "signin/PreferencesViewControllerDelegate.h"
+#include "preferences/PreferencesViewControllerDelegate.h"
 
 #include <QStringList>
 #include <QTemporaryDir>

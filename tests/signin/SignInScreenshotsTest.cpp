@@ -4,10 +4,10 @@
 
 #include "fakes/FakeLoginVerifier.h"
 #include "service/VLRUser.h"
-#include "shell/VLRUserDefaultsKeys.h"
+#include "app/VLRUserDefaultsKeys.h"
 #include "signin/LoginMfaViewController.h"
 #include "signin/LoginViewController.h"
-#include "signin/PreferencesViewController.h"
+#include "preferences/PreferencesViewController.h"
 #include "widgets/VLRFonts.h"
 
 #include <QComboBox>

@@ -1,6 +1,6 @@
 #include "widgets/VLRBadgeView.h"
 #include "widgets/VLRButton.h"
-#include "widgets/VLRColors.h"
+#include "app/VLRColors.h"
 #include "widgets/VLRDropTargetButton.h"
 #include "widgets/VLRDropTargetButtonDelegate.h"
 #include "widgets/VLRLabel.h"

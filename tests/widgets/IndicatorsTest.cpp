@@ -1,6 +1,6 @@
 #include "widgets/VLRAvatarListView.h"
 #include "widgets/VLRBadgeView.h"
-#include "widgets/VLRColors.h"
+#include "app/VLRColors.h"
 #include "widgets/VLRLevelView.h"
 #include "widgets/WidgetTesting.h"
 
@@ -66,16 +66,16 @@ TEST(LevelView, RisesByFivePerCentOfTheDistanceFallsAtOnceAndMeasuresTheWholeRec
     view.setBackgroundColor(Qt::white);
     view.setBorderWidth(0);
     view.setBarColor(Qt::blue);
-    EXPECT_TRUE(view.smoothingTimer()->isActive());
+    EXPECT_TRUE(view.smoothingTicker()->isActive());
     view.setIntegerValue(1000);
     EXPECT_EQ(view.smoothedValue(), 0); // setting moves nothing
-    invokeTimes(&view, "__smoothingTimer");
+    invokeTimes(&view, "smoothingTimer");
     EXPECT_DOUBLE_EQ(view.smoothedValue(), 50);
-    invokeTimes(&view, "__smoothingTimer");
+    invokeTimes(&view, "smoothingTimer");
     EXPECT_DOUBLE_EQ(view.smoothedValue(), 97.5);
-    invokeTimes(&view, "__smoothingTimer", 200);
+    invokeTimes(&view, "smoothingTimer", 200);
     view.setIntegerValue(500);
-    invokeTimes(&view, "__smoothingTimer");
+    invokeTimes(&view, "smoothingTimer");
     EXPECT_EQ(view.smoothedValue(), 500);
 
     // Half of the whole 200, from the inset of 2: 2 to 102.

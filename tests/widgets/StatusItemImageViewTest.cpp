@@ -15,7 +15,7 @@ struct StatusItem
     {
         QObject::connect(&view, &VLRImageView::imageChanged, [this] { ++changes; });
     }
-    void tick(int count = 1) { invokeTimes(&view, "__animationTimer", count); }
+    void tick(int count = 1) { invokeTimes(&view, "animationTimer", count); }
     bool shows(const QPixmap& image) const { return view.image().cacheKey() == image.cacheKey(); }
     bool showsFrame(int frame) const { return shows(view.animationImages().value(frame)); }
 
@@ -36,7 +36,7 @@ TEST(StatusItemImageView, AStatePictureShowsAtTheNextTickAndATickAtRestChangesNo
 {
     StatusItem item(true);
     ASSERT_EQ(item.view.animationImages().size(), 33);
-    EXPECT_TRUE(item.view.animationTimer()->isActive());
+    EXPECT_TRUE(item.view.animationTicker()->isActive());
     // Signed out from the start: nothing before the first tick, then the
     // greyed-out picture, once.
     EXPECT_TRUE(item.view.image().isNull());
@@ -53,7 +53,7 @@ TEST(StatusItemImageView, AStatePictureShowsAtTheNextTickAndATickAtRestChangesNo
     // Without animation only state 2 is solid; busy is greyed out.
     StatusItem still(false);
     EXPECT_TRUE(still.view.animationImages().isEmpty());
-    EXPECT_TRUE(still.view.animationTimer()->isActive());
+    EXPECT_TRUE(still.view.animationTicker()->isActive());
     still.view.setViewState(3);
     still.tick();
     EXPECT_TRUE(still.shows(still.view.greyedOutImage()));

@@ -2,7 +2,7 @@
 #include "widgets/VLRAvatarListView.h"
 #include "widgets/VLRBadgeView.h"
 #include "widgets/VLRButton.h"
-#include "widgets/VLRColors.h"
+#include "app/VLRColors.h"
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRLevelView.h"
@@ -168,7 +168,7 @@ TEST(WidgetScreenshots, TheKitsViewsInTheirStates)
         level.setBorderColor(VLRColors::grey(206));
         level.setBackgroundColor(VLRColors::grey(250));
         level.setIntegerValue(levels[i]);
-        invokeTimes(&level, "__smoothingTimer", 400);
+        invokeTimes(&level, "smoothingTimer", 400);
         indicators.cell(&level, 16 + i * 98, 130, QString::number(levels[i]));
     }
     indicators.save("widgets-badge-level.png");
@@ -200,7 +200,7 @@ TEST(WidgetScreenshots, TheKitsViewsInTheirStates)
             StatusItemImageView view(QRect(0, 0, 24, 24), true);
             view.setDarkMode(dark);
             view.setViewState(state);
-            invokeTimes(&view, "__animationTimer");
+            invokeTimes(&view, "animationTimer");
             statusItem.cell(&view, 16 + (state - 1) * 64, y, state == 1 ? "signed out" : "idle", Qt::transparent, 8,
                             text);
         }
@@ -208,7 +208,7 @@ TEST(WidgetScreenshots, TheKitsViewsInTheirStates)
         busy.setDarkMode(dark);
         busy.setViewState(3);
         for (int frame = 0; frame < 33; frame += 4) {
-            invokeTimes(&busy, "__animationTimer", frame == 0 ? 1 : 4);
+            invokeTimes(&busy, "animationTimer", frame == 0 ? 1 : 4);
             statusItem.cell(&busy, 144 + (frame / 4) * 42, y, QString::number(frame), Qt::transparent, 0, text);
         }
         statusItem.write(144, y + 60, "busy, frames 0 to 32", false, text);

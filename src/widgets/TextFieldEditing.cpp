@@ -1,4 +1,4 @@
-#include "signin/TextFieldEditing.h"
+#include "widgets/TextFieldEditing.h"
 
 #include <QEvent>
 #include <QLineEdit>
@@ -7,8 +7,8 @@ TextFieldEditing::TextFieldEditing(QLineEdit* field)
     : QObject(field)
     , m_field(field)
 {
-    connect(field, &QLineEdit::textEdited, this, &TextFieldEditing::__textEdited);
-    connect(field, &QLineEdit::editingFinished, this, &TextFieldEditing::__editingFinished);
+    connect(field, &QLineEdit::textEdited, this, &TextFieldEditing::textEdited);
+    connect(field, &QLineEdit::editingFinished, this, &TextFieldEditing::editingFinished);
     field->installEventFilter(this);
 }
 
@@ -18,12 +18,12 @@ bool TextFieldEditing::eventFilter(QObject* watched, QEvent* event)
         if (event->type() == QEvent::ReadOnlyChange && m_field->isReadOnly())
             m_editing = false;
         else if (event->type() == QEvent::FocusOut)
-            __editingFinished();
+            editingFinished();
     }
     return QObject::eventFilter(watched, event);
 }
 
-void TextFieldEditing::__textEdited()
+void TextFieldEditing::textEdited()
 {
     if (!m_editing) {
         m_editing = true;
@@ -32,7 +32,7 @@ void TextFieldEditing::__textEdited()
     emit didChange(m_field);
 }
 
-void TextFieldEditing::__editingFinished()
+void TextFieldEditing::editingFinished()
 {
     // Return in a field the user did not touch ends nothing.
     if (!m_editing)

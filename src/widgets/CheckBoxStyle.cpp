@@ -1,6 +1,6 @@
-#include "signin/CheckBoxStyle.h"
+#include "widgets/CheckBoxStyle.h"
 
-#include "widgets/VLRColors.h"
+#include "app/VLRColors.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -1,4 +1,4 @@
-#include "fakes/RecordingPages.h"
+#include "pages/RecordingPages.h"
 
 #include "service/VLRTransferReporting.h"
 #include "service/VLRUser.h"

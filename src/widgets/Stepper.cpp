@@ -1,6 +1,6 @@
-#include "signin/Stepper.h"
+#include "widgets/Stepper.h"
 
-#include "widgets/VLRColors.h"
+#include "app/VLRColors.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -39,7 +39,7 @@ Stepper::Stepper(QWidget* parent)
     m_repeat.setSingleShot(false);
     connect(&m_repeat, &QTimer::timeout, this, [this] {
         m_repeat.setInterval(RepeatMilliseconds);
-        __step();
+        step();
     });
 }
 
@@ -64,7 +64,7 @@ QSize Stepper::sizeHint() const
     return QSize(18, 26);
 }
 
-void Stepper::__step()
+void Stepper::step()
 {
     const qint64 before = m_value;
     setIntegerValue(m_value + m_pressed * m_increment);
@@ -79,7 +79,7 @@ void Stepper::mousePressEvent(QMouseEvent* event)
         return;
     }
     m_pressed = event->position().y() < height() / 2.0 ? 1 : -1;
-    __step();
+    step();
     m_repeat.start(FirstRepeatMilliseconds);
     update();
 }

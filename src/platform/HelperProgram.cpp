@@ -1,4 +1,4 @@
-#include "shell/HelperProgram.h"
+#include "platform/HelperProgram.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

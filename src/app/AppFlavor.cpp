@@ -1,6 +1,6 @@
-#include "shell/AppFlavor.h"
+#include "app/AppFlavor.h"
 
-#include "widgets/VLRColors.h"
+#include "app/VLRColors.h"
 
 bool AppFlavor::supportsTabType(int)
 {

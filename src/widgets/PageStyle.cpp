@@ -1,7 +1,7 @@
-#include "signin/PageStyle.h"
+#include "widgets/PageStyle.h"
 
 #include "widgets/VLRButton.h"
-#include "widgets/VLRColors.h"
+#include "app/VLRColors.h"
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRView.h"

@@ -1,19 +1,19 @@
-#include "signin/PreferencesViewController.h"
+#include "preferences/PreferencesViewController.h"
 
 #include "platform/VLRUserDefaults.h"
 #include "service/VLREnvironment.h"
 #include "service/VLRUser.h"
-#include "session/VLRText.h"
-#include "shell/HelperProgram.h"
-#include "shell/VLRUserDefaultsKeys.h"
-#include "signin/AvatarImageView.h"
-#include "signin/CheckBoxStyle.h"
-#include "signin/PageStyle.h"
-#include "signin/PreferencesViewControllerDelegate.h"
-#include "signin/Stepper.h"
-#include "signin/TextFieldEditing.h"
+#include "app/VLRText.h"
+#include "platform/HelperProgram.h"
+#include "app/VLRUserDefaultsKeys.h"
+#include "widgets/AvatarImageView.h"
+#include "widgets/CheckBoxStyle.h"
+#include "widgets/PageStyle.h"
+#include "preferences/PreferencesViewControllerDelegate.h"
+#include "widgets/Stepper.h"
+#include "widgets/TextFieldEditing.h"
 #include "widgets/VLRButton.h"
-#include "widgets/VLRColors.h"
+#include "app/VLRColors.h"
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRLayoutConstraints.h"
@@ -155,7 +155,7 @@ QWidget* PreferencesViewController::view()
     return m_view;
 }
 
-QWidget* PreferencesViewController::__makeUserInfoView()
+QWidget* PreferencesViewController::makeUserInfoView()
 {
     auto* userInfo = new QWidget(m_view);
     userInfo->setFixedHeight(UserInfoHeight);
@@ -194,7 +194,7 @@ QWidget* PreferencesViewController::__makeUserInfoView()
     return userInfo;
 }
 
-QWidget* PreferencesViewController::__makeControlsView()
+QWidget* PreferencesViewController::makeControlsView()
 {
     auto* controls = new QWidget(m_view);
     // Kept by the page, which outlives the boxes that use it.
@@ -255,7 +255,7 @@ QWidget* PreferencesViewController::__makeControlsView()
     return controls;
 }
 
-QWidget* PreferencesViewController::__makeButtonsRow()
+QWidget* PreferencesViewController::makeButtonsRow()
 {
     auto* row = new QWidget(m_view);
     m_uninstallButton = makeImageButton(row, vlr::localized("Uninstall"));
@@ -282,10 +282,10 @@ void PreferencesViewController::loadView()
     m_view = new VLRView();
     PageStyle::applyPageLook(m_view);
 
-    m_userInfoView = __makeUserInfoView();
+    m_userInfoView = makeUserInfoView();
     QWidget* separator = makeSeparator(m_view);
-    m_controlsView = __makeControlsView();
-    QWidget* buttons = __makeButtonsRow();
+    m_controlsView = makeControlsView();
+    QWidget* buttons = makeButtonsRow();
     m_versionLabel = new VLRTextField(m_view);
     VLRAttributedString version;
     version.font = VLRFonts::muli(11);
@@ -315,8 +315,8 @@ void PreferencesViewController::loadView()
     }
 
     setLoggedIn(false);
-    __showUserInfo(false);
-    __updateLoginLogoutButton();
+    showUserInfo(false);
+    updateLoginLogoutButton();
 
     setImages(m_uninstallButton, QStringLiteral("preferences_uninstall_inactive"),
               QStringLiteral("preferences_uninstall_mouseover"));
@@ -330,10 +330,10 @@ void PreferencesViewController::loadView()
 
     m_versionLabel->setStringValue(vlr::format(vlr::localized("Version: %@"), VLREnvironment::appVersion()));
 
-    __restoreStateFromUserDefaults();
+    restoreStateFromUserDefaults();
 }
 
-void PreferencesViewController::__restoreStateFromUserDefaults()
+void PreferencesViewController::restoreStateFromUserDefaults()
 {
     VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
     m_showNotificationsCheckBox->setChecked(defaults->boolForKey(VLRUserDefaultsKeyShowNotifications));
@@ -342,16 +342,16 @@ void PreferencesViewController::__restoreStateFromUserDefaults()
     // Unusable until the session tells its cache size; the stored limit flag
     // is applied then.
     m_downloadCacheSizeCheckBox->setEnabled(false);
-    __enableDownloadCacheUI(false);
+    enableDownloadCacheUI(false);
 }
 
 void PreferencesViewController::setLoggedIn(bool loggedIn)
 {
     m_loggedIn = loggedIn;
-    __updateLoginLogoutButton();
+    updateLoginLogoutButton();
 }
 
-void PreferencesViewController::__updateLoginLogoutButton()
+void PreferencesViewController::updateLoginLogoutButton()
 {
     if (m_loggedIn)
         setImages(m_loginLogoutButton, QStringLiteral("preferences_log_out_inactive"),
@@ -399,20 +399,20 @@ void PreferencesViewController::limitDownloadCacheSize(QCheckBox* sender)
     // The session keeps its limit: unticking changes neither it nor the size
     // shown.
     const bool limit = sender && sender->isChecked();
-    __enableDownloadCacheUI(limit);
+    enableDownloadCacheUI(limit);
     VLRUserDefaults::standardUserDefaults()->setBool(limit, VLRUserDefaultsKeyLimitDownloadCacheSize);
 }
 
 void PreferencesViewController::updateDownloadCacheSize(qint64 bytes)
 {
-    __updateDownloadCacheSize(bytes);
+    updateDownloadCacheSizeFields(bytes);
     if (m_downloadCacheSizeCheckBox)
         m_downloadCacheSizeCheckBox->setEnabled(true);
     VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
-    __enableDownloadCacheUI(defaults->boolForKey(VLRUserDefaultsKeyLimitDownloadCacheSize));
+    enableDownloadCacheUI(defaults->boolForKey(VLRUserDefaultsKeyLimitDownloadCacheSize));
 }
 
-void PreferencesViewController::__updateDownloadCacheSize(qint64 bytes)
+void PreferencesViewController::updateDownloadCacheSizeFields(qint64 bytes)
 {
     const qint64 megabytes = qint64(double(bytes) / BytesPerMegabyte);
     if (m_downloadCacheSizeField)
@@ -421,7 +421,7 @@ void PreferencesViewController::__updateDownloadCacheSize(qint64 bytes)
         m_downloadCacheSizeStepper->setIntegerValue(megabytes);
 }
 
-void PreferencesViewController::__enableDownloadCacheUI(bool enabled)
+void PreferencesViewController::enableDownloadCacheUI(bool enabled)
 {
     if (m_downloadCacheSizeCheckBox)
         m_downloadCacheSizeCheckBox->setChecked(enabled);
@@ -437,7 +437,7 @@ void PreferencesViewController::downloadCacheSizeStepper(Stepper* sender)
         return;
     if (m_downloadCacheSizeField)
         m_downloadCacheSizeField->setText(QString::number(sender->integerValue()));
-    __storeDownloadCacheSize();
+    storeDownloadCacheSize();
 }
 
 void PreferencesViewController::controlTextDidChange(QLineEdit* field)
@@ -461,11 +461,11 @@ void PreferencesViewController::controlTextDidEndEditing(QLineEdit* field)
     const qint64 bytes = quint64(megabytes) < MinimumDownloadCacheMegabytes
         ? MinimumDownloadCacheSize
         : qint64(double(megabytes) * BytesPerMegabyte);
-    __updateDownloadCacheSize(bytes);
-    __storeDownloadCacheSize();
+    updateDownloadCacheSizeFields(bytes);
+    storeDownloadCacheSize();
 }
 
-void PreferencesViewController::__storeDownloadCacheSize()
+void PreferencesViewController::storeDownloadCacheSize()
 {
     if (!m_downloadCacheSizeStepper || !m_delegate)
         return;
@@ -478,7 +478,7 @@ void PreferencesViewController::updateWithUser(const VLRUserPtr& user)
     if (m_user)
         m_user->removeObserver(this, QStringLiteral("avatar"), &AvatarObservationContext);
     m_user = user;
-    __showUserInfo(bool(user));
+    showUserInfo(bool(user));
 
     if (user) {
         user->addObserver(this, QStringLiteral("avatar"), vlr::KeyValueObservingOptionNone, &AvatarObservationContext);
@@ -486,12 +486,12 @@ void PreferencesViewController::updateWithUser(const VLRUserPtr& user)
         const QString& last = user->lastName();
         VLRAttributedString email = m_emailField ? m_emailField->attributedStringValue() : VLRAttributedString();
         if (first.isEmpty() && last.isEmpty()) {
-            __setConstraintsForNoName(true);
+            setConstraintsForNoName(true);
             if (m_nameField)
                 m_nameField->hide();
             email.font = VLRFonts::muli(13);
         } else {
-            __setConstraintsForNoName(false);
+            setConstraintsForNoName(false);
             if (m_nameField) {
                 m_nameField->show();
                 m_nameField->setStringValue(!first.isEmpty() && !last.isEmpty()
@@ -509,17 +509,17 @@ void PreferencesViewController::updateWithUser(const VLRUserPtr& user)
         if (m_emailField)
             m_emailField->setStringValue(QString(""));
     }
-    __updateAvatar();
+    updateAvatar();
 }
 
 void PreferencesViewController::observeValueForKeyPath(const QString&, VLRObject*, const vlr::KeyValueChange&,
                                                        void* context)
 {
     if (context == &AvatarObservationContext)
-        __updateAvatar();
+        updateAvatar();
 }
 
-void PreferencesViewController::__updateAvatar()
+void PreferencesViewController::updateAvatar()
 {
     if (!m_avatarView)
         return;
@@ -527,7 +527,7 @@ void PreferencesViewController::__updateAvatar()
     m_avatarView->setImage(avatar.isNull() ? VLRImageCatalogue::imageNamed(QStringLiteral("blankAvatar")) : QPixmap::fromImage(avatar));
 }
 
-void PreferencesViewController::__setConstraintsForNoName(bool noName)
+void PreferencesViewController::setConstraintsForNoName(bool noName)
 {
     if (!m_userInfoView || !m_emailField || !m_avatarView)
         return;
@@ -543,7 +543,7 @@ void PreferencesViewController::__setConstraintsForNoName(bool noName)
                                                      VLRLayoutAttributeBottom, -4));
 }
 
-void PreferencesViewController::__showUserInfo(bool show)
+void PreferencesViewController::showUserInfo(bool show)
 {
     if (!m_userInfoView || !m_loginLogoutButton)
         return;

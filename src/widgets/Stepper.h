@@ -35,7 +35,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    void __step();
+    void step();
 
     qint64 m_value = 0;
     qint64 m_minValue = 0;

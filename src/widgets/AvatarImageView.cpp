@@ -1,4 +1,4 @@
-#include "signin/AvatarImageView.h"
+#include "widgets/AvatarImageView.h"
 
 #include <QPainter>
 #include <QPainterPath>

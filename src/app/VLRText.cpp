@@ -1,4 +1,4 @@
-#include "session/VLRText.h"
+#include "app/VLRText.h"
 
 #include <QStringList>
 

@@ -2,9 +2,9 @@
 
 #include "service/VLRObject.h"
 #include "service/VLRTypes.h"
-#include "signin/AvatarImageView.h"
-#include "signin/PreferencesPage.h"
-#include "signin/Stepper.h"
+#include "widgets/AvatarImageView.h"
+#include "preferences/PreferencesPage.h"
+#include "widgets/Stepper.h"
 #include "widgets/VLRButton.h"
 #include "widgets/VLRTextField.h"
 #include "widgets/VLRView.h"
@@ -83,17 +83,17 @@ public:
 
 private:
     void loadView();
-    QWidget* __makeUserInfoView();
-    QWidget* __makeControlsView();
-    QWidget* __makeButtonsRow();
-    void __restoreStateFromUserDefaults();
-    void __updateDownloadCacheSize(qint64 bytes);
-    void __enableDownloadCacheUI(bool enabled);
-    void __storeDownloadCacheSize();
-    void __updateAvatar();
-    void __setConstraintsForNoName(bool noName);
-    void __showUserInfo(bool show);
-    void __updateLoginLogoutButton();
+    QWidget* makeUserInfoView();
+    QWidget* makeControlsView();
+    QWidget* makeButtonsRow();
+    void restoreStateFromUserDefaults();
+    void updateDownloadCacheSizeFields(qint64 bytes);
+    void enableDownloadCacheUI(bool enabled);
+    void storeDownloadCacheSize();
+    void updateAvatar();
+    void setConstraintsForNoName(bool noName);
+    void showUserInfo(bool show);
+    void updateLoginLogoutButton();
 
     QPointer<VLRView> m_view;
     QPointer<QWidget> m_userInfoView;

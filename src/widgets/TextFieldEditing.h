@@ -30,8 +30,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void __textEdited();
-    void __editingFinished();
+    void textEdited();
+    void editingFinished();
 
     QPointer<QLineEdit> m_field;
     bool m_editing = false;
