@@ -1,13 +1,10 @@
 // How much one observed change costs the main controller, and what binding
 // and unbinding a session costs.
 
-#include "fakes/FakeService.h"
+#include "fakes/FakeClientServices.h"
 #include "fakes/FakeTransfer.h"
 #include "fakes/FakeUserSession.h"
-#include "fakes/RecordingNotificationCenter.h"
 #include "pages/RecordingPages.h"
-#include "platform/VLRUserDefaults.h"
-#include "platform/VLRUserNotificationCenter.h"
 #include "service/VLRLogFormat.h"
 #include "session/MainViewController.h"
 
@@ -31,15 +28,14 @@ struct Fixture
     Fixture()
     {
         vlr::setLogFilePath(QString());
-        VLRUserDefaults::setStorageDirectory(settings.path());
-        VLRUserNotificationCenter::setDefaultUserNotificationCenter(std::make_shared<RecordingNotificationCenter>());
         MainViewControllerParts parts;
         parts.transfersViewController = std::make_unique<ListKeepingTransfersPage>(&journal);
-        controller = std::make_unique<MainViewController>(std::move(parts), nullptr);
+        controller = std::make_unique<MainViewController>(std::move(parts), nullptr, fakes.services());
         controller->loadView();
     }
 
     QTemporaryDir settings;
+    FakeClientServices fakes{settings.path()};
     PageJournal journal;
     std::unique_ptr<MainViewController> controller;
 };

@@ -7,13 +7,13 @@
 #include "AccountStore.h"
 #include "Clock.h"
 #include "Database.h"
+#include "EmbeddedServiceLibrary.h"
 #include "DownloadLink.h"
 #include "LocalTransfer.h"
 #include "LocalUserSession.h"
 #include "TransferStore.h"
 #include "WorkspaceStore.h"
 
-#include "service/VLRInit.h"
 #include "service/VLRLogFormat.h"
 #include "service/VLRTransferQueue.h"
 #include "service/VLRUtils.h"
@@ -53,15 +53,17 @@ struct Service
     {
         vlr::setLogFilePath(QString());
         qputenv("HOME", home.path().toLocal8Bit());
-        VLRUtils::setDatabaseLocation(QUrl::fromLocalFile(folder()));
+        library.utils().setDatabaseLocation(QUrl::fromLocalFile(folder()));
         database = Database::open(folder(), nullptr);
         userId = AccountStore(*database).add(QStringLiteral("bench@example.com"), QStringLiteral("Bench"), QString(),
                                              QStringLiteral("pw"), false, nullptr);
         workspaceId = WorkspaceStore(*database).create(QStringLiteral("Bench"), userId, Clock::nowMs());
     }
-    ~Service() { VLRInit::shutdown(); }
+    ~Service() { library.init().shutdown(); }
 
     QString folder() const { return data.path() + QStringLiteral("/Veluria"); }
+
+    EmbeddedServiceLibrary library;
 
     // The time from the call to the session in the handler.
     std::shared_ptr<LocalUserSession> signIn(double* seconds = nullptr)
@@ -70,7 +72,7 @@ struct Service
         bool answered = false;
         QElapsedTimer clock;
         clock.start();
-        VLRUserSession::createUserSessionWithLoginCredentials(
+        library.createUserSessionWithLoginCredentials(
             VLRLoginCredentials(QStringLiteral("bench@example.com"), QStringLiteral("pw")),
             QStringLiteral("lumenra-courier-token"), true,
             [&](const VLRUserSessionPtr& s, const VLRLoginVerifierPtr&, const vlr::OptionalError&) {

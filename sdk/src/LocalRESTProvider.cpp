@@ -2,12 +2,6 @@
 
 #include "service/VLRUserSession.h"
 
-VLRRESTProvider& VLRRESTProvider::sharedProvider()
-{
-    static LocalRESTProvider provider;
-    return provider;
-}
-
 void LocalRESTProvider::setUpdateSessionBlock(const VLRUpdateSessionBlock& block)
 {
     m_updateSessionBlock = block;

@@ -4,12 +4,6 @@
 
 #include <mutex>
 
-VLRReachabilityManager& VLRReachabilityManager::sharedReachabilityManager()
-{
-    static LocalReachabilityManager manager;
-    return manager;
-}
-
 qint64 LocalReachabilityManager::currentNetworkStatus() const
 {
     static std::once_flag loaded;

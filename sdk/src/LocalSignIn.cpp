@@ -2,6 +2,7 @@
 
 #include "Database.h"
 #include "DatabaseLocation.h"
+#include "LocalEnvironment.h"
 #include "LocalLoginVerifier.h"
 #include "LocalUserSession.h"
 #include "MainThread.h"
@@ -13,14 +14,7 @@
 
 #include <mutex>
 
-#include "service/VLREnvironment.h"
 #include "service/VLRLogFormat.h"
-
-void VLRUserSession::createUserSessionWithLoginCredentials(const VLRLoginCredentials& credentials, const QString& apiKey,
-                                                           bool, const VLRSignInHandler& completionHandler)
-{
-    LocalSignIn::start(credentials, apiKey, completionHandler);
-}
 
 namespace {
 
@@ -71,8 +65,9 @@ void LocalSignIn::start(const VLRLoginCredentials& credentials, const QString& a
         VLRLogFormat(5, QStringLiteral("VeluriaSDK"), "Sign-in refused: unknown client key");
         return answerError(ServiceError::make(ServiceError::ClientKeyRefused));
     }
-    if (VLREnvironment::environment() != VLREnvironment::DefaultEnvironment)
-        return answerError(ServiceError::make(ServiceError::EnvironmentUnavailable, VLREnvironment::domainName()));
+    LocalEnvironment environment;
+    if (environment.environment() != VLREnvironment::DefaultEnvironment)
+        return answerError(ServiceError::make(ServiceError::EnvironmentUnavailable, environment.domainName()));
 
     const QString email = credentials.email().trimmed();
     const QString password = credentials.password();

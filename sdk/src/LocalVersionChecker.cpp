@@ -4,14 +4,9 @@
 #include "MainThread.h"
 #include "ServiceError.h"
 
-#include "service/VLREnvironment.h"
+#include "LocalEnvironment.h"
 
 #include <QNetworkReply>
-
-std::shared_ptr<VLRVersionChecker> VLRVersionChecker::create()
-{
-    return std::make_shared<LocalVersionChecker>(LibrarySettings::versionManifest());
-}
 
 LocalVersionChecker::LocalVersionChecker(const QUrl& manifestURL)
     : m_manifestURL(manifestURL)
@@ -36,7 +31,7 @@ void LocalVersionChecker::getVersionInfo(const VLRVersionInfoHandler& handler)
 
 void LocalVersionChecker::readManifest(const ManifestHandler& handler)
 {
-    const QString running = VLREnvironment::appVersion();
+    const QString running = LocalEnvironment().appVersion();
     if (m_manifest || m_manifestURL.isEmpty()) {
         const VersionManifest manifest = m_manifest.value_or(VersionManifest::current(running));
         const vlr::OptionalError error = m_error;

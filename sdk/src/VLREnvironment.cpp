@@ -1,13 +1,9 @@
-#include "service/VLREnvironment.h"
+#include "LocalEnvironment.h"
 
 #include "service/VLRLogFormat.h"
 
 #include <mutex>
 
-// Environment 0 is the embedded local service and answers to "localhost".
-// Any other domain name names a remote service, which this build of the
-// library cannot reach yet: it is remembered, and a sign-in there is refused
-// with a clear error.
 namespace {
 
 const QString localDomainName = QStringLiteral("localhost");
@@ -26,7 +22,7 @@ EnvironmentState& state()
 
 } // namespace
 
-void VLREnvironment::setEnvironmentWithDomainName(const QString& domainName)
+void LocalEnvironment::setEnvironmentWithDomainName(const QString& domainName)
 {
     const QString name = domainName.trimmed().toLower();
     if (name.isEmpty())
@@ -38,25 +34,25 @@ void VLREnvironment::setEnvironmentWithDomainName(const QString& domainName)
     s.domainName = name;
 }
 
-qint64 VLREnvironment::environment()
+qint64 LocalEnvironment::environment()
 {
     return domainName() == localDomainName ? DefaultEnvironment : 1;
 }
 
-QString VLREnvironment::domainName()
+QString LocalEnvironment::domainName()
 {
     EnvironmentState& s = state();
     std::lock_guard lock(s.mutex);
     return s.domainName;
 }
 
-QString VLREnvironment::appHostname()
+QString LocalEnvironment::appHostname()
 {
     const QString domain = domainName();
     return domain == localDomainName ? domain : QStringLiteral("app.") + domain;
 }
 
-QString VLREnvironment::appVersion()
+QString LocalEnvironment::appVersion()
 {
     return QStringLiteral(VELURIA_VERSION);
 }

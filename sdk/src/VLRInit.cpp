@@ -1,4 +1,4 @@
-#include "service/VLRInit.h"
+#include "LocalInit.h"
 
 #include "service/VLRLogFormat.h"
 
@@ -8,14 +8,14 @@
 
 #include <QFileInfo>
 
-void VLRInit::initUsingCrashlytics(bool crashReporting)
+void LocalInit::initUsingCrashlytics(bool crashReporting)
 {
     if (crashReporting)
         CrashReporter::install(QFileInfo(vlr::logFilePath()).path());
     VLRLogFormat(4, QStringLiteral("VeluriaSDK"), "Veluria service library started");
 }
 
-void VLRInit::shutdown()
+void LocalInit::shutdown()
 {
     SessionRegistry::endAll();
     Reaper::waitForAll(std::chrono::seconds(10));

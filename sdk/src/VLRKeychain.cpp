@@ -1,4 +1,4 @@
-#include "service/VLRKeychain.h"
+#include "LocalKeychain.h"
 
 #include "service/VLRLogFormat.h"
 
@@ -8,10 +8,6 @@
 
 #include <atomic>
 
-// The password lives in the desktop's keyring (Secret Service or KWallet)
-// under one fixed service and key. The keyring answers asynchronously; these
-// calls wait for the answer in a local event loop, so that the GUI keeps
-// running while the keyring works (or asks the user to unlock it).
 namespace {
 
 const QString serviceName = QStringLiteral("Veluria");
@@ -49,7 +45,7 @@ void reportFailure(const QKeychain::Job& job, const char* action)
 
 } // namespace
 
-QString VLRKeychain::loadPassword()
+QString LocalKeychain::loadPassword()
 {
     QKeychain::ReadPasswordJob job(serviceName);
     if (!runToEnd(job))
@@ -61,7 +57,7 @@ QString VLRKeychain::loadPassword()
     return {};
 }
 
-void VLRKeychain::savePassword(const QString& password)
+void LocalKeychain::savePassword(const QString& password)
 {
     QKeychain::WritePasswordJob job(serviceName);
     job.setTextData(password.isNull() ? QStringLiteral("") : password);
@@ -69,7 +65,7 @@ void VLRKeychain::savePassword(const QString& password)
         reportFailure(job, "storing the password");
 }
 
-void VLRKeychain::deletePassword()
+void LocalKeychain::deletePassword()
 {
     QKeychain::DeletePasswordJob job(serviceName);
     if (runToEnd(job) && job.error() != QKeychain::NoError && job.error() != QKeychain::EntryNotFound)

@@ -1,37 +1,37 @@
-#include "service/VLRUtils.h"
+#include "LocalUtils.h"
 
-#include "service/VLREnvironment.h"
+#include "LocalEnvironment.h"
 
 #include "DatabaseLocation.h"
 #include "LocalHelpPages.h"
 #include "MainThread.h"
 
-void VLRUtils::setDatabaseLocation(const QUrl& location)
+void LocalUtils::setDatabaseLocation(const QUrl& location)
 {
     DatabaseLocation::set(location);
 }
 
-QUrl VLRUtils::databaseLocation()
+QUrl LocalUtils::databaseLocation()
 {
     return DatabaseLocation::current();
 }
 
-QUrl VLRUtils::resetPasswordURL()
+QUrl LocalUtils::resetPasswordURL()
 {
-    if (VLREnvironment::environment() == VLREnvironment::DefaultEnvironment) {
+    if (LocalEnvironment().environment() == VLREnvironment::DefaultEnvironment) {
         const QUrl page = LocalHelpPages::resetPasswordPage();
         if (!page.isEmpty())
             return page;
     }
-    return QUrl(QStringLiteral("https://%1/users/password/new").arg(VLREnvironment::appHostname()));
+    return QUrl(QStringLiteral("https://%1/users/password/new").arg(LocalEnvironment().appHostname()));
 }
 
-void VLRUtils::getHelpURLWithCompletionHandler(const VLRURLHandler& handler)
+void LocalUtils::getHelpURLWithCompletionHandler(const VLRURLHandler& handler)
 {
     if (!handler)
         return;
-    const QUrl page = VLREnvironment::environment() == VLREnvironment::DefaultEnvironment
+    const QUrl page = LocalEnvironment().environment() == VLREnvironment::DefaultEnvironment
                           ? LocalHelpPages::helpPage()
-                          : QUrl(QStringLiteral("https://%1/help-center").arg(VLREnvironment::appHostname()));
+                          : QUrl(QStringLiteral("https://%1/help-center").arg(LocalEnvironment().appHostname()));
     MainThread::post([handler, page] { handler(page, std::nullopt); });
 }

@@ -20,7 +20,7 @@ VLRUserSessionPtr signInAsChild(const QString& email)
     VLRUserSessionPtr session;
     vlr::OptionalError error;
     bool answered = false;
-    VLRUserSession::createUserSessionWithLoginCredentials(
+    library().createUserSessionWithLoginCredentials(
         VLRLoginCredentials(email, QStringLiteral("pw")), QStringLiteral("lumenra-courier-token"), true,
         [&](const VLRUserSessionPtr& s, const VLRLoginVerifierPtr&, const vlr::OptionalError& e) {
             session = s;
@@ -42,7 +42,7 @@ TEST(ChildRole, Publisher)
 {
     if (!ChildProcess::isChild("Publisher"))
         GTEST_SKIP() << "a second client of CrossProcess tests";
-    VLRUtils::setDatabaseLocation(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_DATABASE")));
+    library().utils().setDatabaseLocation(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_DATABASE")));
     const VLRUserSessionPtr session = signInAsChild(QStringLiteral("bob@example.com"));
     ASSERT_NE(session, nullptr);
     RecordingDelegate delegate;
@@ -67,14 +67,14 @@ TEST(ChildRole, Publisher)
         20000));
     session->setDelegate(nullptr);
     session->logoutWithCompletionHandler(nullptr);
-    VLRInit::shutdown();
+    library().init().shutdown();
 }
 
 TEST(ChildRole, SlowUploader)
 {
     if (!ChildProcess::isChild("SlowUploader"))
         GTEST_SKIP() << "a client killed in the middle of an upload";
-    VLRUtils::setDatabaseLocation(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_DATABASE")));
+    library().utils().setDatabaseLocation(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_DATABASE")));
     const VLRUserSessionPtr session = signInAsChild(QStringLiteral("ann@example.com"));
     ASSERT_NE(session, nullptr);
     ASSERT_TRUE(ServiceFixture::waitUntil([&] { return !session->syncingLists(); }));
@@ -96,12 +96,12 @@ TEST(ChildRole, LateLocation)
     if (!ChildProcess::isChild("LateLocation"))
         GTEST_SKIP() << "a client whose database location comes after its sign-in started";
     QTimer::singleShot(400, [] {
-        VLRUtils::setDatabaseLocation(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_DATABASE")));
+        library().utils().setDatabaseLocation(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_DATABASE")));
     });
     const VLRUserSessionPtr session = signInAsChild(QStringLiteral("ann@example.com"));
     ASSERT_NE(session, nullptr);
     session->logoutWithCompletionHandler(nullptr);
-    VLRInit::shutdown();
+    library().init().shutdown();
 }
 
 } // namespace
@@ -112,7 +112,7 @@ TEST(ChildRole, Crasher)
 {
     if (!ChildProcess::isChild("Crasher"))
         GTEST_SKIP() << "a client that crashes after the library started its crash reporting";
-    VLRInit::initUsingCrashlytics(true);
+    library().init().initUsingCrashlytics(true);
     std::raise(SIGSEGV);
 }
 

@@ -20,9 +20,9 @@ TEST(Keychain, NoKeyringMeansNoPasswordThenARealKeyringKeepsIt)
         if (tag == QLatin1String("VeluriaSDK") && message.startsWith(QLatin1String("Keychain")))
             lines.append(message);
     });
-    EXPECT_TRUE(VLRKeychain::loadPassword().isNull());
-    VLRKeychain::savePassword(QStringLiteral("lost"));
-    EXPECT_TRUE(VLRKeychain::loadPassword().isNull());
+    EXPECT_TRUE(library().keychain().loadPassword().isNull());
+    library().keychain().savePassword(QStringLiteral("lost"));
+    EXPECT_TRUE(library().keychain().loadPassword().isNull());
     ASSERT_EQ(lines.size(), 1);
     EXPECT_TRUE(lines.at(0).startsWith(QStringLiteral("Keychain: no keychain here (")));
     EXPECT_TRUE(lines.at(0).endsWith(QStringLiteral("); the password is not kept")));
@@ -45,18 +45,18 @@ TEST(Keychain, NoKeyringMeansNoPasswordThenARealKeyringKeepsIt)
 
     ASSERT_TRUE(ServiceFixture::waitUntil(
         [] {
-            VLRKeychain::savePassword(QStringLiteral("correct horse"));
-            return VLRKeychain::loadPassword() == QStringLiteral("correct horse");
+            library().keychain().savePassword(QStringLiteral("correct horse"));
+            return library().keychain().loadPassword() == QStringLiteral("correct horse");
         },
         15000));
-    VLRKeychain::savePassword(QStringLiteral("battery staple"));
-    EXPECT_EQ(VLRKeychain::loadPassword(), QStringLiteral("battery staple"));
-    VLRKeychain::deletePassword();
-    EXPECT_TRUE(VLRKeychain::loadPassword().isNull());
-    VLRKeychain::deletePassword();
-    VLRKeychain::savePassword(QStringLiteral(""));
-    EXPECT_EQ(VLRKeychain::loadPassword(), QStringLiteral(""));
-    VLRKeychain::deletePassword();
+    library().keychain().savePassword(QStringLiteral("battery staple"));
+    EXPECT_EQ(library().keychain().loadPassword(), QStringLiteral("battery staple"));
+    library().keychain().deletePassword();
+    EXPECT_TRUE(library().keychain().loadPassword().isNull());
+    library().keychain().deletePassword();
+    library().keychain().savePassword(QStringLiteral(""));
+    EXPECT_EQ(library().keychain().loadPassword(), QStringLiteral(""));
+    library().keychain().deletePassword();
 
     keyring.terminate();
     keyring.waitForFinished(5000);

@@ -53,7 +53,7 @@ void ServiceFixture::SetUp()
     ASSERT_TRUE(m_home.isValid());
     m_previousHome = qgetenv("HOME");
     qputenv("HOME", m_home.path().toLocal8Bit());
-    VLRUtils::setDatabaseLocation(QUrl::fromLocalFile(databaseFolder()));
+    library().utils().setDatabaseLocation(QUrl::fromLocalFile(databaseFolder()));
     QString failure;
     m_database = Database::open(databaseFolder(), &failure);
     ASSERT_NE(m_database, nullptr) << failure.toStdString();
@@ -66,7 +66,7 @@ void ServiceFixture::TearDown()
     m_sessions.clear();
     // Ends what the library still runs (sign-in thread, retired workers)
     // before the folders go.
-    VLRInit::shutdown();
+    library().init().shutdown();
     QCoreApplication::processEvents();
     m_database.reset();
     qputenv("HOME", m_previousHome);
@@ -91,7 +91,7 @@ ServiceFixture::SignInOutcome ServiceFixture::signIn(const QString& email, const
                                                      const QString& apiKey)
 {
     auto outcome = std::make_shared<SignInOutcome>();
-    VLRUserSession::createUserSessionWithLoginCredentials(
+    library().createUserSessionWithLoginCredentials(
         VLRLoginCredentials(email, password), apiKey, true,
         [outcome](const VLRUserSessionPtr& session, const VLRLoginVerifierPtr& verifier, const vlr::OptionalError& error) {
             outcome->session = session;

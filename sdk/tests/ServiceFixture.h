@@ -2,6 +2,7 @@
 
 #include "AccountStore.h"
 #include "Database.h"
+#include "EmbeddedServiceLibrary.h"
 #include "LocalUserSession.h"
 #include "WorkspaceStore.h"
 
@@ -17,6 +18,13 @@
 
 #include <functional>
 #include <memory>
+
+// The library under test, as the program makes it.
+inline EmbeddedServiceLibrary& library()
+{
+    static EmbeddedServiceLibrary embedded;
+    return embedded;
+}
 
 // Records every change it hears, and whether it came on the GUI thread.
 class ChangeRecorder : public VLRKeyValueObserver

@@ -46,13 +46,13 @@ TEST_F(SignIn, RefusesAnUnknownClientKeyAndAnotherService)
     EXPECT_EQ(badKey.error->code, 5);
     EXPECT_EQ(badKey.session, nullptr);
 
-    VLREnvironment::setEnvironmentWithDomainName(QStringLiteral("veluria.example.org"));
-    EXPECT_EQ(VLREnvironment::environment(), 1);
-    EXPECT_EQ(VLREnvironment::appHostname(), QStringLiteral("app.veluria.example.org"));
+    library().environment().setEnvironmentWithDomainName(QStringLiteral("veluria.example.org"));
+    EXPECT_EQ(library().environment().environment(), 1);
+    EXPECT_EQ(library().environment().appHostname(), QStringLiteral("app.veluria.example.org"));
     const auto elsewhere = signIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
-    VLREnvironment::setEnvironmentWithDomainName(QStringLiteral("LOCALHOST"));
-    EXPECT_EQ(VLREnvironment::environment(), 0);
-    EXPECT_EQ(VLREnvironment::domainName(), QStringLiteral("localhost"));
+    library().environment().setEnvironmentWithDomainName(QStringLiteral("LOCALHOST"));
+    EXPECT_EQ(library().environment().environment(), 0);
+    EXPECT_EQ(library().environment().domainName(), QStringLiteral("localhost"));
     ASSERT_TRUE(elsewhere.error.has_value());
     EXPECT_EQ(elsewhere.error->localizedDescription,
               QStringLiteral("The Veluria service at \"veluria.example.org\" can't be reached from this version of "

@@ -310,7 +310,7 @@ TEST_F(Transfers, CompletedListSurvivesANewSessionUntilCleared)
     cancelled->cancel();
     session->logoutWithCompletionHandler(nullptr);
     session.reset();
-    VLRInit::shutdown();
+    library().init().shutdown();
 
     session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
     ASSERT_NE(session, nullptr);
@@ -334,7 +334,7 @@ TEST_F(Transfers, CompletedListSurvivesANewSessionUntilCleared)
     ASSERT_TRUE(waitUntil([&] { return !QFileInfo::exists(partial); }));
     session->logoutWithCompletionHandler(nullptr);
     session.reset();
-    VLRInit::shutdown();
+    library().init().shutdown();
     session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
     ASSERT_NE(session, nullptr);
     EXPECT_TRUE(session->completedTransfers().isEmpty());

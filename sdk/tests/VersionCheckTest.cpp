@@ -51,7 +51,7 @@ TEST(VersionCheck, WithoutAManifestTheRunningVersionIsCurrent)
     EXPECT_FALSE(check.checkError.has_value());
     ASSERT_NE(check.info, nullptr);
     EXPECT_EQ(check.info->currentVersion(), QStringLiteral("2.0.0"));
-    EXPECT_EQ(check.info->currentVersion(), VLREnvironment::appVersion());
+    EXPECT_EQ(check.info->currentVersion(), library().environment().appVersion());
     EXPECT_EQ(check.info->latestVersionNice(), QStringLiteral("2.0.0"));
     EXPECT_EQ(check.info->releaseNotesHTML(), QStringLiteral(""));
     EXPECT_TRUE(check.info->termsOfService().isNull());

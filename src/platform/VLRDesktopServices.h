@@ -12,13 +12,6 @@ class VLRDesktopServices
 public:
     virtual ~VLRDesktopServices() = default;
 
-    // The process-wide instance: the one installed, or else the desktop's own.
-    static VLRDesktopServices* sharedDesktopServices();
-
-    // Installs the process-wide instance (tests install a recorder); nullptr
-    // goes back to the desktop's own.
-    static void setSharedDesktopServices(std::shared_ptr<VLRDesktopServices> services);
-
     // True when the desktop took the URL.
     virtual bool openURL(const QUrl& url) = 0;
 

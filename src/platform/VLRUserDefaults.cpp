@@ -10,26 +10,6 @@ namespace {
 // name reads and writes.
 const QString standardDomainName = QStringLiteral("Veluria");
 
-std::unique_ptr<VLRUserDefaults>& standardInstance()
-{
-    static std::unique_ptr<VLRUserDefaults> instance;
-    return instance;
-}
-
-QString& storageDirectoryOverride()
-{
-    static QString directory;
-    return directory;
-}
-
-QString storageDirectory()
-{
-    if (!storageDirectoryOverride().isEmpty())
-        return storageDirectoryOverride();
-    const QString config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    return config.isEmpty() ? QString() : config + QStringLiteral("/Veluria");
-}
-
 // A domain name becomes a file name, so it may not leave the folder.
 bool isValidDomainName(const QString& name)
 {
@@ -60,22 +40,10 @@ VLRUserDefaults::VLRUserDefaults(const QString& directory)
 {
 }
 
-VLRUserDefaults* VLRUserDefaults::standardUserDefaults()
+QString VLRUserDefaults::standardDirectory()
 {
-    auto& instance = standardInstance();
-    if (!instance)
-        instance = std::make_unique<VLRUserDefaults>(storageDirectory());
-    return instance.get();
-}
-
-void VLRUserDefaults::setStorageDirectory(const QString& path)
-{
-    storageDirectoryOverride() = path;
-}
-
-void VLRUserDefaults::resetStandardUserDefaults()
-{
-    standardInstance().reset();
+    const QString config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return config.isEmpty() ? QString() : config + QStringLiteral("/Veluria");
 }
 
 QVariant VLRUserDefaults::objectForKey(const QString& key)

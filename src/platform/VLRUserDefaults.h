@@ -18,18 +18,12 @@
 class VLRUserDefaults
 {
 public:
+    // The settings kept in the folder; a second instance on the same folder
+    // reads the files afresh, as a restart would.
     explicit VLRUserDefaults(const QString& directory);
 
-    // The process-wide instance, made on first use.
-    static VLRUserDefaults* standardUserDefaults();
-
-    // For tests: the folder of the files for instances made from now on; an
-    // empty path goes back to $XDG_CONFIG_HOME/Veluria.
-    static void setStorageDirectory(const QString& path);
-
-    // For tests: forgets the process-wide instance, as a restart would, so
-    // that the next one reads the files afresh.
-    static void resetStandardUserDefaults();
+    // $XDG_CONFIG_HOME/Veluria: the program's own folder.
+    static QString standardDirectory();
 
     // An invalid QVariant when nothing is stored under the key.
     QVariant objectForKey(const QString& key);

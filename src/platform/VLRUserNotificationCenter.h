@@ -13,14 +13,6 @@ class VLRUserNotificationCenter
 public:
     virtual ~VLRUserNotificationCenter() = default;
 
-    // The process-wide centre: the one installed, or else the desktop's
-    // notification server, made on first use.
-    static VLRUserNotificationCenter* defaultUserNotificationCenter();
-
-    // Installs the process-wide centre (tests install a recorder); nullptr
-    // goes back to the desktop's notification server.
-    static void setDefaultUserNotificationCenter(std::shared_ptr<VLRUserNotificationCenter> center);
-
     virtual void scheduleNotification(const VLRUserNotificationPtr& notification) = 0;
 
     // Not owned: the delegate clears itself before it goes away.

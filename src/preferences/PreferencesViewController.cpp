@@ -1,6 +1,8 @@
 #include "preferences/PreferencesViewController.h"
 
+#include "platform/VLRDesktopServices.h"
 #include "platform/VLRUserDefaults.h"
+#include "service/VLRServiceLibrary.h"
 #include "service/VLREnvironment.h"
 #include "service/VLRUser.h"
 #include "app/VLRText.h"
@@ -132,8 +134,9 @@ QGraphicsOpacityEffect* opacityEffect(QWidget* view)
 
 } // namespace
 
-PreferencesViewController::PreferencesViewController(QObject* parent)
+PreferencesViewController::PreferencesViewController(const ClientServices& services, QObject* parent)
     : QObject(parent)
+    , m_services(services)
 {
 }
 
@@ -328,14 +331,14 @@ void PreferencesViewController::loadView()
     // Only a click puts the cursor in the cache field.
     m_downloadCacheSizeField->setFocusPolicy(Qt::ClickFocus);
 
-    m_versionLabel->setStringValue(vlr::format(vlr::localized("Version: %@"), VLREnvironment::appVersion()));
+    m_versionLabel->setStringValue(vlr::format(vlr::localized("Version: %@"), m_services.library->environment().appVersion()));
 
     restoreStateFromUserDefaults();
 }
 
 void PreferencesViewController::restoreStateFromUserDefaults()
 {
-    VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
+    VLRUserDefaults* defaults = m_services.defaults;
     m_showNotificationsCheckBox->setChecked(defaults->boolForKey(VLRUserDefaultsKeyShowNotifications));
     m_launchAtStartupCheckBox->setChecked(m_delegate && m_delegate->willVeluriaLaunchAtStartup());
     m_autoOpenCheckBox->setChecked(defaults->boolForKey(VLRUserDefaultsKeyAutoOpenAssets));
@@ -373,12 +376,12 @@ void PreferencesViewController::logInOrOut()
 
 void PreferencesViewController::showNotifications(QCheckBox* sender)
 {
-    VLRUserDefaults::standardUserDefaults()->setBool(sender && sender->isChecked(), VLRUserDefaultsKeyShowNotifications);
+    m_services.defaults->setBool(sender && sender->isChecked(), VLRUserDefaultsKeyShowNotifications);
 }
 
 void PreferencesViewController::autoOpenAssets(QCheckBox* sender)
 {
-    VLRUserDefaults::standardUserDefaults()->setBool(sender && sender->isChecked(), VLRUserDefaultsKeyAutoOpenAssets);
+    m_services.defaults->setBool(sender && sender->isChecked(), VLRUserDefaultsKeyAutoOpenAssets);
 }
 
 void PreferencesViewController::launchVeluriaAtStartup(QCheckBox* sender)
@@ -400,7 +403,7 @@ void PreferencesViewController::limitDownloadCacheSize(QCheckBox* sender)
     // shown.
     const bool limit = sender && sender->isChecked();
     enableDownloadCacheUI(limit);
-    VLRUserDefaults::standardUserDefaults()->setBool(limit, VLRUserDefaultsKeyLimitDownloadCacheSize);
+    m_services.defaults->setBool(limit, VLRUserDefaultsKeyLimitDownloadCacheSize);
 }
 
 void PreferencesViewController::updateDownloadCacheSize(qint64 bytes)
@@ -408,7 +411,7 @@ void PreferencesViewController::updateDownloadCacheSize(qint64 bytes)
     updateDownloadCacheSizeFields(bytes);
     if (m_downloadCacheSizeCheckBox)
         m_downloadCacheSizeCheckBox->setEnabled(true);
-    VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
+    VLRUserDefaults* defaults = m_services.defaults;
     enableDownloadCacheUI(defaults->boolForKey(VLRUserDefaultsKeyLimitDownloadCacheSize));
 }
 

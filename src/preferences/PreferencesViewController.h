@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ClientServices.h"
 #include "service/VLRObject.h"
 #include "service/VLRTypes.h"
 #include "widgets/AvatarImageView.h"
@@ -32,7 +33,7 @@ public:
     // The program that removes the client from this computer.
     static inline const QString UninstallerExecutableName = QStringLiteral("veluria-uninstall");
 
-    explicit PreferencesViewController(QObject* parent = nullptr);
+    explicit PreferencesViewController(const ClientServices& services, QObject* parent = nullptr);
     ~PreferencesViewController() override;
 
     QWidget* view() override;
@@ -113,6 +114,7 @@ private:
     QPointer<VLRButton> m_quitButton;
     QPointer<VLRTextField> m_versionLabel;
     bool m_loggedIn = false;
+    ClientServices m_services;
     PreferencesViewControllerDelegate* m_delegate = nullptr;
     VLRUserPtr m_user;
 

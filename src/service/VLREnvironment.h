@@ -8,9 +8,10 @@ class VLREnvironment
 public:
     static constexpr qint64 DefaultEnvironment = 0;
 
-    static void setEnvironmentWithDomainName(const QString& domainName);
-    static qint64 environment();
-    static QString domainName();
-    static QString appHostname();
-    static QString appVersion();
+    virtual ~VLREnvironment() = default;
+    virtual void setEnvironmentWithDomainName(const QString& domainName) = 0;
+    virtual qint64 environment() = 0;
+    virtual QString domainName() = 0;
+    virtual QString appHostname() = 0;
+    virtual QString appVersion() = 0;
 };

@@ -4,6 +4,7 @@
 class VLRInit
 {
 public:
-    static void initUsingCrashlytics(bool crashReporting);
-    static void shutdown();
+    virtual ~VLRInit() = default;
+    virtual void initUsingCrashlytics(bool crashReporting) = 0;
+    virtual void shutdown() = 0;
 };

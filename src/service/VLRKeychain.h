@@ -6,8 +6,9 @@
 class VLRKeychain
 {
 public:
+    virtual ~VLRKeychain() = default;
     // Null when there is none, or no keychain on this machine.
-    static QString loadPassword();
-    static void savePassword(const QString& password);
-    static void deletePassword();
+    virtual QString loadPassword() = 0;
+    virtual void savePassword(const QString& password) = 0;
+    virtual void deletePassword() = 0;
 };

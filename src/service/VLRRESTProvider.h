@@ -11,8 +11,6 @@ using VLRUpdateSessionBlock = std::function<void(const VLRUserSessionPtr& sessio
 class VLRRESTProvider
 {
 public:
-    static VLRRESTProvider& sharedProvider();
-
     virtual ~VLRRESTProvider() = default;
     virtual void setUpdateSessionBlock(const VLRUpdateSessionBlock& block) = 0;
     virtual void sessionDidChange(const VLRUserSessionPtr& session) = 0;

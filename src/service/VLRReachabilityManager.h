@@ -7,8 +7,6 @@ class VLRReachabilityManager
 public:
     static constexpr qint64 NotReachable = 0;
 
-    static VLRReachabilityManager& sharedReachabilityManager();
-
     virtual ~VLRReachabilityManager() = default;
     // 0 means no network; any other value means reachable.
     virtual qint64 currentNetworkStatus() const = 0;

@@ -5,7 +5,8 @@
 class VLRSoftwareUpdater
 {
 public:
+    virtual ~VLRSoftwareUpdater() = default;
     // False while an update of the client's software is at work: the
     // application must not end now; the reason comes back in error.
-    static bool canLogout(vlr::OptionalError* error);
+    virtual bool canLogout(vlr::OptionalError* error) = 0;
 };

@@ -24,11 +24,6 @@ class VLRUserSession : public VLRObject
 public:
     static constexpr qint64 NewestFirstSortOrder = 3;
 
-    // Exactly one outcome: an error, a verifier when a second factor is
-    // needed, or a session.
-    static void createUserSessionWithLoginCredentials(const VLRLoginCredentials& credentials, const QString& apiKey,
-                                                      bool supportsMarketplace, const VLRSignInHandler& completionHandler);
-
     const VLRUserPtr& user() const { return m_user; }
     const QString& userID() const { return m_userID; }
     const VLRObjectList& projects() const { return m_projects; }

@@ -11,10 +11,11 @@ using VLRURLHandler = std::function<void(const QUrl& url, const vlr::OptionalErr
 class VLRUtils
 {
 public:
+    virtual ~VLRUtils() = default;
     // The folder of the library's database; a null URL when none could be
     // found. May arrive while a sign-in is already under way.
-    static void setDatabaseLocation(const QUrl& location);
-    static QUrl databaseLocation();
-    static QUrl resetPasswordURL();
-    static void getHelpURLWithCompletionHandler(const VLRURLHandler& handler);
+    virtual void setDatabaseLocation(const QUrl& location) = 0;
+    virtual QUrl databaseLocation() = 0;
+    virtual QUrl resetPasswordURL() = 0;
+    virtual void getHelpURLWithCompletionHandler(const VLRURLHandler& handler) = 0;
 };

@@ -12,8 +12,6 @@ using VLRVersionInfoHandler = std::function<void(const vlr::OptionalError& error
 class VLRVersionChecker
 {
 public:
-    static std::shared_ptr<VLRVersionChecker> create();
-
     virtual ~VLRVersionChecker() = default;
     virtual void checkVersion(const VLRVersionCheckHandler& handler) = 0;
     virtual void getVersionInfo(const VLRVersionInfoHandler& handler) = 0;

@@ -5,12 +5,13 @@
 #include "platform/VLRDesktopServices.h"
 #include "service/VLRInstallerUpdater.h"
 #include "service/VLRRESTProvider.h"
+#include "service/VLRServiceLibrary.h"
 #include "service/VLRUser.h"
 #include "service/VLRUserSession.h"
 #include "service/VLRUtils.h"
 #include "session/ApplicationRoot.h"
 #include "session/MainViewController+Observations.h"
-#include "session/VLRNotificationScheduling.h"
+#include "platform/VLRNotificationScheduling.h"
 #include "app/VLRText.h"
 #include "app/VLRUserNotificationKeys.h"
 #include "app/AppFlavor.h"
@@ -21,12 +22,6 @@ namespace {
 
 // The public site's help page, for when the library knows none.
 const QUrl FallbackHelpURL(QStringLiteral("https://www.veluria.com/help-center"));
-
-void notifyRefusedLogout(const vlr::Error& error)
-{
-    vlr_scheduledNotificationWithTitle(vlr::localized("Veluria is busy updating software...please stand by"),
-                                       error.localizedDescription, QString(), VLRUserNotificationTypeErrorLoggingOut);
-}
 
 } // namespace
 
@@ -44,7 +39,7 @@ void MainViewController::sessionDidChange(const VLRUserSessionPtr& session)
         m_userSession = nullptr;
     }
 
-    VLRRESTProvider::sharedProvider().sessionDidChange(session);
+    m_services.library->restProvider().sessionDidChange(session);
 
     const VLRWorkspaceList workspaces = session ? session->workspaces() : VLRWorkspaceList();
     if (m_parts.workspacesViewController)
@@ -146,7 +141,9 @@ void MainViewController::logOutThen(const std::function<void()>& afterUnbinding)
         // A refusal (the library updates the client's software) leaves the
         // session bound; the user may try again.
         if (error) {
-            notifyRefusedLogout(*error);
+            self->m_services.notifications->vlr_scheduledNotificationWithTitle(
+                vlr::localized("Veluria is busy updating software...please stand by"), error->localizedDescription,
+                QString(), VLRUserNotificationTypeErrorLoggingOut);
             return;
         }
         self->sessionDidChange(nullptr);
@@ -184,8 +181,9 @@ void MainViewController::quit()
 
 void MainViewController::openHelp()
 {
-    VLRUtils::getHelpURLWithCompletionHandler([](const QUrl& url, const vlr::OptionalError&) {
-        if (VLRDesktopServices* desktop = VLRDesktopServices::sharedDesktopServices())
+    m_services.library->utils().getHelpURLWithCompletionHandler([desktop = m_services.desktop](const QUrl& url,
+                                                                                           const vlr::OptionalError&) {
+        if (desktop)
             desktop->openURL(url.isEmpty() ? FallbackHelpURL : url);
     });
 }
@@ -193,7 +191,7 @@ void MainViewController::openHelp()
 void MainViewController::passwordChanged()
 {
     const QString email = m_userSession && m_userSession->user() ? m_userSession->user()->email() : QString();
-    vlr_scheduledNotificationWithTitle(
+    m_services.notifications->vlr_scheduledNotificationWithTitle(
         vlr::localized("Your password has changed!"),
         vlr::format(vlr::localized("The password for user \"%@\" has changed. Please sign in again."), email),
         QString(), VLRUserNotificationTypePasswordChanged);
@@ -202,7 +200,7 @@ void MainViewController::passwordChanged()
 
 void MainViewController::downstreamProxyUnavailable()
 {
-    vlr_scheduledNotificationWithTitle(vlr::localized("Communication error"),
+    m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Communication error"),
                                        vlr::localized("Veluria encountered a communication error. Please sign in again."));
     signOut();
 }

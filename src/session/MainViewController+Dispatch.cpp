@@ -13,7 +13,7 @@
 #include "service/VLRTransferReporting.h"
 #include "service/VLRUserSession.h"
 #include "session/MainViewController+Observations.h"
-#include "session/VLRNotificationScheduling.h"
+#include "platform/VLRNotificationScheduling.h"
 #include "app/VLRText.h"
 #include "app/VLRUserNotificationKeys.h"
 #include "app/VLRUserDefaultsKeys.h"
@@ -135,13 +135,13 @@ void MainViewController::handleCurrentDownloadChange(const QString& keyPath, con
         if (finished && !m_openedCurrentDownload
             && transfer->subType() == VLRTransferReporting::RequestedDownloadSubType) {
             m_openedCurrentDownload = true;
-            if (VLRUserDefaults::standardUserDefaults()->boolForKey(VLRUserDefaultsKeyAutoOpenAssets)) {
+            if (m_services.defaults->boolForKey(VLRUserDefaultsKeyAutoOpenAssets)) {
                 const QString path = transfer->fileURL().toLocalFile();
                 if (!path.isEmpty() && VLRFileManager::fileExistsAtPath(path))
-                    if (VLRDesktopServices* desktop = VLRDesktopServices::sharedDesktopServices())
+                    if (VLRDesktopServices* desktop = m_services.desktop)
                         desktop->openFile(path);
             } else {
-                vlr_scheduledNotificationWithTitle(vlr::localized("Your download is ready!"),
+                m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Your download is ready!"),
                                                    lastPathComponent(transfer->fileURL()), vlr::localized("Open"),
                                                    transfer->identifier(), transfer->fileURL(),
                                                    VLRUserNotificationTypeDownloadCompleted);
@@ -151,7 +151,7 @@ void MainViewController::handleCurrentDownloadChange(const QString& keyPath, con
         m_openedCurrentDownload = true;
         const vlr::OptionalError& error = transfer->error();
         if (error && !error->isCancellation()) {
-            vlr_scheduledNotificationWithTitle(
+            m_services.notifications->vlr_scheduledNotificationWithTitle(
                 vlr::format(vlr::localized("Error downloading project: \"%@\""), lastPathComponent(transfer->fileURL())),
                 error->localizedDescription, transfer->identifier(), VLRUserNotificationTypeTransferFailed);
         }
@@ -168,7 +168,7 @@ void MainViewController::handleCurrentUploadChange(const QString& keyPath, const
     if (transfer && keyPath == QLatin1String("error") && change.hasNewValue()) {
         const vlr::OptionalError& error = transfer->error();
         if (error && !error->isCancellation()) {
-            vlr_scheduledNotificationWithTitle(
+            m_services.notifications->vlr_scheduledNotificationWithTitle(
                 vlr::format(vlr::localized("Error uploading project: \"%@\""), lastPathComponent(transfer->fileURL())),
                 error->localizedDescription, transfer->identifier(), VLRUserNotificationTypeTransferFailed);
         }

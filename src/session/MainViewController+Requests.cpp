@@ -7,7 +7,7 @@
 #include "service/VLRTransferQueue.h"
 #include "service/VLRUserSession.h"
 #include "service/VLRWorkspace.h"
-#include "session/VLRNotificationScheduling.h"
+#include "platform/VLRNotificationScheduling.h"
 #include "app/VLRText.h"
 #include "app/VLRUserNotificationKeys.h"
 #include "session/WorkspaceLocationDelegate.h"
@@ -34,7 +34,7 @@ void MainViewController::downloadUrl(const QString& url)
             return;
         self->m_downloadingURL = false;
         if (error)
-            vlr_scheduledNotificationWithTitle(vlr::localized("Error processing download request"),
+            self->m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Error processing download request"),
                                                error->localizedDescription);
     };
     if (AppFlavor::supportsAutoRevisionedDownloads()) {
@@ -118,7 +118,7 @@ void MainViewController::transfersViewControllerRestartedUpload(TransfersPage*, 
     vlr::OptionalError error;
     m_userSession->uploader()->restartTransfer(transfer, &error);
     if (error)
-        vlr_scheduledNotificationWithTitle(vlr::localized("Error retrying upload"), error->localizedDescription,
+        m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Error retrying upload"), error->localizedDescription,
                                            QString(), VLRUserNotificationTypeTransferFailed);
 }
 
@@ -129,7 +129,7 @@ void MainViewController::transfersViewControllerRestartedDownload(TransfersPage*
     vlr::OptionalError error;
     m_userSession->downloader()->restartTransfer(transfer, &error);
     if (error)
-        vlr_scheduledNotificationWithTitle(vlr::localized("Error retrying download"), error->localizedDescription,
+        m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Error retrying download"), error->localizedDescription,
                                            QString(), VLRUserNotificationTypeTransferFailed);
 }
 

@@ -8,7 +8,7 @@
 #include "service/VLRPublication.h"
 #include "service/VLRUserSession.h"
 #include "service/VLRWorkspace.h"
-#include "session/VLRNotificationScheduling.h"
+#include "platform/VLRNotificationScheduling.h"
 #include "app/VLRText.h"
 #include "app/VLRUserNotificationKeys.h"
 #include "app/AppFlavor.h"
@@ -37,7 +37,7 @@ void MainViewController::userNotificationCenterDidActivateNotification(VLRUserNo
     } else if (type == VLRUserNotificationTypeDownloadCompleted) {
         const QString path = userInfo.value(VLRUserNotificationFilePathKey).toString();
         if (!path.isEmpty() && VLRFileManager::fileExistsAtPath(path))
-            if (VLRDesktopServices* desktop = VLRDesktopServices::sharedDesktopServices())
+            if (VLRDesktopServices* desktop = m_services.desktop)
                 desktop->openFile(path);
     } else if (type == VLRUserNotificationTypeUpdateAvailable
                && activation == VLRUserNotificationActivationTypeActionButtonClicked) {
@@ -49,7 +49,7 @@ void MainViewController::userNotificationCenterDidActivateNotification(VLRUserNo
     } else if (type == VLRUserNotificationTypeCCAboutToExpire || type == VLRUserNotificationTypeCCExpired) {
         // Only a web page of the service is opened from here, never a file.
         const QUrl url(objectId);
-        if (VLRDesktopServices* desktop = VLRDesktopServices::sharedDesktopServices();
+        if (VLRDesktopServices* desktop = m_services.desktop;
             desktop && (url.scheme() == QLatin1String("https") || url.scheme() == QLatin1String("http")))
             desktop->openURL(url);
     } else if (type == VLRUserNotificationTypeNewPublication) {
@@ -79,7 +79,7 @@ void MainViewController::workspace(const VLRWorkspacePtr& workspace, const VLRPu
             text = vlr::format(QStringLiteral("%@ uploaded %@."), person, publication->projectName());
         else
             text = vlr::format(QStringLiteral("%@: %@"), person, publication->text());
-        vlr_scheduledNotificationWithTitle(vlr::format(QStringLiteral("New message in %@"), workspace->name()), text,
+        m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::format(QStringLiteral("New message in %@"), workspace->name()), text,
                                            workspace->identifier(), VLRUserNotificationTypeNewPublication);
     }
 }

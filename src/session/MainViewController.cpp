@@ -1,5 +1,6 @@
 #include "session/MainViewController.h"
 
+#include "service/VLRServiceLibrary.h"
 #include "service/VLRRESTProvider.h"
 #include "service/VLRUser.h"
 #include "service/VLRUserSession.h"
@@ -18,9 +19,11 @@ const QSize PopoverSize(360, 520);
 
 } // namespace
 
-MainViewController::MainViewController(MainViewControllerParts parts, ApplicationRoot* application, QObject* parent)
+MainViewController::MainViewController(MainViewControllerParts parts, ApplicationRoot* application,
+                                       const ClientServices& services, QObject* parent)
     : QObject(parent)
     , m_application(application)
+    , m_services(services)
     , m_parts(std::move(parts))
 {
 }
@@ -102,7 +105,7 @@ void MainViewController::loadView()
 
     // The library may hand over the session it wants the client to hold.
     QPointer<MainViewController> self(this);
-    VLRRESTProvider::sharedProvider().setUpdateSessionBlock([self](const VLRUserSessionPtr& session) {
+    m_services.library->restProvider().setUpdateSessionBlock([self](const VLRUserSessionPtr& session) {
         if (self)
             self->sessionDidChange(session);
     });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "marketplace/MarketplaceViewControllerDelegate.h"
+#include "platform/ClientServices.h"
 #include "platform/VLRUserNotificationCenterDelegate.h"
 #include "service/VLRObject.h"
 #include "service/VLRUserSessionDelegate.h"
@@ -56,7 +57,8 @@ public:
     static constexpr int PreferencesTab = 5;
     static constexpr int SecondFactorTab = 6;
 
-    MainViewController(MainViewControllerParts parts, ApplicationRoot* application, QObject* parent = nullptr);
+    MainViewController(MainViewControllerParts parts, ApplicationRoot* application, const ClientServices& services,
+                       QObject* parent = nullptr);
     ~MainViewController() override;
 
     // Wiring; called once, right after the status item exists.
@@ -196,6 +198,7 @@ private:
     void updateStateOfPages(bool withMarketplace);
 
     ApplicationRoot* m_application;
+    ClientServices m_services;
     MainViewControllerParts m_parts;
 
     QPointer<StatusItemImageView> m_statusItemImageView;

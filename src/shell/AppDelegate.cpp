@@ -9,12 +9,13 @@
 #include "service/VLRInit.h"
 #include "service/VLRLogFormat.h"
 #include "service/VLRReachabilityManager.h"
+#include "service/VLRServiceLibrary.h"
 #include "service/VLRSoftwareUpdater.h"
 #include "service/VLRUtils.h"
 #include "service/VLRVersionChecker.h"
 #include "service/VLRVersionInfo.h"
 #include "session/MainViewController.h"
-#include "session/VLRNotificationScheduling.h"
+#include "platform/VLRNotificationScheduling.h"
 #include "app/VLRText.h"
 #include "app/VLRUserNotificationKeys.h"
 #include "app/AppFlavor.h"
@@ -43,11 +44,12 @@ constexpr double PostponementSeconds = 86400.0;
 
 } // namespace
 
-AppDelegate::AppDelegate(PartsFactory partsFactory, QObject* parent)
+AppDelegate::AppDelegate(const ClientServices& services, PartsFactory partsFactory, QObject* parent)
     : QObject(parent)
+    , m_services(services)
     , m_partsFactory(std::move(partsFactory))
 {
-    VLRInit::initUsingCrashlytics(true);
+    m_services.library->init().initUsingCrashlytics(true);
     VLRLogFormat(4, Tag, "Veluria %@ starting", QCoreApplication::applicationVersion());
 }
 
@@ -64,7 +66,7 @@ void AppDelegate::awakeFromNib()
     setDefaultUserDefaults();
 
     m_mainViewController = std::make_unique<MainViewController>(
-        m_partsFactory ? m_partsFactory() : MainViewControllerParts(), this);
+        m_partsFactory ? m_partsFactory(m_services) : MainViewControllerParts(), this, m_services);
 
     m_statusItem = std::make_unique<VLRStatusItem>();
     m_statusItemView = new StatusItemImageView(QRect(0, 0, StatusItemSize, StatusItemSize),
@@ -80,19 +82,19 @@ void AppDelegate::awakeFromNib()
 
 void AppDelegate::applicationDidFinishLaunching()
 {
-    VLRUtils::setDatabaseLocation(databaseLocation());
+    m_services.library->utils().setDatabaseLocation(databaseLocation());
 
-    VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
+    VLRUserDefaults* defaults = m_services.defaults;
     if (defaults->boolForKey(VLRUserDefaultsKeyLaunchRestProxy))
         launchRestProxy();
 
-    if (VLRUserNotificationCenter* center = VLRUserNotificationCenter::defaultUserNotificationCenter())
+    if (VLRUserNotificationCenter* center = m_services.notificationCenter)
         center->setDelegate(m_mainViewController.get());
 
     const std::optional<QVariantMap> domain = defaults->persistentDomainForName(VLRUserDefaultsPersistentDomain);
     const QString environment = domain ? domain->value(VLRUserDefaultsKeyEnvironment).toString() : QString();
     if (!environment.isEmpty())
-        VLREnvironment::setEnvironmentWithDomainName(environment);
+        m_services.library->environment().setEnvironmentWithDomainName(environment);
 
     softwareUpdateTimer();
 
@@ -110,9 +112,9 @@ void AppDelegate::applicationDidFinishLaunching()
 int AppDelegate::applicationShouldTerminate()
 {
     vlr::OptionalError error;
-    if (VLRSoftwareUpdater::canLogout(&error))
+    if (m_services.library->softwareUpdater().canLogout(&error))
         return NSTerminateNow;
-    vlr_scheduledNotificationWithTitle(vlr::localized("Veluria is busy updating software...please stand by"),
+    m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Veluria is busy updating software...please stand by"),
                                        error ? error->localizedDescription : QString(), QString(),
                                        VLRUserNotificationTypeErrorLoggingOut);
     return NSTerminateCancel;
@@ -124,14 +126,14 @@ void AppDelegate::applicationWillTerminate()
     if (m_mainViewController)
         m_mainViewController->applicationWillTerminate();
 
-    VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
+    VLRUserDefaults* defaults = m_services.defaults;
     for (const VLRRunningApplication& proxy : VLRRunningApplication::runningApplicationsWithExecutableName(RestProxyExecutableName)) {
         defaults->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
         proxy.terminate();
     }
     defaults->synchronize();
 
-    VLRInit::shutdown();
+    m_services.library->init().shutdown();
 }
 
 void AppDelegate::terminate()
@@ -168,7 +170,7 @@ void AppDelegate::launchRestProxy()
 {
     // Cleared first: a proxy that fails to start is not tried again at the
     // next launch.
-    VLRUserDefaults::standardUserDefaults()->setBool(false, VLRUserDefaultsKeyLaunchRestProxy);
+    m_services.defaults->setBool(false, VLRUserDefaultsKeyLaunchRestProxy);
     const QString executable = HelperProgram::executablePath(RestProxyExecutableName);
     if (executable.isEmpty()) {
         VLRLogFormat(4, RestProxyTag, "Bundle Identifier \"%@\" is invalid or specified app is not installed",
@@ -198,7 +200,7 @@ QString AppDelegate::userFolderPath()
 
 void AppDelegate::setDefaultUserDefaults()
 {
-    VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
+    VLRUserDefaults* defaults = m_services.defaults;
     if (!defaults->objectForKey(VLRUserDefaultsKeyFirstLaunchDate).isValid()) {
         const QString folder = userFolderPath();
         if (!VLRFileManager::fileExistsAtPath(folder) && !VLRFileManager::createDirectoryAtPath(folder, false)) {
@@ -240,9 +242,9 @@ void AppDelegate::scheduleUpdateTimer()
 void AppDelegate::softwareUpdateTimer()
 {
     scheduleUpdateTimer();
-    if (VLRReachabilityManager::sharedReachabilityManager().currentNetworkStatus() == VLRReachabilityManager::NotReachable)
+    if (m_services.library->reachabilityManager().currentNetworkStatus() == VLRReachabilityManager::NotReachable)
         return;
-    std::shared_ptr<VLRVersionChecker> checker = VLRVersionChecker::create();
+    std::shared_ptr<VLRVersionChecker> checker = m_services.library->createVersionChecker();
     if (!checker)
         return;
     QPointer<AppDelegate> self(this);
@@ -250,7 +252,7 @@ void AppDelegate::softwareUpdateTimer()
         if (!self || error)
             return;
         const QDateTime postponed =
-            VLRUserDefaults::standardUserDefaults()->objectForKey(VLRUserDefaultsKeyUpdatePostponedDate).toDateTime();
+            self->m_services.defaults->objectForKey(VLRUserDefaultsKeyUpdatePostponedDate).toDateTime();
         const double interval = postponed.isValid() ? postponed.msecsTo(QDateTime::currentDateTime()) / 1000.0 : 0;
         // A postponement holds for strictly less than a day; without one
         // there is none.

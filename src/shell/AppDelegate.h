@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ClientServices.h"
 #include "session/ApplicationRoot.h"
 #include "session/MainViewControllerParts.h"
 #include "widgets/StatusItemImageView.h"
@@ -29,12 +30,12 @@ public:
     static constexpr int SoftwareUpdateIntervalSeconds = 600;
     static inline const QString RestProxyExecutableName = QStringLiteral("veluria-rest-proxy");
 
-    using PartsFactory = std::function<MainViewControllerParts()>;
+    using PartsFactory = std::function<MainViewControllerParts(const ClientServices& services)>;
 
     // The first phase of the start: the service library comes up. The
     // factory makes the popover and the pages when the main controller is
     // created.
-    explicit AppDelegate(PartsFactory partsFactory, QObject* parent = nullptr);
+    AppDelegate(const ClientServices& services, PartsFactory partsFactory, QObject* parent = nullptr);
     ~AppDelegate() override;
 
     // Second phase: settings, the main controller and the status item.
@@ -83,6 +84,7 @@ private:
     void scheduleUpdateTimer();
     void softwareUpdateTimer();
 
+    ClientServices m_services;
     PartsFactory m_partsFactory;
     bool m_skipOpeningPop = false;
     bool m_launchedAsLoginItem = false;

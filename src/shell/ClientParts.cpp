@@ -6,15 +6,15 @@
 #include "signin/LoginViewController.h"
 #include "preferences/PreferencesViewController.h"
 
-MainViewControllerParts makeClientParts()
+MainViewControllerParts makeClientParts(const ClientServices& services)
 {
     // Each page joins here as it is built; until then its part stays empty
     // and the main controller leaves it out.
     MainViewControllerParts parts;
     parts.popover = std::make_unique<VLRPopover>();
     parts.tabSelectorViewController = std::make_unique<TabSelectorViewController>();
-    parts.loginViewController = std::make_unique<LoginViewController>();
+    parts.loginViewController = std::make_unique<LoginViewController>(services);
     parts.loginMfaViewController = std::make_unique<LoginMfaViewController>();
-    parts.preferencesViewController = std::make_unique<PreferencesViewController>();
+    parts.preferencesViewController = std::make_unique<PreferencesViewController>(services);
     return parts;
 }

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "platform/ClientServices.h"
 #include "session/MainViewControllerParts.h"
 
 // The popover, tab bar and pages of this program, ready for the main
 // controller.
-MainViewControllerParts makeClientParts();
+MainViewControllerParts makeClientParts(const ClientServices& services);

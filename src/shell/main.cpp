@@ -1,8 +1,11 @@
 // A resident application with no window: the status item and its popover are
 // the client's whole presence.
 
+#include "EmbeddedServiceLibrary.h"
 #include "platform/VLRFreedesktopNotificationCenter.h"
-#include "platform/VLRUserNotificationCenter.h"
+#include "platform/VLRNotificationScheduling.h"
+#include "platform/VLRSystemDesktopServices.h"
+#include "platform/VLRUserDefaults.h"
 #include "shell/AppDelegate.h"
 #include "service/VLRLogFormat.h"
 #include "shell/ClientInstance.h"
@@ -33,9 +36,16 @@ int main(int argc, char* argv[])
 
     VLRFonts::loadMuli();
 
-    VLRUserNotificationCenter::setDefaultUserNotificationCenter(std::make_shared<VLRFreedesktopNotificationCenter>());
+    // The embedded local service and the desktop's own services; a test
+    // hands the client doubles instead.
+    EmbeddedServiceLibrary library;
+    VLRUserDefaults defaults(VLRUserDefaults::standardDirectory());
+    VLRFreedesktopNotificationCenter notificationCenter;
+    VLRNotificationScheduling notifications(&defaults, &notificationCenter);
+    VLRSystemDesktopServices desktop;
+    const ClientServices services{&library, &defaults, &notificationCenter, &notifications, &desktop};
 
-    AppDelegate delegate(makeClientParts);
+    AppDelegate delegate(services, makeClientParts);
     delegate.setLaunchedAsLoginItem(launch.launchedAsLoginItem());
     instance.setAppDelegate(&delegate);
     if (claim == ClientInstance::NoSessionBus)

@@ -1,7 +1,9 @@
 #include "signin/LoginViewController.h"
 
 #include "platform/VLRDesktopServices.h"
+#include "platform/VLRDesktopServices.h"
 #include "platform/VLRUserDefaults.h"
+#include "service/VLRServiceLibrary.h"
 #include "service/VLREnvironment.h"
 #include "service/VLRKeychain.h"
 #include "service/VLRLoginCredentials.h"
@@ -80,8 +82,9 @@ const QStringList LoginViewController::EnvironmentDomainNames = {
     QStringLiteral("staging.veluria.com"),
 };
 
-LoginViewController::LoginViewController(QObject* parent)
+LoginViewController::LoginViewController(const ClientServices& services, QObject* parent)
     : QObject(parent)
+    , m_services(services)
 {
 }
 
@@ -206,11 +209,11 @@ void LoginViewController::defaultSignIn()
         email = defaults->value(QStringLiteral("email")).toString();
         password = defaults->value(QStringLiteral("password")).toString();
     } else {
-        VLRUserDefaults* userDefaults = VLRUserDefaults::standardUserDefaults();
+        VLRUserDefaults* userDefaults = m_services.defaults;
         const std::optional<QVariantMap> domain = userDefaults->persistentDomainForName(VLRUserDefaultsPersistentDomain);
         environment = domain ? domain->value(VLRUserDefaultsKeyEnvironment).toString() : QString();
         email = userDefaults->stringForKey(VLRUserDefaultsKeyEmail);
-        password = VLRKeychain::loadPassword();
+        password = m_services.library->keychain().loadPassword();
     }
 
     // A stored name that no item carries leaves the selector without a
@@ -256,7 +259,7 @@ void LoginViewController::signInBypassUI(bool bypass)
         updateEnvironment();
 
     QPointer<LoginViewController> self(this);
-    VLRUserSession::createUserSessionWithLoginCredentials(
+    m_services.library->createUserSessionWithLoginCredentials(
         VLRLoginCredentials(email, password), APIKey, AppFlavor::supportsMarketplace(),
         [self, email, password, bypass](const VLRUserSessionPtr& session, const VLRLoginVerifierPtr& verifier,
                                         const vlr::OptionalError& error) {
@@ -273,10 +276,10 @@ void LoginViewController::didSignIn(const VLRUserSessionPtr& session, const VLRL
 
     if (!error) {
         // Both are kept before the second factor is known to pass.
-        VLRUserDefaults::standardUserDefaults()->setObject(email, VLRUserDefaultsKeyEmail);
+        m_services.defaults->setObject(email, VLRUserDefaultsKeyEmail);
         if (m_forgotPasswordButton)
             m_forgotPasswordButton->hide();
-        VLRKeychain::savePassword(password);
+        m_services.library->keychain().savePassword(password);
         if (!verifier) {
             if (m_delegate)
                 m_delegate->didLoginWithSession(session, bypass);
@@ -304,7 +307,7 @@ void LoginViewController::didSignIn(const VLRUserSessionPtr& session, const VLRL
 
 void LoginViewController::clearPassword()
 {
-    VLRKeychain::deletePassword();
+    m_services.library->keychain().deletePassword();
     if (m_passwordField)
         m_passwordField->clear();
 }
@@ -322,8 +325,8 @@ void LoginViewController::signIn()
 
 void LoginViewController::forgotPassword()
 {
-    if (VLRDesktopServices* desktop = VLRDesktopServices::sharedDesktopServices())
-        desktop->openURL(VLRUtils::resetPasswordURL());
+    if (VLRDesktopServices* desktop = m_services.desktop)
+        desktop->openURL(m_services.library->utils().resetPasswordURL());
 }
 
 void LoginViewController::environmentChanged()
@@ -338,8 +341,8 @@ void LoginViewController::updateEnvironment()
     const QString title = m_environmentButton->currentText();
     if (title.isEmpty())
         return;
-    VLREnvironment::setEnvironmentWithDomainName(title);
-    VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
+    m_services.library->environment().setEnvironmentWithDomainName(title);
+    VLRUserDefaults* defaults = m_services.defaults;
     // Other programs of the service keep their own keys in this domain.
     QVariantMap domain = defaults->persistentDomainForName(VLRUserDefaultsPersistentDomain).value_or(QVariantMap());
     domain.insert(VLRUserDefaultsKeyEnvironment, title);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ClientServices.h"
 #include "service/VLRError.h"
 #include "service/VLRTypes.h"
 #include "signin/LoginPage.h"
@@ -28,7 +29,7 @@ public:
     // The selector's items: the domain names of the service's environments.
     static const QStringList EnvironmentDomainNames;
 
-    explicit LoginViewController(QObject* parent = nullptr);
+    explicit LoginViewController(const ClientServices& services, QObject* parent = nullptr);
     ~LoginViewController() override;
 
     // Built at the first request, which starts the silent sign-in.
@@ -80,5 +81,6 @@ private:
     QPointer<VLRButton> m_signInButton;
     QPointer<QComboBox> m_environmentButton;
     QPointer<QLabel> m_errorLabel;
+    ClientServices m_services;
     LoginViewControllerDelegate* m_delegate = nullptr;
 };

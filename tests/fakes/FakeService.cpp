@@ -1,146 +1,88 @@
 #include "fakes/FakeService.h"
 
-#include "service/VLREnvironment.h"
-#include "service/VLRInit.h"
-#include "service/VLRKeychain.h"
-#include "service/VLRReachabilityManager.h"
-#include "service/VLRSoftwareUpdater.h"
-
-// The class-level operations of the contract, answered by the test double.
-
-FakeService& FakeService::instance()
+FakeService::FakeService()
 {
-    static FakeService service;
-    return service;
+    m_init.s = m_environment.s = m_keychain.s = m_utils.s = m_softwareUpdater.s = m_restProvider.s =
+        m_reachabilityManager.s = this;
 }
 
-void FakeService::reset()
+void FakeService::Init::initUsingCrashlytics(bool crashReporting)
 {
-    instance() = FakeService();
+    s->log.record(QStringLiteral("initUsingCrashlytics"), {crashReporting});
 }
 
-void VLRInit::initUsingCrashlytics(bool crashReporting)
+void FakeService::Init::shutdown()
 {
-    FakeService::instance().log.record(QStringLiteral("initUsingCrashlytics"), {crashReporting});
+    s->log.record(QStringLiteral("shutdown"));
 }
 
-void VLRInit::shutdown()
+void FakeService::Environment::setEnvironmentWithDomainName(const QString& domainName)
 {
-    FakeService::instance().log.record(QStringLiteral("shutdown"));
+    s->log.record(QStringLiteral("setEnvironmentWithDomainName"), {domainName});
+    s->domainName = domainName;
 }
 
-void VLREnvironment::setEnvironmentWithDomainName(const QString& domainName)
+QString FakeService::Keychain::loadPassword()
 {
-    FakeService& s = FakeService::instance();
-    s.log.record(QStringLiteral("setEnvironmentWithDomainName"), {domainName});
-    s.domainName = domainName;
+    s->log.record(QStringLiteral("loadPassword"));
+    return s->storedPassword;
 }
 
-qint64 VLREnvironment::environment() { return FakeService::instance().environment; }
-QString VLREnvironment::domainName() { return FakeService::instance().domainName; }
-QString VLREnvironment::appHostname() { return FakeService::instance().appHostname; }
-QString VLREnvironment::appVersion() { return FakeService::instance().appVersion; }
-
-QString VLRKeychain::loadPassword()
+void FakeService::Keychain::savePassword(const QString& password)
 {
-    FakeService& s = FakeService::instance();
-    s.log.record(QStringLiteral("loadPassword"));
-    return s.storedPassword;
+    s->log.record(QStringLiteral("savePassword"));
+    s->storedPassword = password;
 }
 
-void VLRKeychain::savePassword(const QString& password)
+void FakeService::Keychain::deletePassword()
 {
-    FakeService& s = FakeService::instance();
-    s.log.record(QStringLiteral("savePassword"));
-    s.storedPassword = password;
+    s->log.record(QStringLiteral("deletePassword"));
+    s->storedPassword = QString();
 }
 
-void VLRKeychain::deletePassword()
+void FakeService::Utils::setDatabaseLocation(const QUrl& location)
 {
-    FakeService& s = FakeService::instance();
-    s.log.record(QStringLiteral("deletePassword"));
-    s.storedPassword = QString();
+    s->log.record(QStringLiteral("setDatabaseLocation"), {location});
+    s->databaseLocation = location;
 }
 
-void VLRUtils::setDatabaseLocation(const QUrl& location)
+void FakeService::Utils::getHelpURLWithCompletionHandler(const VLRURLHandler& handler)
 {
-    FakeService& s = FakeService::instance();
-    s.log.record(QStringLiteral("setDatabaseLocation"), {location});
-    s.databaseLocation = location;
+    s->log.record(QStringLiteral("getHelpURLWithCompletionHandler"));
+    s->helpURLHandlers.add(handler);
 }
 
-QUrl VLRUtils::databaseLocation() { return FakeService::instance().databaseLocation; }
-QUrl VLRUtils::resetPasswordURL() { return FakeService::instance().resetPasswordURL; }
-
-void VLRUtils::getHelpURLWithCompletionHandler(const VLRURLHandler& handler)
+bool FakeService::SoftwareUpdater::canLogout(vlr::OptionalError* error)
 {
-    FakeService& s = FakeService::instance();
-    s.log.record(QStringLiteral("getHelpURLWithCompletionHandler"));
-    s.helpURLHandlers.add(handler);
+    s->log.record(QStringLiteral("canLogout"));
+    if (!s->canLogout && error)
+        *error = s->canLogoutError;
+    return s->canLogout;
 }
 
-void VLRUserSession::createUserSessionWithLoginCredentials(const VLRLoginCredentials& credentials,
-                                                           const QString& apiKey, bool supportsMarketplace,
-                                                           const VLRSignInHandler& completionHandler)
+void FakeService::RESTProvider::setUpdateSessionBlock(const VLRUpdateSessionBlock& block)
 {
-    FakeService& s = FakeService::instance();
-    s.log.record(QStringLiteral("createUserSessionWithLoginCredentials"), {credentials.email(), apiKey, supportsMarketplace});
-    s.signIns.append({credentials.email(), credentials.password(), apiKey, supportsMarketplace});
-    s.signInHandlers.add(completionHandler);
+    s->log.record(QStringLiteral("setUpdateSessionBlock"));
+    s->updateSessionBlock = block;
 }
 
-namespace {
-
-class FakeRESTProvider : public VLRRESTProvider
+void FakeService::RESTProvider::sessionDidChange(const VLRUserSessionPtr& session)
 {
-public:
-    void setUpdateSessionBlock(const VLRUpdateSessionBlock& block) override
-    {
-        FakeService& s = FakeService::instance();
-        s.log.record(QStringLiteral("setUpdateSessionBlock"));
-        s.updateSessionBlock = block;
-    }
-
-    void sessionDidChange(const VLRUserSessionPtr& session) override
-    {
-        FakeService& s = FakeService::instance();
-        s.log.record(QStringLiteral("sessionDidChange"), {bool(session)});
-        s.announcedSessions.append(session);
-    }
-};
-
-class FakeReachabilityManager : public VLRReachabilityManager
-{
-public:
-    qint64 currentNetworkStatus() const override { return FakeService::instance().networkStatus; }
-};
-
-} // namespace
-
-VLRRESTProvider& VLRRESTProvider::sharedProvider()
-{
-    static FakeRESTProvider provider;
-    return provider;
+    s->log.record(QStringLiteral("sessionDidChange"), {bool(session)});
+    s->announcedSessions.append(session);
 }
 
-VLRReachabilityManager& VLRReachabilityManager::sharedReachabilityManager()
-{
-    static FakeReachabilityManager manager;
-    return manager;
-}
-
-std::shared_ptr<VLRVersionChecker> VLRVersionChecker::create()
+std::shared_ptr<VLRVersionChecker> FakeService::createVersionChecker()
 {
     auto checker = std::make_shared<FakeVersionChecker>();
-    FakeService::instance().versionCheckers.append(checker);
+    versionCheckers.append(checker);
     return checker;
 }
 
-bool VLRSoftwareUpdater::canLogout(vlr::OptionalError* error)
+void FakeService::createUserSessionWithLoginCredentials(const VLRLoginCredentials& credentials, const QString& apiKey,
+                                                        bool supportsMarketplace, const VLRSignInHandler& completionHandler)
 {
-    FakeService& s = FakeService::instance();
-    s.log.record(QStringLiteral("canLogout"));
-    if (!s.canLogout && error)
-        *error = s.canLogoutError;
-    return s.canLogout;
+    log.record(QStringLiteral("createUserSessionWithLoginCredentials"), {credentials.email(), apiKey, supportsMarketplace});
+    signIns.append({credentials.email(), credentials.password(), apiKey, supportsMarketplace});
+    signInHandlers.add(completionHandler);
 }

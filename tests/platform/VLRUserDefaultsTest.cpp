@@ -19,8 +19,6 @@ protected:
     void SetUp() override
     {
         ASSERT_TRUE(folder.isValid());
-        VLRUserDefaults::setStorageDirectory(folder.filePath("Veluria"));
-        VLRUserDefaults::resetStandardUserDefaults();
         vlr::setLogFilePath(QString());
         vlr::setLogObserver([this](int level, const QString& tag, const QString& message) {
             logLines << QStringLiteral("%1 %2 %3").arg(level).arg(tag, message);
@@ -30,15 +28,20 @@ protected:
     void TearDown() override
     {
         vlr::setLogObserver(nullptr);
-        VLRUserDefaults::resetStandardUserDefaults();
-        VLRUserDefaults::setStorageDirectory(QString());
+    }
+
+    VLRUserDefaults* instance()
+    {
+        if (!current)
+            current = std::make_unique<VLRUserDefaults>(directory);
+        return current.get();
     }
 
     // As after a restart: the files are read afresh.
-    static VLRUserDefaults* restarted()
+    VLRUserDefaults* restarted()
     {
-        VLRUserDefaults::resetStandardUserDefaults();
-        return VLRUserDefaults::standardUserDefaults();
+        current.reset();
+        return instance();
     }
 
     QString fileText(const QString& name) const
@@ -48,6 +51,8 @@ protected:
     }
 
     QTemporaryDir folder;
+    QString directory = folder.filePath("Veluria");
+    std::unique_ptr<VLRUserDefaults> current;
     QStringList logLines;
 };
 
@@ -62,7 +67,7 @@ TEST_F(UserDefaultsTest, EveryTypeComesBackAfterARestartFromAFileAPersonCanRead)
         {"list", QStringList{"a, b", QString()}}, {"bytes", QByteArray("\0\xff", 2)},
         {"dictionary", QVariantMap{{"when", summer}, {"on", true}}}};
     for (auto it = values.cbegin(); it != values.cend(); ++it)
-        VLRUserDefaults::standardUserDefaults()->setObject(it.value(), it.key());
+        instance()->setObject(it.value(), it.key());
 
     VLRUserDefaults* defaults = restarted();
     for (auto it = values.cbegin(); it != values.cend(); ++it) {
@@ -78,7 +83,7 @@ TEST_F(UserDefaultsTest, EveryTypeComesBackAfterARestartFromAFileAPersonCanRead)
 
 TEST_F(UserDefaultsTest, AnAbsentKeyIsNotAFalseOne)
 {
-    VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
+    VLRUserDefaults* defaults = instance();
     EXPECT_FALSE(defaults->objectForKey("VLRUserDefaultsKeyLaunchRestProxy").isValid());
     EXPECT_FALSE(defaults->boolForKey("VLRUserDefaultsKeyLaunchRestProxy"));
     EXPECT_TRUE(defaults->stringForKey("com.veluria.Veluria.Email").isNull());
@@ -104,7 +109,7 @@ TEST_F(UserDefaultsTest, AnAbsentKeyIsNotAFalseOne)
 
 TEST_F(UserDefaultsTest, APersistentDomainKeepsTheKeysOfOthersInAFileOfItsOwn)
 {
-    VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
+    VLRUserDefaults* defaults = instance();
     EXPECT_EQ(defaults->persistentDomainForName(environmentDomain), std::nullopt);
     defaults->setPersistentDomain({{"com.veluria-dev.Other", "kept"}, {environmentKey, "a.veluria.example"}},
                                   environmentDomain);
@@ -134,7 +139,7 @@ TEST_F(UserDefaultsTest, APersistentDomainKeepsTheKeysOfOthersInAFileOfItsOwn)
 
 TEST_F(UserDefaultsTest, SynchronizeReadsWhatAnotherProgramWrote)
 {
-    VLRUserDefaults* defaults = VLRUserDefaults::standardUserDefaults();
+    VLRUserDefaults* defaults = instance();
     defaults->setBool(true, "VLRUserDefaultsKeyAutoOpenAssets");
     {
         QSettings other(folder.filePath("Veluria/Veluria.conf"), QSettings::IniFormat);
@@ -154,7 +159,7 @@ TEST_F(UserDefaultsTest, AnUnwritableFolderKeepsTheValuesForThisRunAndSaysSoOnce
     QFile blocker(folder.filePath("blocker"));
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
     const QString unwritable = folder.filePath("blocker/Veluria");
-    VLRUserDefaults::setStorageDirectory(unwritable);
+    directory = unwritable;
     VLRUserDefaults* defaults = restarted();
     defaults->setBool(false, "VLRUserDefaultsKeyShowNotifications");
     defaults->setObject("ann@example.com", "com.veluria.Veluria.Email");

@@ -87,7 +87,7 @@ TEST_F(MainViewControllerTest, InitialDeliveriesFillTheListsInsideTheBindingBefo
         "preferences.setLoggedIn true"};
     EXPECT_EQ(fills.mid(at("workspaces.updateWorkspaces 1"), expectedFills.size()), expectedFills);
     EXPECT_EQ(fills.indexOf("tabs.selectTab 2"), fills.size() - 1);
-    EXPECT_EQ(FakeService::instance().announcedSessions.value(0), session);
+    EXPECT_EQ(service().announcedSessions.value(0), session);
 }
 
 TEST_F(MainViewControllerTest, UnbindingWithNothingBoundShowsTheLoginPageAndFillsWithNil)
@@ -103,8 +103,8 @@ TEST_F(MainViewControllerTest, UnbindingWithNothingBoundShowsTheLoginPageAndFill
     EXPECT_EQ(statusView->viewState(), 1);
     // The settings tab becomes available at the first binding or unbinding.
     EXPECT_TRUE(controller->settingsTabShown());
-    ASSERT_EQ(FakeService::instance().announcedSessions.size(), 1);
-    EXPECT_EQ(FakeService::instance().announcedSessions.first(), nullptr);
+    ASSERT_EQ(service().announcedSessions.size(), 1);
+    EXPECT_EQ(service().announcedSessions.first(), nullptr);
 }
 
 TEST_F(MainViewControllerTest, TheFirstTabAfterSignInAndAWaitingDownloadRequest)
@@ -240,16 +240,16 @@ TEST_F(MainViewControllerTest, DownloadCacheSizeReachesPreferencesOnlyWithoutAnE
 TEST_F(MainViewControllerTest, SessionsHandedOverByTheLibraryAndTheSecondFactor)
 {
     auto handed = FakeUserSession::make();
-    ASSERT_TRUE(FakeService::instance().updateSessionBlock);
-    FakeService::instance().updateSessionBlock(handed);
+    ASSERT_TRUE(service().updateSessionBlock);
+    service().updateSessionBlock(handed);
     EXPECT_EQ(controller->userSession(), handed);
     EXPECT_EQ(handed->delegate(), nullptr);
 
     auto replacement = FakeUserSession::make();
-    FakeService::instance().updateSessionBlock(replacement);
+    service().updateSessionBlock(replacement);
     EXPECT_EQ(observationsLeft(handed), 0);
     EXPECT_EQ(observationsLeft(replacement), 23);
-    FakeService::instance().updateSessionBlock(nullptr);
+    service().updateSessionBlock(nullptr);
     EXPECT_EQ(controller->userSession(), nullptr);
 
     auto verifier = std::make_shared<FakeLoginVerifier>();

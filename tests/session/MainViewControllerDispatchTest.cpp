@@ -120,7 +120,7 @@ TEST_F(MainViewControllerTest, AFinishedDownloadOpensOnceAndOnlyWhenItsFileIsThe
 
 TEST_F(MainViewControllerTest, AFinishedDownloadIsAnnouncedWhenAutoOpenIsOff)
 {
-    VLRUserDefaults::standardUserDefaults()->setBool(false, VLRUserDefaultsKeyAutoOpenAssets);
+    defaults()->setBool(false, VLRUserDefaultsKeyAutoOpenAssets);
     auto session = FakeUserSession::make();
     auto download = FakeTransfer::make("d1", 2, "/home/ada/Veluria/Alpha/Model <v2>.fbx", 1);
     session->fakeDownloader()->setCurrentTransfer(download);
@@ -141,7 +141,7 @@ TEST_F(MainViewControllerTest, AFinishedDownloadIsAnnouncedWhenAutoOpenIsOff)
 
 TEST_F(MainViewControllerTest, DownloadFailuresAreReportedOnceAndCancellationsNever)
 {
-    VLRUserDefaults::standardUserDefaults()->setBool(false, VLRUserDefaultsKeyAutoOpenAssets);
+    defaults()->setBool(false, VLRUserDefaultsKeyAutoOpenAssets);
     auto session = FakeUserSession::make();
     auto download = FakeTransfer::make("d1", 2, "/tmp/Scene.blend", 1);
     session->fakeDownloader()->setCurrentTransfer(download);

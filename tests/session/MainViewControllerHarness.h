@@ -1,15 +1,9 @@
 #pragma once
 
-#include "fakes/FakeService.h"
+#include "fakes/FakeClientServices.h"
 #include "fakes/FakeUserSession.h"
-#include "fakes/RecordingDesktopServices.h"
-#include "fakes/RecordingNotificationCenter.h"
 #include "pages/RecordingPages.h"
-#include "platform/VLRDesktopServices.h"
-#include "platform/VLRUserDefaults.h"
-#include "platform/VLRUserNotificationCenter.h"
 #include "session/MainViewController.h"
-#include "session/VLRNotificationScheduling.h"
 #include "app/VLRUserDefaultsKeys.h"
 #include "widgets/StatusItemImageView.h"
 
@@ -25,21 +19,12 @@ class MainViewControllerTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        FakeService::reset();
-        VLRUserDefaults::setStorageDirectory(settingsFolder.path());
-        VLRUserDefaults::resetStandardUserDefaults();
-        VLRUserDefaults::standardUserDefaults()->setBool(true, VLRUserDefaultsKeyShowNotifications);
-        VLRUserDefaults::standardUserDefaults()->setBool(true, VLRUserDefaultsKeyAutoOpenAssets);
-        notifications = std::make_shared<RecordingNotificationCenter>();
-        VLRUserNotificationCenter::setDefaultUserNotificationCenter(notifications);
-        desktop = std::make_shared<RecordingDesktopServices>();
-        VLRDesktopServices::setSharedDesktopServices(desktop);
-        vlr::resetNotificationSpacing();
-        vlr::setNotificationClock([this] { return now; });
+        defaults()->setBool(true, VLRUserDefaultsKeyShowNotifications);
+        defaults()->setBool(true, VLRUserDefaultsKeyAutoOpenAssets);
 
         statusView = new StatusItemImageView(QRect(0, 0, 24, 24), true);
         application.statusView = statusView;
-        controller = std::make_unique<MainViewController>(parts.take(), &application);
+        controller = std::make_unique<MainViewController>(parts.take(), &application, fakes.services());
         controller->loadView();
         notifications->setDelegate(controller.get());
         journal.clear();
@@ -49,12 +34,10 @@ protected:
     {
         controller.reset();
         delete statusView;
-        vlr::setNotificationClock({});
-        VLRUserNotificationCenter::setDefaultUserNotificationCenter(nullptr);
-        VLRDesktopServices::setSharedDesktopServices(nullptr);
-        VLRUserDefaults::resetStandardUserDefaults();
-        VLRUserDefaults::setStorageDirectory(QString());
     }
+
+    FakeService& service() { return fakes.library; }
+    VLRUserDefaults* defaults() { return fakes.defaults.get(); }
 
     // Signs in as the login page would, and forgets what binding told.
     std::shared_ptr<FakeUserSession> bind(std::shared_ptr<FakeUserSession> session = FakeUserSession::make())
@@ -74,12 +57,13 @@ protected:
     }
 
     QTemporaryDir settingsFolder;
-    QDateTime now = QDateTime(QDate(2026, 11, 22), QTime(10, 0));
+    FakeClientServices fakes{settingsFolder.path()};
+    QDateTime& now = fakes.now;
     PageJournal journal;
     RecordingParts parts{&journal};
     RecordingApplication application{&journal};
     StatusItemImageView* statusView = nullptr;
-    std::shared_ptr<RecordingNotificationCenter> notifications;
-    std::shared_ptr<RecordingDesktopServices> desktop;
+    std::shared_ptr<RecordingNotificationCenter> notifications = fakes.notificationCenter;
+    std::shared_ptr<RecordingDesktopServices> desktop = fakes.desktop;
     std::unique_ptr<MainViewController> controller;
 };

@@ -158,26 +158,26 @@ TEST_F(MainViewControllerTest, ActivatedNotificationsLeadToTheirObject)
     auto workspace = FakeWorkspace::make("w1", "Alpha");
     session->setWorkspaces({workspace});
 
-    const auto newMessage = vlr_scheduledNotificationWithTitle("New message in Alpha", "x", "w1",
+    const auto newMessage = fakes.notifications->vlr_scheduledNotificationWithTitle("New message in Alpha", "x", "w1",
                                                                "VLRUserNotificationTypeNewPublication");
     notifications->activate(newMessage, VLRUserNotificationActivationTypeContentsClicked);
     EXPECT_EQ(workspace->log.lastArguments("openInBrowser"), QVariantList{false});
 
-    const auto card = vlr_scheduledNotificationWithTitle("Your credit card has expired!", "Click here to update it.",
+    const auto card = fakes.notifications->vlr_scheduledNotificationWithTitle("Your credit card has expired!", "Click here to update it.",
                                                          "https://pay.example.com/manage", "VLRUserNotificationTypeCCExpired");
-    const auto hostile = vlr_scheduledNotificationWithTitle("Your credit card has expired!", "x", "file:///etc/passwd",
+    const auto hostile = fakes.notifications->vlr_scheduledNotificationWithTitle("Your credit card has expired!", "x", "file:///etc/passwd",
                                                             "VLRUserNotificationTypeCCExpired");
     notifications->activate(card, VLRUserNotificationActivationTypeContentsClicked);
     notifications->activate(hostile, VLRUserNotificationActivationTypeContentsClicked);
     EXPECT_EQ(desktop->openedURLs(), QList<QUrl>{QUrl("https://pay.example.com/manage")});
 
-    const auto ready = vlr_scheduledNotificationWithTitle("Your download is ready!", "gone.zip", "Open", "d1",
+    const auto ready = fakes.notifications->vlr_scheduledNotificationWithTitle("Your download is ready!", "gone.zip", "Open", "d1",
                                                           QUrl::fromLocalFile("/nonexistent/gone.zip"),
                                                           "VLRUserNotificationTypeDownloadCompleted");
     notifications->activate(ready, VLRUserNotificationActivationTypeActionButtonClicked);
     EXPECT_TRUE(desktop->openedFiles().isEmpty());
 
-    const auto update = vlr_scheduledNotificationWithTitle("Update Available", "x", "Update", "i1", QUrl(),
+    const auto update = fakes.notifications->vlr_scheduledNotificationWithTitle("Update Available", "x", "Update", "i1", QUrl(),
                                                            "VLRUserNotificationTypeUpdateAvailable");
     notifications->activate(update, VLRUserNotificationActivationTypeActionButtonClicked);
     EXPECT_TRUE(journal.entries.contains("marketplace.downloadAndInstallInstallerWithID i1"));

@@ -1,4 +1,4 @@
-#include "fakes/FakeService.h"
+#include "fakes/FakeClientServices.h"
 #include "fakes/FakeUserSession.h"
 #include "fakes/RecordingNotificationCenter.h"
 #include "pages/RecordingPages.h"
@@ -6,7 +6,7 @@
 #include "platform/VLRUserNotificationCenter.h"
 #include "service/VLRLogFormat.h"
 #include "session/MainViewController.h"
-#include "session/VLRNotificationScheduling.h"
+#include "platform/VLRNotificationScheduling.h"
 #include "shell/AppDelegate.h"
 #include "shell/TerminationSignalWatcher.h"
 #include "app/VLRUserDefaultsKeys.h"
@@ -47,16 +47,10 @@ class AppDelegateTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        FakeService::reset();
         saved = {qgetenv("HOME"), qgetenv("XDG_CONFIG_HOME"), qgetenv("XDG_DATA_HOME"), qgetenv("PATH")};
         qputenv("HOME", home.path().toUtf8());
         qputenv("XDG_CONFIG_HOME", (home.path() + "/.config").toUtf8());
         qputenv("XDG_DATA_HOME", (home.path() + "/.local/share").toUtf8());
-        VLRUserDefaults::setStorageDirectory(home.path() + "/.config/Veluria");
-        VLRUserDefaults::resetStandardUserDefaults();
-        notifications = std::make_shared<RecordingNotificationCenter>();
-        VLRUserNotificationCenter::setDefaultUserNotificationCenter(notifications);
-        vlr::resetNotificationSpacing();
         vlr::setLogObserver([this](int level, const QString& tag, const QString& message) {
             log.append(QStringLiteral("%1 %2 %3").arg(level).arg(tag, message));
         });
@@ -65,9 +59,6 @@ protected:
     void TearDown() override
     {
         vlr::setLogObserver({});
-        VLRUserNotificationCenter::setDefaultUserNotificationCenter(nullptr);
-        VLRUserDefaults::resetStandardUserDefaults();
-        VLRUserDefaults::setStorageDirectory(QString());
         qputenv("HOME", saved[0]);
         qputenv("XDG_CONFIG_HOME", saved[1]);
         qputenv("XDG_DATA_HOME", saved[2]);
@@ -76,19 +67,21 @@ protected:
 
     std::unique_ptr<AppDelegate> start(RecordingParts* parts = nullptr)
     {
-        auto delegate = std::make_unique<AppDelegate>([parts] {
+        auto delegate = std::make_unique<AppDelegate>(fakes.services(), [parts](const ClientServices&) {
             return parts ? parts->take() : MainViewControllerParts();
         });
         delegate->awakeFromNib();
         return delegate;
     }
 
-    VLRUserDefaults* defaults() { return VLRUserDefaults::standardUserDefaults(); }
+    VLRUserDefaults* defaults() { return fakes.defaults.get(); }
+    FakeService& service() { return fakes.library; }
 
     QTemporaryDir home;
+    FakeClientServices fakes{home.path() + "/.config/Veluria"};
     QList<QByteArray> saved;
     QStringList log;
-    std::shared_ptr<RecordingNotificationCenter> notifications;
+    std::shared_ptr<RecordingNotificationCenter> notifications = fakes.notificationCenter;
 };
 
 } // namespace
@@ -108,8 +101,8 @@ TEST_F(AppDelegateTest, TheFirstLaunchMakesTheUserFolderAndPutsItFirstInTheFavou
     EXPECT_TRUE(defaults()->boolForKey(VLRUserDefaultsKeyAutoOpenAssets));
     EXPECT_EQ(defaults()->objectForKey(VLRUserDefaultsKeyLimitDownloadCacheSize), QVariant(false));
     EXPECT_FALSE(defaults()->objectForKey(VLRUserDefaultsKeyLaunchRestProxy).isValid());
-    EXPECT_EQ(FakeService::instance().log.names().first(), "initUsingCrashlytics");
-    EXPECT_EQ(FakeService::instance().log.calls().first().arguments, QVariantList{true});
+    EXPECT_EQ(service().log.names().first(), "initUsingCrashlytics");
+    EXPECT_EQ(service().log.calls().first().arguments, QVariantList{true});
 }
 
 TEST_F(AppDelegateTest, AUserFolderThatCannotBeMadeLeavesTheFirstLaunchForNextTime)
@@ -127,7 +120,7 @@ TEST_F(AppDelegateTest, AUserFolderThatCannotBeMadeLeavesTheFirstLaunchForNextTi
     // The folder exists already at the next launch: the rest is done then.
     qputenv("HOME", home.path().toUtf8());
     QDir(home.path()).mkdir("Veluria");
-    VLRUserDefaults::resetStandardUserDefaults();
+    fakes.restart();
     auto delegate = start();
     EXPECT_TRUE(defaults()->objectForKey(VLRUserDefaultsKeyFirstLaunchDate).isValid());
     EXPECT_TRUE(QFile::exists(home.path() + "/.config/gtk-3.0/bookmarks"));
@@ -142,7 +135,7 @@ TEST_F(AppDelegateTest, ARestartKeepsTheUsersChoices)
         defaults()->synchronize();
     }
     const QVariant firstLaunch = defaults()->objectForKey(VLRUserDefaultsKeyFirstLaunchDate);
-    VLRUserDefaults::resetStandardUserDefaults();
+    fakes.restart();
     auto delegate = start();
     EXPECT_FALSE(defaults()->boolForKey(VLRUserDefaultsKeyShowNotifications));
     EXPECT_FALSE(defaults()->boolForKey(VLRUserDefaultsKeyAutoOpenAssets));
@@ -156,11 +149,10 @@ TEST_F(AppDelegateTest, TheLaunchHandsOverTheDatabaseAndTheEnvironmentAndOpensTh
     auto delegate = start(&parts);
     delegate->applicationDidFinishLaunching();
 
-    const FakeService& service = FakeService::instance();
-    EXPECT_EQ(service.databaseLocation, QUrl::fromLocalFile(home.path() + "/.local/share/Veluria/"));
-    EXPECT_EQ(service.log.count("setEnvironmentWithDomainName"), 0);
-    EXPECT_EQ(service.versionCheckers.size(), 1);
-    EXPECT_EQ(VLRUserNotificationCenter::defaultUserNotificationCenter()->delegate(), delegate->mainViewController());
+    EXPECT_EQ(service().databaseLocation, QUrl::fromLocalFile(home.path() + "/.local/share/Veluria/"));
+    EXPECT_EQ(service().log.count("setEnvironmentWithDomainName"), 0);
+    EXPECT_EQ(service().versionCheckers.size(), 1);
+    EXPECT_EQ(notifications->delegate(), delegate->mainViewController());
     EXPECT_FALSE(parts.popover->shown);
     wait(1200);
     EXPECT_TRUE(parts.popover->shown);
@@ -168,15 +160,15 @@ TEST_F(AppDelegateTest, TheLaunchHandsOverTheDatabaseAndTheEnvironmentAndOpensTh
     // A stored environment is applied; no network means no version check.
     defaults()->setPersistentDomain({{VLRUserDefaultsKeyEnvironment, "staging.veluria.test"}, {"other", 1}},
                                     VLRUserDefaultsPersistentDomain);
-    FakeService::instance().networkStatus = 0;
+    service().networkStatus = 0;
     PageJournal journal2;
     RecordingParts loginItemParts(&journal2);
     auto second = start(&loginItemParts);
     second->setLaunchedAsLoginItem(true);
     second->applicationDidFinishLaunching();
-    EXPECT_EQ(FakeService::instance().log.lastArguments("setEnvironmentWithDomainName"),
+    EXPECT_EQ(service().log.lastArguments("setEnvironmentWithDomainName"),
               QVariantList{"staging.veluria.test"});
-    EXPECT_EQ(FakeService::instance().versionCheckers.size(), 1);
+    EXPECT_EQ(service().versionCheckers.size(), 1);
     EXPECT_TRUE(second->skipOpeningPop());
     wait(1200);
     EXPECT_FALSE(loginItemParts.popover->shown);
@@ -186,7 +178,7 @@ TEST_F(AppDelegateTest, TheVersionCheckLogsWhatItFoundAndHonoursAPostponementOfA
 {
     auto delegate = start();
     delegate->applicationDidFinishLaunching();
-    auto checker = FakeService::instance().versionCheckers.value(0);
+    auto checker = service().versionCheckers.value(0);
     ASSERT_TRUE(checker);
     checker->checkHandlers.complete(false, true, std::nullopt);
     EXPECT_TRUE(log.contains("4 VeluriaSWUpdate AppDelegate - versionInfo: unsupported=0, outOfDate=1, "
@@ -195,14 +187,14 @@ TEST_F(AppDelegateTest, TheVersionCheckLogsWhatItFoundAndHonoursAPostponementOfA
 
     defaults()->setObject(QDateTime::currentDateTime().addSecs(-3600), VLRUserDefaultsKeyUpdatePostponedDate);
     delegate->checkForSoftwareUpdates();
-    auto postponed = FakeService::instance().versionCheckers.value(1);
+    auto postponed = service().versionCheckers.value(1);
     ASSERT_TRUE(postponed);
     postponed->checkHandlers.complete(false, true, std::nullopt);
     EXPECT_EQ(postponed->infoHandlers.count(), 0);
     // A postponement never silences an unsupported version.
     delegate->checkForSoftwareUpdates();
-    FakeService::instance().versionCheckers.value(2)->checkHandlers.complete(true, false, std::nullopt);
-    EXPECT_EQ(FakeService::instance().versionCheckers.value(2)->infoHandlers.count(), 1);
+    service().versionCheckers.value(2)->checkHandlers.complete(true, false, std::nullopt);
+    EXPECT_EQ(service().versionCheckers.value(2)->infoHandlers.count(), 1);
 }
 
 TEST_F(AppDelegateTest, TheStopAsksTheUpdaterThenLogsOutStopsTheProxyAndShutsTheLibraryDown)
@@ -213,8 +205,8 @@ TEST_F(AppDelegateTest, TheStopAsksTheUpdaterThenLogsOutStopsTheProxyAndShutsThe
     delegate->mainViewController()->didLoginWithSession(session, true);
     QSignalSpy ended(delegate.get(), &AppDelegate::terminated);
 
-    FakeService::instance().canLogout = false;
-    FakeService::instance().canLogoutError = vlr::Error{"VLRFrameworkErrorDomain", 7, "Installing Veluria 2.1.", {}};
+    service().canLogout = false;
+    service().canLogoutError = vlr::Error{"VLRFrameworkErrorDomain", 7, "Installing Veluria 2.1.", {}};
     delegate->terminate();
     EXPECT_EQ(ended.count(), 0);
     ASSERT_EQ(notifications->scheduledNotifications().size(), 1u);
@@ -231,7 +223,7 @@ TEST_F(AppDelegateTest, TheStopAsksTheUpdaterThenLogsOutStopsTheProxyAndShutsThe
     second.start(proxy, {"30"});
     ASSERT_TRUE(first.waitForStarted() && second.waitForStarted());
 
-    FakeService::instance().canLogout = true;
+    service().canLogout = true;
     delegate->terminate();
     EXPECT_EQ(ended.count(), 1);
     EXPECT_EQ(session->log.lastArguments("logoutWithCompletionHandler"), QVariantList{false});
@@ -239,7 +231,7 @@ TEST_F(AppDelegateTest, TheStopAsksTheUpdaterThenLogsOutStopsTheProxyAndShutsThe
     EXPECT_TRUE(second.waitForFinished(5000));
     EXPECT_EQ(first.exitStatus(), QProcess::CrashExit);
     EXPECT_TRUE(defaults()->boolForKey(VLRUserDefaultsKeyLaunchRestProxy));
-    EXPECT_EQ(FakeService::instance().log.names().last(), "shutdown");
+    EXPECT_EQ(service().log.names().last(), "shutdown");
 }
 
 TEST_F(AppDelegateTest, TheProxyIsStartedOnlyIfItWasStoppedAndNeverTriedTwice)

@@ -1,4 +1,4 @@
-#include "fakes/FakeService.h"
+#include "fakes/FakeClientServices.h"
 #include "fakes/FakeUserSession.h"
 #include "pages/RecordingPages.h"
 #include "platform/VLRUserDefaults.h"
@@ -33,10 +33,7 @@ protected:
     {
         if (!QDBusConnection::sessionBus().isConnected())
             GTEST_SKIP() << "no session bus; run under dbus-run-session";
-        FakeService::reset();
-        VLRUserDefaults::setStorageDirectory(settings.path());
-        VLRUserDefaults::resetStandardUserDefaults();
-        delegate = std::make_unique<AppDelegate>([this] { return parts.take(); });
+        delegate = std::make_unique<AppDelegate>(fakes.services(), [this](const ClientServices&) { return parts.take(); });
         delegate->awakeFromNib();
         instance = std::make_unique<ClientInstance>();
         ASSERT_EQ(instance->claim(), ClientInstance::ClaimedName);
@@ -47,8 +44,6 @@ protected:
     {
         instance.reset();
         delegate.reset();
-        VLRUserDefaults::resetStandardUserDefaults();
-        VLRUserDefaults::setStorageDirectory(QString());
     }
 
     // Starts the program again with these arguments, lets this one answer
@@ -70,6 +65,7 @@ protected:
     MainViewController* main() { return delegate->mainViewController(); }
 
     QTemporaryDir settings;
+    FakeClientServices fakes{settings.path()};
     PageJournal journal;
     RecordingParts parts{&journal};
     std::unique_ptr<AppDelegate> delegate;

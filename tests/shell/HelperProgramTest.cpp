@@ -1,4 +1,4 @@
-#include "fakes/FakeService.h"
+#include "fakes/FakeClientServices.h"
 #include "platform/VLRUserDefaults.h"
 #include "service/VLRLogFormat.h"
 #include "shell/AppDelegate.h"
@@ -57,26 +57,22 @@ TEST_F(HelperProgramTest, AHelperIsAnExecutableFileOnThePath)
 
 TEST_F(HelperProgramTest, AProxyThatCannotStartIsLoggedAndNotTriedAgain)
 {
-    FakeService::reset();
     QTemporaryDir settings;
-    VLRUserDefaults::setStorageDirectory(settings.path());
-    VLRUserDefaults::resetStandardUserDefaults();
+    FakeClientServices fakes(settings.path());
     QStringList log;
     vlr::setLogObserver([&log](int level, const QString& tag, const QString& message) {
         log.append(QStringLiteral("%1 %2 %3").arg(level).arg(tag, message));
     });
     writeProgram(bin.filePath("veluria-rest-proxy"), "#!/nonexistent/interpreter\n");
-    VLRUserDefaults::standardUserDefaults()->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
+    fakes.defaults->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
 
-    AppDelegate delegate{AppDelegate::PartsFactory()};
+    AppDelegate delegate(fakes.services(), AppDelegate::PartsFactory());
     log.clear();
     delegate.launchRestProxy();
     ASSERT_EQ(log.size(), 1);
     EXPECT_TRUE(log.first().startsWith("4 RestProxy RestProxy could not launch. error = ")) << log.first().toStdString();
     EXPECT_GT(log.first().size(), QStringLiteral("4 RestProxy RestProxy could not launch. error = ").size());
-    EXPECT_EQ(VLRUserDefaults::standardUserDefaults()->objectForKey(VLRUserDefaultsKeyLaunchRestProxy), QVariant(false));
+    EXPECT_EQ(fakes.defaults->objectForKey(VLRUserDefaultsKeyLaunchRestProxy), QVariant(false));
 
     vlr::setLogObserver({});
-    VLRUserDefaults::resetStandardUserDefaults();
-    VLRUserDefaults::setStorageDirectory(QString());
 }

@@ -1,3 +1,4 @@
+#include "fakes/FakeClientServices.h"
 #include "shell/ClientParts.h"
 #include "shell/VLRStatusItem.h"
 #include "session/MainViewController.h"
@@ -67,7 +68,9 @@ TEST(VLRStatusItemTest, TheMenusFirstItemPressesTheViewAndItsLastOneAsksToQuit)
 
 TEST(ClientPartsTest, ThePopoverWithItsTabBarForPeopleToLookAt)
 {
-    MainViewController controller(makeClientParts(), nullptr);
+    QTemporaryDir settings;
+    FakeClientServices fakes(settings.path());
+    MainViewController controller(makeClientParts(fakes.services()), nullptr, fakes.services());
     controller.loadView();
     controller.sessionDidChange(nullptr);
     ASSERT_TRUE(controller.popover());

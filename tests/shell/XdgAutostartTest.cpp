@@ -1,4 +1,4 @@
-#include "fakes/FakeService.h"
+#include "fakes/FakeClientServices.h"
 #include "platform/VLRUserDefaults.h"
 #include "service/VLRLogFormat.h"
 #include "shell/AppDelegate.h"
@@ -35,11 +35,8 @@ class AutostartTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        FakeService::reset();
         savedConfigHome = qgetenv("XDG_CONFIG_HOME");
         qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
-        VLRUserDefaults::setStorageDirectory(config.filePath("Veluria"));
-        VLRUserDefaults::resetStandardUserDefaults();
         vlr::setLogObserver([this](int level, const QString& tag, const QString& message) {
             log.append(QStringLiteral("%1 %2 %3").arg(level).arg(tag, message));
         });
@@ -48,8 +45,6 @@ protected:
     void TearDown() override
     {
         vlr::setLogObserver({});
-        VLRUserDefaults::resetStandardUserDefaults();
-        VLRUserDefaults::setStorageDirectory(QString());
         qputenv("XDG_CONFIG_HOME", savedConfigHome);
     }
 
@@ -60,7 +55,8 @@ protected:
     QTemporaryDir config;
     QByteArray savedConfigHome;
     QStringList log;
-    AppDelegate delegate{AppDelegate::PartsFactory()};
+    FakeClientServices fakes{config.filePath("Veluria")};
+    AppDelegate delegate{fakes.services(), AppDelegate::PartsFactory()};
 };
 
 } // namespace

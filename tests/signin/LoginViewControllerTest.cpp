@@ -24,7 +24,7 @@ protected:
     // A page whose view is built, which starts any silent sign-in.
     std::unique_ptr<LoginViewController> makePage()
     {
-        auto page = std::make_unique<LoginViewController>();
+        auto page = std::make_unique<LoginViewController>(services());
         page->setDelegate(&delegate);
         page->view();
         return page;
@@ -62,10 +62,10 @@ TEST_F(LoginTest, ASilentSignInFromAColdStartEndsInABoundSession)
     StatusItemImageView statusView(QRect(0, 0, 24, 24), true);
     application.statusView = &statusView;
     MainViewControllerParts parts = recording.take();
-    auto login = std::make_unique<LoginViewController>();
+    auto login = std::make_unique<LoginViewController>(services());
     LoginViewController* page = login.get();
     parts.loginViewController = std::move(login);
-    MainViewController main(std::move(parts), &application);
+    MainViewController main(std::move(parts), &application, services());
     main.loadView();
 
     ASSERT_EQ(service().signIns.size(), 1);
@@ -99,7 +99,7 @@ TEST_F(LoginTest, WithoutAStoredPasswordOrAddressTheSilentSignInWaitsWithoutASig
     EXPECT_TRUE(service().signIns.isEmpty());
 
     // A password but no address: the sign-in stops before the library.
-    FakeService::reset();
+    service().reset();
     defaults()->removeObjectForKey(VLRUserDefaultsKeyEmail);
     service().storedPassword = QStringLiteral("s3cret");
     auto second = makePage();
@@ -168,7 +168,7 @@ TEST_F(LoginTest, AFailedSignInIsToldAsItsErrorSays)
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.text.toStdString());
-        FakeService::reset();
+        service().reset();
         delegate.calls.clear();
         auto page = makePage();
         type(page->emailField(), QStringLiteral("ada@example.com"));
@@ -184,7 +184,7 @@ TEST_F(LoginTest, AFailedSignInIsToldAsItsErrorSays)
     }
 
     // Markup from the service is shown as the text it is.
-    FakeService::reset();
+    service().reset();
     auto page = makePage();
     type(page->emailField(), QStringLiteral("ada@example.com"));
     type(page->passwordField(), QStringLiteral("wrong"));
@@ -214,7 +214,7 @@ TEST_F(LoginTest, ASilentSignInThatFailsOrNeedsASecondFactorLeavesNoTrace)
     EXPECT_EQ(page->passwordField()->text(), "s3cret");
 
     // A second factor at start: stored, but the page just waits, filled.
-    FakeService::reset();
+    service().reset();
     service().storedPassword = QStringLiteral("s3cret");
     defaults()->setObject(QStringLiteral(" ada@example.com "), VLRUserDefaultsKeyEmail);
     auto second = makePage();
@@ -269,7 +269,7 @@ TEST_F(LoginTest, ASignOutForgetsThePasswordAndTheLinkOpensTheResetPage)
     EXPECT_EQ(desktop->openedURLs(), QList<QUrl>{service().resetPasswordURL});
 
     // Before its view exists the page has no fields to touch.
-    LoginViewController unbuilt;
+    LoginViewController unbuilt(services());
     unbuilt.clearPassword();
     unbuilt.toggleEnvironmentPopUp();
     unbuilt.signInBypassUI(false);

@@ -29,7 +29,7 @@ protected:
 
     std::unique_ptr<PreferencesViewController> makePage()
     {
-        auto page = std::make_unique<PreferencesViewController>();
+        auto page = std::make_unique<PreferencesViewController>(services());
         page->setDelegate(&delegate);
         page->view()->resize(360, 472);
         page->view()->show();

@@ -1,9 +1,6 @@
 #pragma once
 
-#include "fakes/FakeService.h"
-#include "fakes/RecordingDesktopServices.h"
-#include "platform/VLRDesktopServices.h"
-#include "platform/VLRUserDefaults.h"
+#include "fakes/FakeClientServices.h"
 #include "signin/LoginMfaViewControllerDelegate.h"
 #include "signin/LoginViewControllerDelegate.h"
 #include "preferences/PreferencesViewControllerDelegate.h"
@@ -18,27 +15,13 @@
 class SignInTest : public ::testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        FakeService::reset();
-        VLRUserDefaults::setStorageDirectory(settingsFolder.path());
-        VLRUserDefaults::resetStandardUserDefaults();
-        desktop = std::make_shared<RecordingDesktopServices>();
-        VLRDesktopServices::setSharedDesktopServices(desktop);
-    }
-
-    void TearDown() override
-    {
-        VLRDesktopServices::setSharedDesktopServices(nullptr);
-        VLRUserDefaults::resetStandardUserDefaults();
-        VLRUserDefaults::setStorageDirectory(QString());
-    }
-
-    VLRUserDefaults* defaults() { return VLRUserDefaults::standardUserDefaults(); }
-    FakeService& service() { return FakeService::instance(); }
+    VLRUserDefaults* defaults() { return fakes.defaults.get(); }
+    FakeService& service() { return fakes.library; }
+    ClientServices services() { return fakes.services(); }
 
     QTemporaryDir settingsFolder;
-    std::shared_ptr<RecordingDesktopServices> desktop;
+    FakeClientServices fakes{settingsFolder.path()};
+    std::shared_ptr<RecordingDesktopServices> desktop = fakes.desktop;
 };
 
 // Every delegate of the three pages, writing what it is told into one list,

@@ -56,7 +56,7 @@ protected:
 
 TEST_F(SignInScreenshotsTest, LoginPage)
 {
-    LoginViewController page;
+    LoginViewController page(services());
     page.setDelegate(&delegate);
     save(page.view(), QStringLiteral("login-empty"));
 
@@ -95,7 +95,7 @@ TEST_F(SignInScreenshotsTest, PreferencesPage)
     defaults()->setBool(true, VLRUserDefaultsKeyShowNotifications);
     defaults()->setBool(false, VLRUserDefaultsKeyAutoOpenAssets);
     defaults()->setBool(true, VLRUserDefaultsKeyLimitDownloadCacheSize);
-    PreferencesViewController page;
+    PreferencesViewController page(services());
     page.setDelegate(&delegate);
     page.view();
     waitForDetails(page, 0);

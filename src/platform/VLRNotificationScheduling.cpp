@@ -1,4 +1,4 @@
-#include "session/VLRNotificationScheduling.h"
+#include "platform/VLRNotificationScheduling.h"
 
 #include "platform/VLRUserDefaults.h"
 #include "platform/VLRUserNotificationCenter.h"
@@ -6,51 +6,38 @@
 #include "app/VLRUserNotificationKeys.h"
 #include "app/VLRUserDefaultsKeys.h"
 
-namespace {
-
-std::function<QDateTime()>& notificationClock()
+VLRNotificationScheduling::VLRNotificationScheduling(VLRUserDefaults* defaults, VLRUserNotificationCenter* center,
+                                                     std::function<QDateTime()> clock)
+    : m_defaults(defaults)
+    , m_center(center)
+    , m_clock(std::move(clock))
 {
-    static std::function<QDateTime()> c;
-    return c;
 }
 
-QDateTime& lastDeliveryDate()
+bool VLRNotificationScheduling::notificationsOn() const
 {
-    static QDateTime date;
-    return date;
+    return m_defaults && m_defaults->boolForKey(VLRUserDefaultsKeyShowNotifications);
 }
 
-QDateTime now()
-{
-    return notificationClock() ? notificationClock()() : QDateTime::currentDateTime();
-}
-
-bool notificationsOn()
-{
-    return VLRUserDefaults::standardUserDefaults()->boolForKey(VLRUserDefaultsKeyShowNotifications);
-}
-
-VLRUserNotificationPtr schedule(const QString& title, const QString& text, const QString& actionButtonTitle,
-                                const QVariantMap& userInfo)
+VLRUserNotificationPtr VLRNotificationScheduling::schedule(const QString& title, const QString& text,
+                                                           const QString& actionButtonTitle, const QVariantMap& userInfo)
 {
     VLRUserNotificationPtr notification = notificationWithTitle(title, text, actionButtonTitle);
     if (!userInfo.isEmpty())
         notification->setUserInfo(userInfo);
-    if (VLRUserNotificationCenter* center = VLRUserNotificationCenter::defaultUserNotificationCenter())
-        center->scheduleNotification(notification);
+    if (m_center)
+        m_center->scheduleNotification(notification);
     return notification;
 }
 
-} // namespace
-
-VLRUserNotificationPtr vlr_scheduledNotificationWithTitle(const QString& title, const QString& text)
+VLRUserNotificationPtr VLRNotificationScheduling::vlr_scheduledNotificationWithTitle(const QString& title, const QString& text)
 {
     if (!notificationsOn())
         return nullptr;
     return schedule(title, text, QString(), {});
 }
 
-VLRUserNotificationPtr vlr_scheduledNotificationWithTitle(const QString& title, const QString& text,
+VLRUserNotificationPtr VLRNotificationScheduling::vlr_scheduledNotificationWithTitle(const QString& title, const QString& text,
                                                           const QString& objectId, const QString& type)
 {
     if (!notificationsOn())
@@ -61,7 +48,7 @@ VLRUserNotificationPtr vlr_scheduledNotificationWithTitle(const QString& title, 
     return schedule(title, text, QString(), userInfo);
 }
 
-VLRUserNotificationPtr vlr_scheduledNotificationWithTitle(const QString& title, const QString& text,
+VLRUserNotificationPtr VLRNotificationScheduling::vlr_scheduledNotificationWithTitle(const QString& title, const QString& text,
                                                           const QString& actionButtonTitle, const QString& objectId,
                                                           const QUrl& fileURL, const QString& type)
 {
@@ -75,16 +62,16 @@ VLRUserNotificationPtr vlr_scheduledNotificationWithTitle(const QString& title, 
     return schedule(title, text, actionButtonTitle, userInfo);
 }
 
-VLRUserNotificationPtr notificationWithTitle(const QString& title, const QString& text,
+VLRUserNotificationPtr VLRNotificationScheduling::notificationWithTitle(const QString& title, const QString& text,
                                                const QString& actionButtonTitle)
 {
     VLRLogFormat(5, QStringLiteral("SDKClient"), "User Notification: %@: %@", title, text);
 
-    const QDateTime current = now();
+    const QDateTime current = m_clock ? m_clock() : QDateTime::currentDateTime();
     QDateTime delivery = current;
-    if (lastDeliveryDate().isValid())
-        delivery = std::max(current, lastDeliveryDate().addSecs(vlr::NotificationSpacingSeconds));
-    lastDeliveryDate() = delivery;
+    if (m_lastDeliveryDate.isValid())
+        delivery = std::max(current, m_lastDeliveryDate.addSecs(NotificationSpacingSeconds));
+    m_lastDeliveryDate = delivery;
 
     auto notification = std::make_shared<VLRUserNotification>();
     notification->setTitle(title);
@@ -98,22 +85,3 @@ VLRUserNotificationPtr notificationWithTitle(const QString& title, const QString
     }
     return notification;
 }
-
-namespace vlr {
-
-void setNotificationClock(std::function<QDateTime()> c)
-{
-    notificationClock() = std::move(c);
-}
-
-QDateTime lastNotificationDeliveryDate()
-{
-    return lastDeliveryDate();
-}
-
-void resetNotificationSpacing()
-{
-    lastDeliveryDate() = QDateTime();
-}
-
-} // namespace vlr

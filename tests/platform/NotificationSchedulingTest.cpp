@@ -1,10 +1,27 @@
-#include "session/MainViewControllerHarness.h"
-
+#include "fakes/FakeClientServices.h"
+#include "app/VLRUserDefaultsKeys.h"
 #include "service/VLRLogFormat.h"
 
-// The harness gives a fixed clock and a recording centre; the controller
-// itself plays no part here.
-using NotificationSchedulingTest = MainViewControllerTest;
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+// A fixed clock, a recording centre and notifications switched on.
+class NotificationSchedulingTest : public ::testing::Test
+{
+protected:
+    void SetUp() override { fakes.defaults->setBool(true, VLRUserDefaultsKeyShowNotifications); }
+
+    VLRUserNotificationPtr vlr_scheduledNotificationWithTitle(const auto&... arguments)
+    {
+        return fakes.notifications->vlr_scheduledNotificationWithTitle(arguments...);
+    }
+
+    QTemporaryDir settingsFolder;
+    FakeClientServices fakes{settingsFolder.path()};
+    QDateTime& now = fakes.now;
+    std::shared_ptr<RecordingNotificationCenter> notifications = fakes.notificationCenter;
+};
 
 TEST_F(NotificationSchedulingTest, ABurstComesOutSixSecondsApartAndAPauseResetsTheSpacing)
 {
@@ -27,16 +44,16 @@ TEST_F(NotificationSchedulingTest, ABurstComesOutSixSecondsApartAndAPauseResetsT
 TEST_F(NotificationSchedulingTest, SwitchedOffNothingIsMadeAndTheSpacingDoesNotMove)
 {
     vlr_scheduledNotificationWithTitle("A", "a");
-    const QDateTime last = vlr::lastNotificationDeliveryDate();
-    VLRUserDefaults::standardUserDefaults()->setBool(false, VLRUserDefaultsKeyShowNotifications);
+    const QDateTime last = fakes.notifications->lastNotificationDeliveryDate();
+    fakes.defaults->setBool(false, VLRUserDefaultsKeyShowNotifications);
     EXPECT_EQ(vlr_scheduledNotificationWithTitle("B", "b"), nullptr);
     EXPECT_EQ(vlr_scheduledNotificationWithTitle("B", "b", "o", "t"), nullptr);
     EXPECT_EQ(vlr_scheduledNotificationWithTitle("B", "b", "Open", "o", QUrl::fromLocalFile("/tmp/x"), "t"), nullptr);
-    EXPECT_EQ(vlr::lastNotificationDeliveryDate(), last);
+    EXPECT_EQ(fakes.notifications->lastNotificationDeliveryDate(), last);
     EXPECT_EQ(notifications->scheduledNotifications().size(), 1u);
 
     // Absent counts as off too: only the start-up defaults turn it on.
-    VLRUserDefaults::standardUserDefaults()->removeObjectForKey(VLRUserDefaultsKeyShowNotifications);
+    fakes.defaults->removeObjectForKey(VLRUserDefaultsKeyShowNotifications);
     EXPECT_EQ(vlr_scheduledNotificationWithTitle("C", "c"), nullptr);
 }
 
