@@ -40,6 +40,8 @@ void writeFile(const QString& path, const QByteArray& contents)
     file.write(contents);
 }
 
+const char* const kEnvironment[] = {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "PATH"};
+
 // A start of the client in a home of its own: settings, data and bookmarks
 // all under a temporary folder.
 class AppDelegateTest : public ::testing::Test
@@ -48,7 +50,8 @@ protected:
     void SetUp() override
     {
         FakeService::reset();
-        saved = {qgetenv("HOME"), qgetenv("XDG_CONFIG_HOME"), qgetenv("XDG_DATA_HOME"), qgetenv("PATH")};
+        for (const char* name : kEnvironment)
+            saved.append(qgetenv(name));
         qputenv("HOME", home.path().toUtf8());
         qputenv("XDG_CONFIG_HOME", (home.path() + "/.config").toUtf8());
         qputenv("XDG_DATA_HOME", (home.path() + "/.local/share").toUtf8());
@@ -68,10 +71,8 @@ protected:
         VLRUserNotificationCenter::setDefaultUserNotificationCenter(nullptr);
         VLRUserDefaults::resetStandardUserDefaults();
         VLRUserDefaults::setStorageDirectory(QString());
-        qputenv("HOME", saved[0]);
-        qputenv("XDG_CONFIG_HOME", saved[1]);
-        qputenv("XDG_DATA_HOME", saved[2]);
-        qputenv("PATH", saved[3]);
+        for (int i = 0; i < 4; ++i)
+            qputenv(kEnvironment[i], saved[i]);
     }
 
     std::unique_ptr<AppDelegate> start(RecordingParts* parts = nullptr)

@@ -44,6 +44,13 @@ protected:
         QTest::keyClicks(field, text);
     }
 
+    static void signInAs(LoginViewController* page, const QString& email, const QString& password)
+    {
+        type(page->emailField(), email);
+        type(page->passwordField(), password);
+        page->signIn();
+    }
+
     RecordingSignInDelegate delegate;
 };
 
@@ -114,9 +121,7 @@ TEST_F(LoginTest, WithoutAStoredPasswordOrAddressTheSilentSignInWaitsWithoutASig
 TEST_F(LoginTest, ATypedSignInAsksForWhatIsMissingAndSendsTheAddressTrimmed)
 {
     auto page = makePage();
-    type(page->emailField(), QStringLiteral(" \t  "));
-    type(page->passwordField(), QStringLiteral("s3cret"));
-    page->signIn();
+    signInAs(page.get(), QStringLiteral(" \t  "), QStringLiteral("s3cret"));
     EXPECT_TRUE(service().signIns.isEmpty());
     EXPECT_EQ(PageStyle::backgroundColor(page->emailField()), AppFlavor::errorColor());
     EXPECT_TRUE(page->errorLabel()->isVisibleTo(page->view()));
@@ -171,9 +176,7 @@ TEST_F(LoginTest, AFailedSignInIsToldAsItsErrorSays)
         FakeService::reset();
         delegate.calls.clear();
         auto page = makePage();
-        type(page->emailField(), QStringLiteral("ada@example.com"));
-        type(page->passwordField(), QStringLiteral("wrong"));
-        page->signIn();
+        signInAs(page.get(), QStringLiteral("ada@example.com"), QStringLiteral("wrong"));
         service().signInHandlers.complete(nullptr, nullptr, c.error);
         EXPECT_EQ(page->forgotPasswordButton()->isVisibleTo(page->view()), c.forgotLink);
         EXPECT_EQ(delegate.calls, c.delegateCalls);
@@ -186,9 +189,7 @@ TEST_F(LoginTest, AFailedSignInIsToldAsItsErrorSays)
     // Markup from the service is shown as the text it is.
     FakeService::reset();
     auto page = makePage();
-    type(page->emailField(), QStringLiteral("ada@example.com"));
-    type(page->passwordField(), QStringLiteral("wrong"));
-    page->signIn();
+    signInAs(page.get(), QStringLiteral("ada@example.com"), QStringLiteral("wrong"));
     service().signInHandlers.complete(nullptr, nullptr, vlr::Error{"X", 9, "<b>bold</b> & more", {}});
     EXPECT_EQ(page->errorLabel()->textFormat(), Qt::PlainText);
     EXPECT_EQ(page->errorLabel()->text(), "<b>bold</b> & more");
@@ -230,9 +231,7 @@ TEST_F(LoginTest, ASilentSignInThatFailsOrNeedsASecondFactorLeavesNoTrace)
 TEST_F(LoginTest, ASuccessStoresAddressAndPasswordBeforeTheSecondFactorAndHidesTheLink)
 {
     auto page = makePage();
-    type(page->emailField(), QStringLiteral("ada@example.com"));
-    type(page->passwordField(), QStringLiteral("wrong"));
-    page->signIn();
+    signInAs(page.get(), QStringLiteral("ada@example.com"), QStringLiteral("wrong"));
     service().signInHandlers.complete(nullptr, nullptr, vlr::Error{"VLRWebErrorDomain", 2, "Wrong.", {}});
     ASSERT_TRUE(page->forgotPasswordButton()->isVisibleTo(page->view()));
 
@@ -316,9 +315,7 @@ TEST_F(LoginTest, AStoredEnvironmentThatNoItemCarriesSelectsNothingAndIsNeverApp
     defaults()->setPersistentDomain({{VLRUserDefaultsKeyEnvironment, "gone.example"}}, VLRUserDefaultsPersistentDomain);
     auto page = makePage();
     EXPECT_EQ(page->environmentButton()->currentIndex(), -1);
-    type(page->emailField(), QStringLiteral("ada@example.com"));
-    type(page->passwordField(), QStringLiteral("s3cret"));
-    page->signIn();
+    signInAs(page.get(), QStringLiteral("ada@example.com"), QStringLiteral("s3cret"));
     EXPECT_EQ(service().signIns.size(), 1);
     EXPECT_EQ(service().log.count("setEnvironmentWithDomainName"), 0);
     EXPECT_EQ(defaults()->persistentDomainForName(VLRUserDefaultsPersistentDomain)->value(VLRUserDefaultsKeyEnvironment),
