@@ -252,8 +252,19 @@ TEST_F(AppDelegateTest, TheProxyIsStartedOnlyIfItWasStoppedAndNeverTriedTwice)
     EXPECT_TRUE(log.contains("4 RestProxy Bundle Identifier \"veluria-rest-proxy\" is invalid or specified app is not installed"));
     EXPECT_EQ(defaults()->objectForKey(VLRUserDefaultsKeyLaunchRestProxy), QVariant(false));
 
-    writeFile(home.path() + "/veluria-rest-proxy", "#!/bin/sh\nexit 0\n");
-    QFile::setPermissions(home.path() + "/veluria-rest-proxy", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    // Installed but unable to start: logged with the reason, and off again.
+    const QString proxy = home.path() + "/veluria-rest-proxy";
+    const QString failed = QStringLiteral("4 RestProxy RestProxy could not launch. error = ");
+    writeFile(proxy, "#!/nonexistent/interpreter\n");
+    QFile::setPermissions(proxy, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    defaults()->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
+    log.clear();
+    delegate->launchRestProxy();
+    ASSERT_EQ(log.size(), 1);
+    EXPECT_TRUE(log.first().startsWith(failed) && log.first().size() > failed.size()) << log.first().toStdString();
+    EXPECT_EQ(defaults()->objectForKey(VLRUserDefaultsKeyLaunchRestProxy), QVariant(false));
+
+    writeFile(proxy, "#!/bin/sh\nexit 0\n");
     defaults()->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
     log.clear();
     delegate->launchRestProxy();

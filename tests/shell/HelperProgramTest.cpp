@@ -1,9 +1,4 @@
-#include "fakes/FakeService.h"
-#include "platform/VLRUserDefaults.h"
-#include "service/VLRLogFormat.h"
-#include "shell/AppDelegate.h"
 #include "platform/HelperProgram.h"
-#include "app/VLRUserDefaultsKeys.h"
 
 #include <QDir>
 #include <QFile>
@@ -53,30 +48,4 @@ TEST_F(HelperProgramTest, AHelperIsAnExecutableFileOnThePath)
 
     writeProgram(bin.filePath("veluria-helper"), "#!/bin/sh\nexit 0\n");
     EXPECT_EQ(HelperProgram::executablePath("veluria-helper"), bin.filePath("veluria-helper"));
-}
-
-TEST_F(HelperProgramTest, AProxyThatCannotStartIsLoggedAndNotTriedAgain)
-{
-    FakeService::reset();
-    QTemporaryDir settings;
-    VLRUserDefaults::setStorageDirectory(settings.path());
-    VLRUserDefaults::resetStandardUserDefaults();
-    QStringList log;
-    vlr::setLogObserver([&log](int level, const QString& tag, const QString& message) {
-        log.append(QStringLiteral("%1 %2 %3").arg(level).arg(tag, message));
-    });
-    writeProgram(bin.filePath("veluria-rest-proxy"), "#!/nonexistent/interpreter\n");
-    VLRUserDefaults::standardUserDefaults()->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
-
-    AppDelegate delegate{AppDelegate::PartsFactory()};
-    log.clear();
-    delegate.launchRestProxy();
-    ASSERT_EQ(log.size(), 1);
-    EXPECT_TRUE(log.first().startsWith("4 RestProxy RestProxy could not launch. error = ")) << log.first().toStdString();
-    EXPECT_GT(log.first().size(), QStringLiteral("4 RestProxy RestProxy could not launch. error = ").size());
-    EXPECT_EQ(VLRUserDefaults::standardUserDefaults()->objectForKey(VLRUserDefaultsKeyLaunchRestProxy), QVariant(false));
-
-    vlr::setLogObserver({});
-    VLRUserDefaults::resetStandardUserDefaults();
-    VLRUserDefaults::setStorageDirectory(QString());
 }

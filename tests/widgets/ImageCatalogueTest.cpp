@@ -105,7 +105,7 @@ TEST(ImageCatalogue, UnknownNameGivesNothingAndIsReportedOnce)
     const QtMessageHandler previous = qInstallMessageHandler(collectWarnings);
 
     // Absent names are no pictures and no fault, and not reported.
-    for (const QString& name : {QStringLiteral("no_such_picture"), QString()}) {
+    for (const QString& name : {QStringLiteral("no_such_picture"), QString(), QStringLiteral("")}) {
         EXPECT_FALSE(VLRImageCatalogue::hasImageNamed(name));
         EXPECT_TRUE(VLRImageCatalogue::imageNamed(name, QSize(16, 16), 2.0).isNull());
         EXPECT_TRUE(VLRImageCatalogue::imageNamed(name).isNull());
