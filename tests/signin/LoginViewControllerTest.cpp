@@ -170,6 +170,8 @@ TEST_F(LoginTest, AFailedSignInIsToldAsItsErrorSays)
         {{"SomewhereElse", 6, "Six, but elsewhere.", {}}, false, {}, "Six, but elsewhere."},
         {{"NSURLErrorDomain", -1009, "The Internet connection appears to be offline.", {}}, false, {},
          "The Internet connection appears to be offline."},
+        // Markup from the service is shown as the text it is.
+        {{"X", 9, "<b>bold</b> & more", {}}, false, {}, "<b>bold</b> & more"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.text.toStdString());
@@ -181,21 +183,16 @@ TEST_F(LoginTest, AFailedSignInIsToldAsItsErrorSays)
         EXPECT_EQ(page->forgotPasswordButton()->isVisibleTo(page->view()), c.forgotLink);
         EXPECT_EQ(delegate.calls, c.delegateCalls);
         EXPECT_EQ(page->errorLabel()->text(), c.text);
+        EXPECT_EQ(page->errorLabel()->textFormat(), Qt::PlainText);
         EXPECT_TRUE(page->errorLabel()->isVisibleTo(page->view()));
         EXPECT_TRUE(page->signInButton()->isEnabled());
         EXPECT_FALSE(service().log.names().contains("savePassword"));
     }
 
-    // Markup from the service is shown as the text it is.
+    // Without a description nothing is shown, whatever the code.
     FakeService::reset();
     auto page = makePage();
     signInAs(page.get(), QStringLiteral("ada@example.com"), QStringLiteral("wrong"));
-    service().signInHandlers.complete(nullptr, nullptr, vlr::Error{"X", 9, "<b>bold</b> & more", {}});
-    EXPECT_EQ(page->errorLabel()->textFormat(), Qt::PlainText);
-    EXPECT_EQ(page->errorLabel()->text(), "<b>bold</b> & more");
-
-    // Without a description nothing is shown, whatever the code.
-    page->signIn();
     page->errorLabel()->setText(QStringLiteral("untouched"));
     service().signInHandlers.complete(nullptr, nullptr, vlr::Error{"VLRWebErrorDomain", 2, QString(), {}});
     EXPECT_EQ(page->errorLabel()->text(), "untouched");
