@@ -68,9 +68,6 @@ TEST_F(NotificationSchedulingTest, TheUserDictionaryOfEachFormAndTheLogLine)
     EXPECT_TRUE(plain->userInfo().isEmpty());
     EXPECT_FALSE(plain->hasActionButton());
 
-    auto typed = vlr_scheduledNotificationWithTitle("T", "x", QString(), "VLRUserNotificationTypeErrorLoggingOut");
-    EXPECT_EQ(typed->userInfo(), (QVariantMap{{"VLRUserNotificationTypeKey", "VLRUserNotificationTypeErrorLoggingOut"}}));
-
     auto withButton = vlr_scheduledNotificationWithTitle("Update Available", "Blender has an update", "Update",
                                                          "inst-1", QUrl(), "VLRUserNotificationTypeUpdateAvailable");
     EXPECT_TRUE(withButton->hasActionButton());
@@ -80,5 +77,5 @@ TEST_F(NotificationSchedulingTest, TheUserDictionaryOfEachFormAndTheLogLine)
     vlr::setLogObserver({});
 
     EXPECT_EQ(lines.first(), "5 SDKClient User Notification: Title: Text");
-    EXPECT_EQ(lines.size(), 3);
+    EXPECT_EQ(lines.size(), 2);
 }

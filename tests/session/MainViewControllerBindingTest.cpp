@@ -94,9 +94,8 @@ TEST_F(MainViewControllerTest, UnbindingWithNothingBoundShowsTheLoginPageAndFill
 {
     controller->sessionDidChange(nullptr);
     EXPECT_EQ(journal.entries.first(), "tabs.selectTab 0");
-    EXPECT_TRUE(journal.entries.contains("preferences.updateWithUser nil"));
-    EXPECT_TRUE(journal.entries.contains("marketplace.setLoggedIn false"));
-    EXPECT_TRUE(journal.entries.contains("workspaces.updateWorkspaces 0"));
+    for (const char* fill : {"preferences.updateWithUser nil", "marketplace.setLoggedIn false", "workspaces.updateWorkspaces 0"})
+        EXPECT_TRUE(journal.entries.contains(fill)) << fill;
     EXPECT_EQ(parts.tabs->badges.value(4), qMakePair(qint64(0), false));
     EXPECT_EQ(parts.tabs->badges.value(3), qMakePair(qint64(0), false));
     EXPECT_EQ(controller->tabView()->currentIndex(), 0);

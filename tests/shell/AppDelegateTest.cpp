@@ -40,6 +40,8 @@ void writeFile(const QString& path, const QByteArray& contents)
     file.write(contents);
 }
 
+const char* const kEnvironment[] = {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "PATH"};
+
 // A start of the client in a home of its own: settings, data and bookmarks
 // all under a temporary folder.
 class AppDelegateTest : public ::testing::Test
@@ -47,7 +49,8 @@ class AppDelegateTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        saved = {qgetenv("HOME"), qgetenv("XDG_CONFIG_HOME"), qgetenv("XDG_DATA_HOME"), qgetenv("PATH")};
+        for (const char* name : kEnvironment)
+            saved.append(qgetenv(name));
         qputenv("HOME", home.path().toUtf8());
         qputenv("XDG_CONFIG_HOME", (home.path() + "/.config").toUtf8());
         qputenv("XDG_DATA_HOME", (home.path() + "/.local/share").toUtf8());
@@ -59,10 +62,8 @@ protected:
     void TearDown() override
     {
         vlr::setLogObserver({});
-        qputenv("HOME", saved[0]);
-        qputenv("XDG_CONFIG_HOME", saved[1]);
-        qputenv("XDG_DATA_HOME", saved[2]);
-        qputenv("PATH", saved[3]);
+        for (int i = 0; i < 4; ++i)
+            qputenv(kEnvironment[i], saved[i]);
     }
 
     std::unique_ptr<AppDelegate> start(RecordingParts* parts = nullptr)
@@ -243,8 +244,19 @@ TEST_F(AppDelegateTest, TheProxyIsStartedOnlyIfItWasStoppedAndNeverTriedTwice)
     EXPECT_TRUE(log.contains("4 RestProxy Bundle Identifier \"veluria-rest-proxy\" is invalid or specified app is not installed"));
     EXPECT_EQ(defaults()->objectForKey(VLRUserDefaultsKeyLaunchRestProxy), QVariant(false));
 
-    writeFile(home.path() + "/veluria-rest-proxy", "#!/bin/sh\nexit 0\n");
-    QFile::setPermissions(home.path() + "/veluria-rest-proxy", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    // Installed but unable to start: logged with the reason, and off again.
+    const QString proxy = home.path() + "/veluria-rest-proxy";
+    const QString failed = QStringLiteral("4 RestProxy RestProxy could not launch. error = ");
+    writeFile(proxy, "#!/nonexistent/interpreter\n");
+    QFile::setPermissions(proxy, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    defaults()->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
+    log.clear();
+    delegate->launchRestProxy();
+    ASSERT_EQ(log.size(), 1);
+    EXPECT_TRUE(log.first().startsWith(failed) && log.first().size() > failed.size()) << log.first().toStdString();
+    EXPECT_EQ(defaults()->objectForKey(VLRUserDefaultsKeyLaunchRestProxy), QVariant(false));
+
+    writeFile(proxy, "#!/bin/sh\nexit 0\n");
     defaults()->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
     log.clear();
     delegate->launchRestProxy();

@@ -1,9 +1,4 @@
-#include "fakes/FakeClientServices.h"
-#include "platform/VLRUserDefaults.h"
-#include "service/VLRLogFormat.h"
-#include "shell/AppDelegate.h"
 #include "platform/HelperProgram.h"
-#include "app/VLRUserDefaultsKeys.h"
 
 #include <QDir>
 #include <QFile>
@@ -53,26 +48,4 @@ TEST_F(HelperProgramTest, AHelperIsAnExecutableFileOnThePath)
 
     writeProgram(bin.filePath("veluria-helper"), "#!/bin/sh\nexit 0\n");
     EXPECT_EQ(HelperProgram::executablePath("veluria-helper"), bin.filePath("veluria-helper"));
-}
-
-TEST_F(HelperProgramTest, AProxyThatCannotStartIsLoggedAndNotTriedAgain)
-{
-    QTemporaryDir settings;
-    FakeClientServices fakes(settings.path());
-    QStringList log;
-    vlr::setLogObserver([&log](int level, const QString& tag, const QString& message) {
-        log.append(QStringLiteral("%1 %2 %3").arg(level).arg(tag, message));
-    });
-    writeProgram(bin.filePath("veluria-rest-proxy"), "#!/nonexistent/interpreter\n");
-    fakes.defaults->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
-
-    AppDelegate delegate(fakes.services(), AppDelegate::PartsFactory());
-    log.clear();
-    delegate.launchRestProxy();
-    ASSERT_EQ(log.size(), 1);
-    EXPECT_TRUE(log.first().startsWith("4 RestProxy RestProxy could not launch. error = ")) << log.first().toStdString();
-    EXPECT_GT(log.first().size(), QStringLiteral("4 RestProxy RestProxy could not launch. error = ").size());
-    EXPECT_EQ(fakes.defaults->objectForKey(VLRUserDefaultsKeyLaunchRestProxy), QVariant(false));
-
-    vlr::setLogObserver({});
 }

@@ -44,6 +44,13 @@ protected:
         QTest::keyClicks(field, text);
     }
 
+    static void signInAs(LoginViewController* page, const QString& email, const QString& password)
+    {
+        type(page->emailField(), email);
+        type(page->passwordField(), password);
+        page->signIn();
+    }
+
     RecordingSignInDelegate delegate;
 };
 
@@ -114,9 +121,7 @@ TEST_F(LoginTest, WithoutAStoredPasswordOrAddressTheSilentSignInWaitsWithoutASig
 TEST_F(LoginTest, ATypedSignInAsksForWhatIsMissingAndSendsTheAddressTrimmed)
 {
     auto page = makePage();
-    type(page->emailField(), QStringLiteral(" \t  "));
-    type(page->passwordField(), QStringLiteral("s3cret"));
-    page->signIn();
+    signInAs(page.get(), QStringLiteral(" \t  "), QStringLiteral("s3cret"));
     EXPECT_TRUE(service().signIns.isEmpty());
     EXPECT_EQ(PageStyle::backgroundColor(page->emailField()), AppFlavor::errorColor());
     EXPECT_TRUE(page->errorLabel()->isVisibleTo(page->view()));
@@ -165,36 +170,29 @@ TEST_F(LoginTest, AFailedSignInIsToldAsItsErrorSays)
         {{"SomewhereElse", 6, "Six, but elsewhere.", {}}, false, {}, "Six, but elsewhere."},
         {{"NSURLErrorDomain", -1009, "The Internet connection appears to be offline.", {}}, false, {},
          "The Internet connection appears to be offline."},
+        // Markup from the service is shown as the text it is.
+        {{"X", 9, "<b>bold</b> & more", {}}, false, {}, "<b>bold</b> & more"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.text.toStdString());
         service().reset();
         delegate.calls.clear();
         auto page = makePage();
-        type(page->emailField(), QStringLiteral("ada@example.com"));
-        type(page->passwordField(), QStringLiteral("wrong"));
-        page->signIn();
+        signInAs(page.get(), QStringLiteral("ada@example.com"), QStringLiteral("wrong"));
         service().signInHandlers.complete(nullptr, nullptr, c.error);
         EXPECT_EQ(page->forgotPasswordButton()->isVisibleTo(page->view()), c.forgotLink);
         EXPECT_EQ(delegate.calls, c.delegateCalls);
         EXPECT_EQ(page->errorLabel()->text(), c.text);
+        EXPECT_EQ(page->errorLabel()->textFormat(), Qt::PlainText);
         EXPECT_TRUE(page->errorLabel()->isVisibleTo(page->view()));
         EXPECT_TRUE(page->signInButton()->isEnabled());
         EXPECT_FALSE(service().log.names().contains("savePassword"));
     }
 
-    // Markup from the service is shown as the text it is.
+    // Without a description nothing is shown, whatever the code.
     service().reset();
     auto page = makePage();
-    type(page->emailField(), QStringLiteral("ada@example.com"));
-    type(page->passwordField(), QStringLiteral("wrong"));
-    page->signIn();
-    service().signInHandlers.complete(nullptr, nullptr, vlr::Error{"X", 9, "<b>bold</b> & more", {}});
-    EXPECT_EQ(page->errorLabel()->textFormat(), Qt::PlainText);
-    EXPECT_EQ(page->errorLabel()->text(), "<b>bold</b> & more");
-
-    // Without a description nothing is shown, whatever the code.
-    page->signIn();
+    signInAs(page.get(), QStringLiteral("ada@example.com"), QStringLiteral("wrong"));
     page->errorLabel()->setText(QStringLiteral("untouched"));
     service().signInHandlers.complete(nullptr, nullptr, vlr::Error{"VLRWebErrorDomain", 2, QString(), {}});
     EXPECT_EQ(page->errorLabel()->text(), "untouched");
@@ -230,9 +228,7 @@ TEST_F(LoginTest, ASilentSignInThatFailsOrNeedsASecondFactorLeavesNoTrace)
 TEST_F(LoginTest, ASuccessStoresAddressAndPasswordBeforeTheSecondFactorAndHidesTheLink)
 {
     auto page = makePage();
-    type(page->emailField(), QStringLiteral("ada@example.com"));
-    type(page->passwordField(), QStringLiteral("wrong"));
-    page->signIn();
+    signInAs(page.get(), QStringLiteral("ada@example.com"), QStringLiteral("wrong"));
     service().signInHandlers.complete(nullptr, nullptr, vlr::Error{"VLRWebErrorDomain", 2, "Wrong.", {}});
     ASSERT_TRUE(page->forgotPasswordButton()->isVisibleTo(page->view()));
 
@@ -316,9 +312,7 @@ TEST_F(LoginTest, AStoredEnvironmentThatNoItemCarriesSelectsNothingAndIsNeverApp
     defaults()->setPersistentDomain({{VLRUserDefaultsKeyEnvironment, "gone.example"}}, VLRUserDefaultsPersistentDomain);
     auto page = makePage();
     EXPECT_EQ(page->environmentButton()->currentIndex(), -1);
-    type(page->emailField(), QStringLiteral("ada@example.com"));
-    type(page->passwordField(), QStringLiteral("s3cret"));
-    page->signIn();
+    signInAs(page.get(), QStringLiteral("ada@example.com"), QStringLiteral("s3cret"));
     EXPECT_EQ(service().signIns.size(), 1);
     EXPECT_EQ(service().log.count("setEnvironmentWithDomainName"), 0);
     EXPECT_EQ(defaults()->persistentDomainForName(VLRUserDefaultsPersistentDomain)->value(VLRUserDefaultsKeyEnvironment),
