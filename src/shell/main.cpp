@@ -9,6 +9,7 @@
 #include "shell/ClientParts.h"
 #include "shell/LaunchArguments.h"
 #include "shell/TerminationSignalWatcher.h"
+#include "shell/Translations.h"
 #include "widgets/VLRFonts.h"
 
 #include <QApplication>
@@ -31,6 +32,7 @@ int main(int argc, char* argv[])
     if (claim == ClientInstance::NameTaken)
         return ClientInstance::handOverToRunningClient(QDBusConnection::sessionBus(), launch);
 
+    const Translations translations(QLocale::system());
     VLRFonts::loadMuli();
 
     VLRUserNotificationCenter::setDefaultUserNotificationCenter(std::make_shared<VLRFreedesktopNotificationCenter>());
