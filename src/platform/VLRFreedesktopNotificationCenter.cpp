@@ -1,5 +1,6 @@
 #include "platform/VLRFreedesktopNotificationCenter.h"
 
+#include "app/VLRText.h"
 #include "platform/VLRMainQueue.h"
 #include "platform/VLRUserNotificationCenterDelegate.h"
 #include "service/VLRLogFormat.h"
@@ -131,7 +132,8 @@ void VLRFreedesktopNotificationCenter::capabilitiesArrived(const QDBusMessage& r
 
 void VLRFreedesktopNotificationCenter::send(const VLRUserNotificationPtr& notification)
 {
-    QStringList actions{defaultActionKey, QStringLiteral("Open")};
+    // A server that shows the default action as a button labels it so.
+    QStringList actions{defaultActionKey, vlr::localized("Open")};
     if (notification->hasActionButton())
         actions << actionButtonKey << notification->actionButtonTitle();
     const QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("veluria")}};

@@ -12,6 +12,7 @@
 #include "shell/ClientParts.h"
 #include "shell/LaunchArguments.h"
 #include "shell/TerminationSignalWatcher.h"
+#include "shell/Translations.h"
 #include "widgets/VLRFonts.h"
 
 #include <QApplication>
@@ -34,6 +35,7 @@ int main(int argc, char* argv[])
     if (claim == ClientInstance::NameTaken)
         return ClientInstance::handOverToRunningClient(QDBusConnection::sessionBus(), launch);
 
+    const Translations translations(QLocale::system());
     VLRFonts::loadMuli();
 
     // The embedded local service and the desktop's own services; a test

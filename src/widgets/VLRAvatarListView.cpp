@@ -1,5 +1,6 @@
 #include "widgets/VLRAvatarListView.h"
 
+#include "app/VLRText.h"
 #include "widgets/VLRImageCatalogue.h"
 
 #include <QHelpEvent>
@@ -36,7 +37,8 @@ QString VLRAvatarListView::ellipsisToolTip(qsizetype capacity) const
     QString toolTip = m_avatars.at(capacity - 1).toolTip();
     for (qsizetype i = capacity; i < m_avatars.size(); ++i) {
         if (i == capacity - 1 + kEllipsisNameCount) {
-            toolTip += QStringLiteral("\n+ %1 more").arg(m_avatars.size() - (capacity - 1 + kEllipsisNameCount));
+            const qsizetype others = m_avatars.size() - (capacity - 1 + kEllipsisNameCount);
+            toolTip += QLatin1Char('\n') + vlr::format(vlr::localized("+ %@ more"), QString::number(others));
             break;
         }
         toolTip += QStringLiteral("\n%1").arg(m_avatars.at(i).toolTip());

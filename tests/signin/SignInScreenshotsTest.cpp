@@ -13,8 +13,10 @@
 #include <QComboBox>
 #include <QDir>
 #include <QGraphicsOpacityEffect>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTest>
+#include <QTranslator>
 
 namespace {
 
@@ -47,6 +49,14 @@ protected:
             return effect && qFuzzyCompare(effect->opacity() + 1, alpha + 1);
         }));
         QTest::qWait(50);
+    }
+
+    static QStringList labelTexts(QWidget* page)
+    {
+        QStringList texts;
+        for (const QLabel* label : page->findChildren<QLabel*>())
+            texts.append(label->text());
+        return texts;
     }
 
     RecordingSignInDelegate delegate;
@@ -116,4 +126,38 @@ TEST_F(SignInScreenshotsTest, PreferencesPage)
     page.updateWithUser(nameless);
     waitForDetails(page, 1);
     save(page.view(), QStringLiteral("preferences-no-name"));
+}
+
+// The pages in German, whose texts run longer than the English ones.
+TEST_F(SignInScreenshotsTest, PagesInGerman)
+{
+    QTranslator german;
+    ASSERT_TRUE(german.load(QLocale(QLocale::German), QStringLiteral("veluria"), QStringLiteral("_"),
+                            QStringLiteral(":/translations")));
+    QCoreApplication::installTranslator(&german);
+    {
+        LoginViewController login;
+        login.setDelegate(&delegate);
+        EXPECT_TRUE(labelTexts(login.view()).contains("Bei Veluria anmelden"));
+        EXPECT_EQ(login.emailField()->placeholderText(), "E-Mail-Adresse");
+        login.signIn();
+        EXPECT_EQ(login.errorLabel()->text(), "Geben Sie Ihre E-Mail-Adresse ein.");
+        save(login.view(), QStringLiteral("login-german"));
+
+        LoginMfaViewController mfa;
+        mfa.setDelegate(&delegate);
+        EXPECT_TRUE(labelTexts(mfa.view()).contains("Zweistufige Überprüfung"));
+        save(mfa.view(), QStringLiteral("second-factor-german"));
+
+        defaults()->setBool(true, VLRUserDefaultsKeyLimitDownloadCacheSize);
+        PreferencesViewController preferences;
+        preferences.setDelegate(&delegate);
+        preferences.view();
+        waitForDetails(preferences, 0);
+        save(preferences.view(), QStringLiteral("preferences-german"));
+    }
+    QCoreApplication::removeTranslator(&german);
+
+    LoginViewController login;
+    EXPECT_TRUE(labelTexts(login.view()).contains("Sign in to Veluria"));
 }
