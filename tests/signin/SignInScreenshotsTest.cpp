@@ -136,7 +136,7 @@ TEST_F(SignInScreenshotsTest, PagesInGerman)
                             QStringLiteral(":/translations")));
     QCoreApplication::installTranslator(&german);
     {
-        LoginViewController login;
+        LoginViewController login(services());
         login.setDelegate(&delegate);
         EXPECT_TRUE(labelTexts(login.view()).contains("Bei Veluria anmelden"));
         EXPECT_EQ(login.emailField()->placeholderText(), "E-Mail-Adresse");
@@ -150,7 +150,7 @@ TEST_F(SignInScreenshotsTest, PagesInGerman)
         save(mfa.view(), QStringLiteral("second-factor-german"));
 
         defaults()->setBool(true, VLRUserDefaultsKeyLimitDownloadCacheSize);
-        PreferencesViewController preferences;
+        PreferencesViewController preferences(services());
         preferences.setDelegate(&delegate);
         preferences.view();
         waitForDetails(preferences, 0);
@@ -158,6 +158,6 @@ TEST_F(SignInScreenshotsTest, PagesInGerman)
     }
     QCoreApplication::removeTranslator(&german);
 
-    LoginViewController login;
+    LoginViewController login(services());
     EXPECT_TRUE(labelTexts(login.view()).contains("Sign in to Veluria"));
 }
