@@ -15,6 +15,7 @@
 
 #include "service/VLRInit.h"
 #include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 #include "service/VLRTransferQueue.h"
 #include "service/VLRUtils.h"
 

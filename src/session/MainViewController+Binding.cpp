@@ -10,6 +10,7 @@
 #include "service/VLRUtils.h"
 #include "session/ApplicationRoot.h"
 #include "session/MainViewController+Observations.h"
+#include "session/SessionLog.h"
 #include "session/VLRNotificationScheduling.h"
 #include "app/VLRText.h"
 #include "app/VLRUserNotificationKeys.h"
@@ -112,6 +113,7 @@ void MainViewController::didLoginWithSession(const VLRUserSessionPtr& session)
 void MainViewController::didLoginWithSession(const VLRUserSessionPtr& session, bool)
 {
     // Whether the sign-in ran without the view plays no part here.
+    qCDebug(lcSession) << (session ? "Session bound" : "Session unbound");
     if (session)
         session->setDelegate(this);
     sessionDidChange(session);
@@ -119,6 +121,7 @@ void MainViewController::didLoginWithSession(const VLRUserSessionPtr& session, b
 
 void MainViewController::loginWithVerifier(const VLRLoginVerifierPtr& verifier)
 {
+    qCDebug(lcSession, "A second factor is asked for");
     if (m_parts.loginMfaViewController)
         m_parts.loginMfaViewController->setLoginVerifier(verifier);
     selectTab(LoginTab);

@@ -3,6 +3,7 @@
 #include "platform/VLRFreedesktopNotificationCenter.h"
 #include "platform/VLRSystemDesktopServices.h"
 #include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,7 @@
 #include "session/MainViewControllerHarness.h"
 
 #include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 
 // The harness gives a fixed clock and a recording centre; the controller
 // itself plays no part here.

@@ -1,6 +1,7 @@
 #include "fakes/FakeService.h"
 #include "platform/VLRUserDefaults.h"
 #include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 #include "shell/AppDelegate.h"
 #include "platform/HelperProgram.h"
 #include "app/VLRUserDefaultsKeys.h"
