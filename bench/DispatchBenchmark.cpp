@@ -6,6 +6,7 @@
 #include "fakes/FakeUserSession.h"
 #include "pages/RecordingPages.h"
 #include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 #include "session/MainViewController.h"
 
 #include <QTemporaryDir>

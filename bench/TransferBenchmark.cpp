@@ -15,6 +15,7 @@
 #include "WorkspaceStore.h"
 
 #include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 #include "service/VLRTransferQueue.h"
 #include "service/VLRUtils.h"
 

@@ -4,6 +4,7 @@
 #include "DatabaseSchema.h"
 #include "PrivateFiles.h"
 #include "SqlStatement.h"
+#include "StoreLog.h"
 
 #include <QFile>
 
@@ -18,6 +19,7 @@ std::unique_ptr<Database> Database::open(const QString& folder, QString* failure
         return nullptr;
     }
     const QString path = folder + QLatin1Char('/') + DatabaseLocation::databaseFileName();
+    qCDebug(lcStore, "Opening the database %s", qUtf8Printable(path));
     // Made private before SQLite opens it, so that its journal files, which
     // SQLite creates with the database's permissions, are private too.
     const int fd = PrivateFiles::createFile(path, true);

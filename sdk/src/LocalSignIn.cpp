@@ -1,5 +1,7 @@
 #include "LocalSignIn.h"
 
+#include "AccountsLog.h"
+
 #include "Database.h"
 #include "DatabaseLocation.h"
 #include "LocalEnvironment.h"
@@ -14,7 +16,6 @@
 
 #include <mutex>
 
-#include "service/VLRLogFormat.h"
 
 namespace {
 
@@ -62,7 +63,7 @@ void LocalSignIn::start(const VLRLoginCredentials& credentials, const QString& a
             MainThread::post([completionHandler, error] { completionHandler(nullptr, nullptr, error); });
     };
     if (apiKey != clientKey) {
-        VLRLogFormat(5, QStringLiteral("VeluriaSDK"), "Sign-in refused: unknown client key");
+        qCWarning(lcAccounts, "Sign-in refused: unknown client key");
         return answerError(ServiceError::make(ServiceError::ClientKeyRefused));
     }
     LocalEnvironment environment;
@@ -113,7 +114,7 @@ void LocalSignIn::signedIn(ServiceThread& worker, const AccountStore::Account& a
         start.hasWorkspaces = workspaces.workspaceCountOf(account.id) > 0;
         start.lastPublicationSeq = workspaces.lastPublicationSeq();
     }
-    VLRLogFormat(4, QStringLiteral("VeluriaSDK"), "Signed in: %@", account.email);
+    qCInfo(lcAccounts, "Signed in: %s", qUtf8Printable(account.email));
     MainThread::post([start, completionHandler] {
         auto session = LocalUserSession::create(start);
         if (completionHandler)

@@ -5,6 +5,7 @@
 #include "Reaper.h"
 #include "ServiceError.h"
 #include "TransferQueueHost.h"
+#include "TransfersLog.h"
 
 #include <QFileInfo>
 
@@ -178,6 +179,7 @@ void LocalTransferQueue::onFinished(const QString& id, const TransferResult& res
 void LocalTransferQueue::finish(const LocalTransferPtr& transfer, const vlr::OptionalError& error)
 {
     TransferJob& job = transfer->job();
+    qCDebug(lcTransfers, "Transfer finished%s", error ? " with an error" : "");
     job.finished = true;
     job.error = error;
     job.finishedAt = Clock::nowMs();

@@ -1,5 +1,7 @@
 #include "LocalUserSession.h"
 
+#include "AccountsLog.h"
+
 #include "Clock.h"
 #include "Database.h"
 #include "DownloadCache.h"
@@ -13,7 +15,6 @@
 #include "TransferStore.h"
 
 #include "service/VLRInstallerUpdater.h"
-#include "service/VLRLogFormat.h"
 #include "service/VLRPublication.h"
 #include "service/VLRUser.h"
 #include "service/VLRUserSessionDelegate.h"
@@ -99,7 +100,7 @@ void LocalUserSession::loadLists()
     const QString userId = userID();
     const qint64 afterSeq = m_lastPublicationSeq;
     auto fail = [weak](const QString& failure) {
-        VLRLogFormat(5, QStringLiteral("VeluriaSDK"), "Loading the session's lists failed: %@", failure);
+        qCWarning(lcAccounts, "Loading the session's lists failed: %s", qUtf8Printable(failure));
         MainThread::post([weak] {
             if (auto self = weak.lock())
                 self->serviceWasLost();
@@ -236,7 +237,7 @@ void LocalUserSession::passwordWasChanged()
 {
     if (m_ended)
         return;
-    VLRLogFormat(4, QStringLiteral("VeluriaSDK"), "The password of %@ changed elsewhere", m_account.email);
+    qCInfo(lcAccounts, "The password of %s changed elsewhere", qUtf8Printable(m_account.email));
     end();
     if (delegate())
         delegate()->passwordChanged();
@@ -246,7 +247,7 @@ void LocalUserSession::serviceWasLost()
 {
     if (m_ended)
         return;
-    VLRLogFormat(5, QStringLiteral("VeluriaSDK"), "The session of %@ lost its database", m_account.email);
+    qCWarning(lcAccounts, "The session of %s lost its database", qUtf8Printable(m_account.email));
     end();
     if (syncingLists())
         setSyncingLists(false);
@@ -284,7 +285,7 @@ bool LocalUserSession::sortWorkspaces(qint64 order)
 void LocalUserSession::logoutWithCompletionHandler(const VLRErrorHandler& handler)
 {
     end();
-    VLRLogFormat(4, QStringLiteral("VeluriaSDK"), "Signed out: %@", m_account.email);
+    qCInfo(lcAccounts, "Signed out: %s", qUtf8Printable(m_account.email));
     if (handler)
         MainThread::post([handler] { handler(std::nullopt); });
 }

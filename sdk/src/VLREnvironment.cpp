@@ -1,6 +1,6 @@
 #include "LocalEnvironment.h"
 
-#include "service/VLRLogFormat.h"
+#include "LibraryLog.h"
 
 #include <mutex>
 
@@ -30,7 +30,7 @@ void LocalEnvironment::setEnvironmentWithDomainName(const QString& domainName)
     EnvironmentState& s = state();
     std::lock_guard lock(s.mutex);
     if (s.domainName != name)
-        VLRLogFormat(4, QStringLiteral("VeluriaSDK"), "Environment: %@", name);
+        qCInfo(lcLibrary, "Environment: %s", qUtf8Printable(name));
     s.domainName = name;
 }
 

@@ -1,8 +1,9 @@
 #include "LocalInit.h"
 
-#include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 
 #include "CrashReporter.h"
+#include "LibraryLog.h"
 #include "Reaper.h"
 #include "SessionRegistry.h"
 
@@ -12,7 +13,7 @@ void LocalInit::initUsingCrashlytics(bool crashReporting)
 {
     if (crashReporting)
         CrashReporter::install(QFileInfo(vlr::logFilePath()).path());
-    VLRLogFormat(4, QStringLiteral("VeluriaSDK"), "Veluria service library started");
+    qCInfo(lcLibrary, "Veluria service library started");
 }
 
 void LocalInit::shutdown()
@@ -20,5 +21,5 @@ void LocalInit::shutdown()
     SessionRegistry::endAll();
     Reaper::waitForAll(std::chrono::seconds(10));
     CrashReporter::uninstall();
-    VLRLogFormat(4, QStringLiteral("VeluriaSDK"), "Veluria service library stopped");
+    qCInfo(lcLibrary, "Veluria service library stopped");
 }

@@ -1,6 +1,6 @@
 #include "LocalKeychain.h"
 
-#include "service/VLRLogFormat.h"
+#include "AccountsLog.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -19,7 +19,7 @@ bool runToEnd(QKeychain::Job& job)
     job.setAutoDelete(false);
     job.setKey(passwordKey);
     if (!QCoreApplication::instance()) {
-        VLRLogFormat(5, QStringLiteral("VeluriaSDK"), "Keychain: no application object, the keyring is not asked");
+        qCWarning(lcAccounts, "Keychain: no application object, the keyring is not asked");
         return false;
     }
     QEventLoop loop;
@@ -36,11 +36,11 @@ void reportFailure(const QKeychain::Job& job, const char* action)
     static std::atomic_bool told{false};
     if (job.error() == QKeychain::OtherError || job.error() == QKeychain::NoBackendAvailable) {
         if (!told.exchange(true))
-            VLRLogFormat(4, QStringLiteral("VeluriaSDK"), "Keychain: no keychain here (%@); the password is not kept",
-                         job.errorString());
+            qCInfo(lcAccounts, "Keychain: no keychain here (%s); the password is not kept",
+                   qUtf8Printable(job.errorString()));
         return;
     }
-    VLRLogFormat(5, QStringLiteral("VeluriaSDK"), "Keychain: %s failed: %@", action, job.errorString());
+    qCWarning(lcAccounts, "Keychain: %s failed: %s", action, qUtf8Printable(job.errorString()));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "app/VLRText.h"
 #include "platform/VLRMainQueue.h"
 #include "platform/VLRUserNotificationCenterDelegate.h"
+#include "platform/PlatformLog.h"
 #include "service/VLRLogFormat.h"
 
 #include <QDBusError>
@@ -90,6 +91,7 @@ void VLRFreedesktopNotificationCenter::deliver(const VLRUserNotificationPtr& not
     if (VLRUserNotificationCenterDelegate* d = delegate();
         d && !d->userNotificationCenterShouldPresentNotification(this, notification))
         return;
+    qCDebug(lcPlatform) << "Notification to deliver, state" << int(m_capabilitiesState);
     switch (m_capabilitiesState) {
     case CapabilitiesState::Known:
         send(notification);

@@ -1,38 +1,12 @@
 #include "service/VLRLogFormat.h"
 
-#include <QDateTime>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QStandardPaths>
-
 #include <algorithm>
 #include <cstdio>
-#include <mutex>
+
+Q_LOGGING_CATEGORY(lcLogFormat, "veluria.sdk", QtInfoMsg)
 
 namespace vlr {
 namespace {
-
-struct LogState
-{
-    std::mutex mutex;
-    bool filePathChosen = false;
-    QString filePath;
-    QFile file;
-    LogObserver observer;
-};
-
-LogState& state()
-{
-    static LogState s;
-    return s;
-}
-
-QString defaultLogFilePath()
-{
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    return data.isEmpty() ? QString() : data + QStringLiteral("/Veluria/Logs/veluria.log");
-}
 
 QString asText(const LogArgument& argument)
 {
@@ -134,61 +108,17 @@ QString formatLogMessage(const char* format, const QList<LogArgument>& arguments
     return out;
 }
 
-void setLogFilePath(const QString& path)
-{
-    LogState& s = state();
-    std::lock_guard lock(s.mutex);
-    s.file.close();
-    s.filePath = path;
-    s.filePathChosen = true;
-}
-
-QString logFilePath()
-{
-    LogState& s = state();
-    std::lock_guard lock(s.mutex);
-    return s.filePathChosen ? s.filePath : defaultLogFilePath();
-}
-
-void setLogObserver(LogObserver observer)
-{
-    LogState& s = state();
-    std::lock_guard lock(s.mutex);
-    s.observer = std::move(observer);
-}
-
 void writeLogLine(int level, const QString& tag, const QString& message)
 {
-    const QByteArray line = QStringLiteral("%1 [%2] %3: %4\n")
-                                .arg(QDateTime::currentDateTime().toString(Qt::ISODateWithMs))
-                                .arg(level)
-                                .arg(tag, message)
-                                .toUtf8();
-    LogObserver observer;
-    {
-        LogState& s = state();
-        std::lock_guard lock(s.mutex);
-        std::fwrite(line.constData(), 1, size_t(line.size()), stderr);
-        if (!s.filePathChosen) {
-            s.filePath = defaultLogFilePath();
-            s.filePathChosen = true;
-        }
-        if (!s.filePath.isEmpty() && !s.file.isOpen()) {
-            QDir().mkpath(QFileInfo(s.filePath).absolutePath());
-            s.file.setFileName(s.filePath);
-            if (s.file.open(QIODevice::Append | QIODevice::Text))
-                s.file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-            else
-                s.filePath.clear(); // unwritable: stderr alone from now on
-        }
-        if (s.file.isOpen()) {
-            s.file.write(line);
-            s.file.flush();
-        }
-        observer = s.observer;
-    }
-    if (observer)
-        observer(level, tag, message);
+    const QString line = tag + QStringLiteral(": ") + message;
+    if (level <= 3)
+        qCDebug(lcLogFormat).noquote() << line;
+    else if (level == 4)
+        qCInfo(lcLogFormat).noquote() << line;
+    else if (level == 5)
+        qCWarning(lcLogFormat).noquote() << line;
+    else
+        qCCritical(lcLogFormat).noquote() << line;
 }
 
 } // namespace vlr

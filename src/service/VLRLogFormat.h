@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QLoggingCategory>
 #include <QString>
 #include <QUrl>
 #include <QVariant>
@@ -31,7 +32,7 @@ LogArgument toLogArgument(const T& value)
     else if constexpr (std::is_convertible_v<T, const char*>)
         return value ? QString::fromUtf8(value) : QStringLiteral("(null)");
     else if constexpr (std::is_same_v<T, QUrl>)
-        return value.isEmpty() ? QStringLiteral("(null)") : value.toString();
+        return value.isEmpty() ? QStringLiteral("(null)") : value.toString(QUrl::RemovePassword);
     else if constexpr (std::is_convertible_v<T, QString>)
         return QString(value).isNull() ? QStringLiteral("(null)") : QString(value);
     else
@@ -42,20 +43,17 @@ LogArgument toLogArgument(const T& value)
 // missing arguments are written as they stand rather than read from nowhere.
 QString formatLogMessage(const char* format, const QList<LogArgument>& arguments);
 
-// Where the lines go besides stderr. The file defaults to Veluria/Logs/veluria.log
-// under the user's data location; an empty path writes no file.
-void setLogFilePath(const QString& path);
-QString logFilePath();
-
-// A test or a tool may listen to every line (level, tag, message).
-using LogObserver = std::function<void(int level, const QString& tag, const QString& message)>;
-void setLogObserver(LogObserver observer);
-
+// Hands one line to the logging category of VLRLogFormat as "tag: message":
+// level 3 and below as debug, 4 info, 5 warning, 6 and above critical.
 void writeLogLine(int level, const QString& tag, const QString& message);
 
 } // namespace vlr
 
-// The library's log function: level 4 for ordinary lines, 5 for errors.
+// The category of every VLRLogFormat line, "veluria.sdk": on from info up.
+Q_DECLARE_LOGGING_CATEGORY(lcLogFormat)
+
+// The library's log function: level 4 for ordinary lines, 5 for errors. The
+// line goes through Qt's logging, so VLRLogHandler writes it with its tag.
 template <typename... Args>
 void VLRLogFormat(int level, const QString& tag, const char* format, const Args&... args)
 {

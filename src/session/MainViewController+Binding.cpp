@@ -12,6 +12,7 @@
 #include "session/ApplicationRoot.h"
 #include "session/MainViewController+Observations.h"
 #include "platform/VLRNotificationScheduling.h"
+#include "session/SessionLog.h"
 #include "app/VLRText.h"
 #include "app/VLRUserNotificationKeys.h"
 #include "app/AppFlavor.h"
@@ -107,6 +108,7 @@ void MainViewController::didLoginWithSession(const VLRUserSessionPtr& session)
 void MainViewController::didLoginWithSession(const VLRUserSessionPtr& session, bool)
 {
     // Whether the sign-in ran without the view plays no part here.
+    qCDebug(lcSession) << (session ? "Session bound" : "Session unbound");
     if (session)
         session->setDelegate(this);
     sessionDidChange(session);
@@ -114,6 +116,7 @@ void MainViewController::didLoginWithSession(const VLRUserSessionPtr& session, b
 
 void MainViewController::loginWithVerifier(const VLRLoginVerifierPtr& verifier)
 {
+    qCDebug(lcSession, "A second factor is asked for");
     if (m_parts.loginMfaViewController)
         m_parts.loginMfaViewController->setLoginVerifier(verifier);
     selectTab(LoginTab);

@@ -1,6 +1,7 @@
 #include "shell/ClientInstance.h"
 
 #include "service/VLRLogFormat.h"
+#include "shell/ShellLog.h"
 #include "session/MainViewController.h"
 #include "shell/AppDelegate.h"
 #include "shell/ApplicationAdaptor.h"
@@ -43,6 +44,7 @@ ClientInstance::Claim ClientInstance::claim()
         return m_bus.isConnected() ? NameTaken : NoSessionBus;
     }
     m_registered = true;
+    qCDebug(lcShell, "This client serves the session bus name");
     return ClaimedName;
 }
 

@@ -8,6 +8,7 @@
 #include "platform/VLRUserDefaults.h"
 #include "shell/AppDelegate.h"
 #include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 #include "shell/ClientInstance.h"
 #include "shell/ClientParts.h"
 #include "shell/LaunchArguments.h"
@@ -20,6 +21,7 @@
 
 int main(int argc, char* argv[])
 {
+    VLRLogHandler::install(); // Qt's own messages from the start on
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Veluria"));
     QApplication::setApplicationName(QStringLiteral("Veluria"));

@@ -14,6 +14,7 @@
 #include "app/VLRUserDefaultsKeys.h"
 #include "signin/EnvironmentPopUp.h"
 #include "signin/LoginViewControllerDelegate.h"
+#include "signin/SignInLog.h"
 #include "widgets/PageStyle.h"
 #include "widgets/TextFieldEditing.h"
 #include "widgets/VLRButton.h"
@@ -258,6 +259,8 @@ void LoginViewController::signInBypassUI(bool bypass)
     if (m_environmentButton)
         updateEnvironment();
 
+    // The password stays out of the log, whatever the level.
+    qCDebug(lcSignIn, "Signing in%s", bypass ? " with the stored password" : "");
     QPointer<LoginViewController> self(this);
     m_services.library->createUserSessionWithLoginCredentials(
         VLRLoginCredentials(email, password), APIKey, AppFlavor::supportsMarketplace(),

@@ -1,5 +1,7 @@
 #include "widgets/VLRFonts.h"
 
+#include "widgets/WidgetsLog.h"
+
 #include <QDir>
 #include <QFontDatabase>
 #include <QStringList>
@@ -17,7 +19,7 @@ QString registerFontFiles()
     for (const QString& file : files) {
         const int id = QFontDatabase::addApplicationFont(folder.filePath(file));
         if (id < 0) {
-            qWarning("Font file %s could not be registered", qUtf8Printable(file));
+            qCWarning(lcWidgets, "Font file %s could not be registered", qUtf8Printable(file));
             continue;
         }
         const QStringList families = QFontDatabase::applicationFontFamilies(id);
@@ -25,7 +27,7 @@ QString registerFontFiles()
             family = families.constFirst();
     }
     if (family.isNull()) {
-        qWarning("No font file of the \"Muli\" typeface could be loaded; text uses the default face");
+        qCWarning(lcWidgets, "No font file of the \"Muli\" typeface could be loaded; text uses the default face");
         return family;
     }
     if (family != kDesignFamily)

@@ -1,5 +1,7 @@
 #include "widgets/VLRImageCatalogue.h"
 
+#include "widgets/WidgetsLog.h"
+
 #include "widgets/VLRImageIconEngine.h"
 
 #include <QFile>
@@ -32,7 +34,7 @@ void warnOnce(const QString& name, const char* what)
     if (warned.contains(name))
         return;
     warned.insert(name);
-    qWarning("Image \"%s\": %s", qUtf8Printable(name), what);
+    qCWarning(lcWidgets, "Image \"%s\": %s", qUtf8Printable(name), what);
 }
 
 QSvgRenderer* rendererFor(const QString& name)

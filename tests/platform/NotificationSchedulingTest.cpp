@@ -1,6 +1,7 @@
 #include "fakes/FakeClientServices.h"
 #include "app/VLRUserDefaultsKeys.h"
 #include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 
 #include <QTemporaryDir>
 

@@ -1,6 +1,7 @@
 #include "platform/VLRFreedesktopNotificationCenter.h"
 #include "platform/VLRUserNotificationCenterDelegate.h"
 #include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>

@@ -1,5 +1,6 @@
 #include "platform/VLRSystemDesktopServices.h"
 #include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 
 #include <QDesktopServices>
 #include <QDir>

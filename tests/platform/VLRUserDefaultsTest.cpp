@@ -1,5 +1,6 @@
 #include "platform/VLRUserDefaults.h"
 #include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 
 #include <QFile>
 #include <QSettings>

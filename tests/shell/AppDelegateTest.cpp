@@ -5,6 +5,7 @@
 #include "platform/VLRUserDefaults.h"
 #include "platform/VLRUserNotificationCenter.h"
 #include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 #include "session/MainViewController.h"
 #include "platform/VLRNotificationScheduling.h"
 #include "shell/AppDelegate.h"

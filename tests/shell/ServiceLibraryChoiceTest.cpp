@@ -3,7 +3,7 @@
 #include "EmbeddedServiceLibrary.h"
 #include "fakes/FakeClientServices.h"
 #include "fakes/FakeUserSession.h"
-#include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 #include "service/VLRUser.h"
 #include "signin/LoginViewController.h"
 #include "signin/LoginViewControllerDelegate.h"

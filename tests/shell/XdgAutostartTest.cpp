@@ -1,6 +1,7 @@
 #include "fakes/FakeClientServices.h"
 #include "platform/VLRUserDefaults.h"
 #include "service/VLRLogFormat.h"
+#include "service/VLRLogHandler.h"
 #include "shell/AppDelegate.h"
 #include "shell/XdgAutostart.h"
 

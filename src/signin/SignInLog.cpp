@@ -1,0 +1,3 @@
+#include "signin/SignInLog.h"
+
+Q_LOGGING_CATEGORY(lcSignIn, "veluria.signin", QtInfoMsg)
