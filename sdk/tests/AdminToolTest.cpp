@@ -1,9 +1,9 @@
 #include "ServiceFixture.h"
 
 #include "AdminTool.h"
-#include "Base32.h"
-#include "DownloadLink.h"
-#include "Totp.h"
+#include "accounts/Base32.h"
+#include "accounts/Totp.h"
+#include "transfers/DownloadLink.h"
 
 #include "service/VLRLoginVerifier.h"
 #include "service/VLRTransferReporting.h"

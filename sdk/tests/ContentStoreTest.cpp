@@ -1,9 +1,9 @@
 #include "ServiceFixture.h"
 
-#include "ContentStore.h"
-#include "DownloadLink.h"
-#include "ResumableCopy.h"
-#include "Sha256.h"
+#include "store/ContentStore.h"
+#include "store/ResumableCopy.h"
+#include "store/Sha256.h"
+#include "transfers/DownloadLink.h"
 
 #include "service/VLRTransferReporting.h"
 

@@ -1,10 +1,10 @@
 #include "ChildProcess.h"
 #include "ServiceFixture.h"
 
-#include "ContentStore.h"
-#include "DownloadLink.h"
-#include "LocalTransfer.h"
-#include "Sha256.h"
+#include "store/ContentStore.h"
+#include "store/Sha256.h"
+#include "transfers/DownloadLink.h"
+#include "transfers/LocalTransfer.h"
 
 #include "service/VLRPublication.h"
 #include "service/VLRTransferQueue.h"

@@ -1,8 +1,8 @@
 #include "ServiceFixture.h"
 
-#include "ContentStore.h"
-#include "DownloadLink.h"
-#include "SafeName.h"
+#include "store/ContentStore.h"
+#include "store/SafeName.h"
+#include "transfers/DownloadLink.h"
 
 #include "service/VLRTransferQueue.h"
 #include "service/VLRTransferReporting.h"

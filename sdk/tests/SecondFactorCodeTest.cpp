@@ -1,5 +1,5 @@
-#include "Base32.h"
-#include "Totp.h"
+#include "accounts/Base32.h"
+#include "accounts/Totp.h"
 
 #include <gtest/gtest.h>
 

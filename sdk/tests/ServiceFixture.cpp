@@ -1,7 +1,7 @@
 #include "ServiceFixture.h"
 
-#include "Clock.h"
-#include "Sodium.h"
+#include "accounts/Sodium.h"
+#include "base/Clock.h"
 
 #include "service/VLRInit.h"
 #include "service/VLRUtils.h"

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "AccountStore.h"
-#include "Database.h"
-#include "LocalUserSession.h"
-#include "WorkspaceStore.h"
+#include "accounts/AccountStore.h"
+#include "base/Database.h"
+#include "session/LocalUserSession.h"
+#include "workspaces/WorkspaceStore.h"
 
 #include "service/VLRInit.h"
 #include "service/VLRObject.h"

@@ -1,7 +1,7 @@
 #include "ServiceFixture.h"
 
-#include "SqlStatement.h"
-#include "Totp.h"
+#include "accounts/Totp.h"
+#include "base/SqlStatement.h"
 
 #include "service/VLREnvironment.h"
 #include "service/VLRLoginVerifier.h"

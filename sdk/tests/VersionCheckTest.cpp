@@ -1,7 +1,7 @@
 #include "ServiceFixture.h"
 
-#include "LibrarySettings.h"
-#include "LocalVersionChecker.h"
+#include "base/LibrarySettings.h"
+#include "versions/LocalVersionChecker.h"
 
 #include "service/VLREnvironment.h"
 #include "service/VLRVersionInfo.h"

@@ -1,7 +1,7 @@
 #include "ServiceFixture.h"
 
-#include "Clock.h"
-#include "UploadRun.h"
+#include "base/Clock.h"
+#include "transfers/UploadRun.h"
 
 #include "service/VLRPublication.h"
 #include "service/VLRUser.h"
