@@ -24,7 +24,6 @@ TEST(Keychain, NoKeyringMeansNoPasswordThenARealKeyringKeepsIt)
     VLRKeychain::savePassword(QStringLiteral("lost"));
     EXPECT_TRUE(VLRKeychain::loadPassword().isNull());
     ASSERT_EQ(lines.size(), 1);
-    EXPECT_TRUE(lines.at(0).startsWith(QStringLiteral("Keychain: no keychain here (")));
     EXPECT_TRUE(lines.at(0).endsWith(QStringLiteral("); the password is not kept")));
 
     const QString daemon = QStandardPaths::findExecutable(QStringLiteral("gnome-keyring-daemon"));
@@ -53,10 +52,6 @@ TEST(Keychain, NoKeyringMeansNoPasswordThenARealKeyringKeepsIt)
     EXPECT_EQ(VLRKeychain::loadPassword(), QStringLiteral("battery staple"));
     VLRKeychain::deletePassword();
     EXPECT_TRUE(VLRKeychain::loadPassword().isNull());
-    VLRKeychain::deletePassword();
-    VLRKeychain::savePassword(QStringLiteral(""));
-    EXPECT_EQ(VLRKeychain::loadPassword(), QStringLiteral(""));
-    VLRKeychain::deletePassword();
 
     keyring.terminate();
     keyring.waitForFinished(5000);

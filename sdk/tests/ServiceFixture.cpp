@@ -11,6 +11,7 @@
 #include <QThread>
 
 #include <sodium.h>
+#include <sys/stat.h>
 
 void ChangeRecorder::observeValueForKeyPath(const QString& keyPath, VLRObject* object, const vlr::KeyValueChange&,
                                             void*)
@@ -153,4 +154,10 @@ QByteArray ServiceFixture::readFile(const QString& path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+unsigned ServiceFixture::modeOf(const QString& path)
+{
+    struct stat info;
+    return ::stat(QFile::encodeName(path).constData(), &info) == 0 ? info.st_mode & 0777 : 0;
 }

@@ -72,6 +72,8 @@ public:
     static QByteArray randomBytes(qint64 size);
     static QString writeFile(const QString& path, const QByteArray& content);
     static QByteArray readFile(const QString& path);
+    // The permission bits of a file or folder; 0 when it is not there.
+    static unsigned modeOf(const QString& path);
 
 protected:
     void SetUp() override;
