@@ -19,16 +19,18 @@ void ChangeRecorder::observeValueForKeyPath(const QString& keyPath, VLRObject* o
     m_changes.append(Change{keyPath, object, QThread::currentThread() == QCoreApplication::instance()->thread()});
 }
 
-void ChangeRecorder::watch(VLRObject& object, const QStringList& keyPaths)
+ChangeRecorder::~ChangeRecorder()
 {
-    for (const QString& keyPath : keyPaths)
-        object.addObserver(this, keyPath, vlr::KeyValueObservingOptionNew, this);
+    for (const auto& [object, keyPath] : m_watched)
+        object->removeObserver(this, keyPath, this);
 }
 
-void ChangeRecorder::forget(VLRObject& object, const QStringList& keyPaths)
+void ChangeRecorder::watch(VLRObject& object, const QStringList& keyPaths)
 {
-    for (const QString& keyPath : keyPaths)
-        object.removeObserver(this, keyPath, this);
+    for (const QString& keyPath : keyPaths) {
+        object.addObserver(this, keyPath, vlr::KeyValueObservingOptionNew, this);
+        m_watched.append({&object, keyPath});
+    }
 }
 
 int ChangeRecorder::count(const QString& keyPath, const VLRObject* object) const

@@ -18,10 +18,12 @@
 #include <functional>
 #include <memory>
 
-// Records every change it hears, and whether it came on the GUI thread.
+// Records every change it hears, and whether it came on the GUI thread. It
+// stops observing when it goes: what it watches must outlive it.
 class ChangeRecorder : public VLRKeyValueObserver
 {
 public:
+    ~ChangeRecorder() override;
     struct Change
     {
         QString keyPath;
@@ -32,12 +34,12 @@ public:
     void observeValueForKeyPath(const QString& keyPath, VLRObject* object, const vlr::KeyValueChange& change,
                                 void* context) override;
     void watch(VLRObject& object, const QStringList& keyPaths);
-    void forget(VLRObject& object, const QStringList& keyPaths);
     int count(const QString& keyPath, const VLRObject* object = nullptr) const;
     bool allOnGuiThread() const;
 
 private:
     QList<Change> m_changes;
+    QList<QPair<VLRObject*, QString>> m_watched;
 };
 
 // The session's delegate, recording what it is told.

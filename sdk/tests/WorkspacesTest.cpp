@@ -57,7 +57,6 @@ TEST_F(Workspaces, LoadAfterSignInNewestFirstWithTheirMembers)
     EXPECT_EQ(recorder.count(QStringLiteral("syncingLists")), 1);
     EXPECT_EQ(recorder.count(QStringLiteral("workspaces")), 1);
     EXPECT_TRUE(recorder.allOnGuiThread());
-    recorder.forget(*session, {QStringLiteral("syncingLists"), QStringLiteral("workspaces"), QStringLiteral("projects")});
 }
 
 TEST_F(Workspaces, CreatedWorkspaceReachesTheListAndEmptyNamesAreRefused)
@@ -94,7 +93,6 @@ TEST_F(Workspaces, CreatedWorkspaceReachesTheListAndEmptyNamesAreRefused)
     ASSERT_TRUE(error.has_value());
     EXPECT_EQ(error->localizedDescription, QStringLiteral("\"   \" can't be used as a name."));
     EXPECT_TRUE(recorder.allOnGuiThread());
-    recorder.forget(*session, {QStringLiteral("workspaces")});
 }
 
 TEST_F(Workspaces, PublicationsOfOthersAreAnnouncedAndMoveTheirWorkspaceUp)
@@ -160,7 +158,6 @@ TEST_F(Workspaces, PublicationsOfOthersAreAnnouncedAndMoveTheirWorkspaceUp)
     EXPECT_FALSE(published.isEmpty());
     EXPECT_EQ(delegate.announcements.last().second.at(0)->userID(), ann);
     EXPECT_TRUE(recorder.allOnGuiThread());
-    recorder.forget(*session, {QStringLiteral("workspaces"), QStringLiteral("projects"), QStringLiteral("syncingWorkspaces")});
     session->setDelegate(nullptr);
 }
 
@@ -216,7 +213,6 @@ TEST_F(Workspaces, AccountChangesElsewhereReachTheSession)
     ASSERT_TRUE(waitUntil([&] { return afterwards.has_value(); }));
     EXPECT_EQ(afterwards->code, 8);
     EXPECT_TRUE(recorder.allOnGuiThread());
-    recorder.forget(*session, {QStringLiteral("user")});
     session->setDelegate(nullptr);
 }
 
