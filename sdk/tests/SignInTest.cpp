@@ -62,7 +62,6 @@ TEST_F(SignIn, RightPasswordGivesASessionOfTheAccount)
     EXPECT_EQ(outcome.verifier, nullptr);
     EXPECT_EQ(outcome.session->userID(), id);
     EXPECT_EQ(outcome.session->user()->email(), QStringLiteral("ann@example.com"));
-    EXPECT_EQ(outcome.session->user()->lastName(), QStringLiteral("Lee"));
     // Known before the lists arrive, which is when the client reads it.
     EXPECT_TRUE(outcome.hasWorkspacesAtAnswer);
     EXPECT_TRUE(outcome.syncingListsAtAnswer);
