@@ -4,15 +4,15 @@
 // latency of a sign-in, and a session with 10,000 workspaces and 10,000
 // completed transfers loading its lists.
 
-#include "AccountStore.h"
-#include "Clock.h"
-#include "Database.h"
-#include "EmbeddedServiceLibrary.h"
-#include "DownloadLink.h"
-#include "LocalTransfer.h"
-#include "LocalUserSession.h"
-#include "TransferStore.h"
-#include "WorkspaceStore.h"
+#include "accounts/AccountStore.h"
+#include "base/Clock.h"
+#include "base/Database.h"
+#include "session/LocalUserSession.h"
+#include "transfers/DownloadLink.h"
+#include "transfers/LocalTransfer.h"
+#include "transfers/TransferStore.h"
+#include "workspaces/WorkspaceStore.h"
+#include "session/EmbeddedServiceLibrary.h"
 
 #include "service/VLRLogFormat.h"
 #include "service/VLRLogHandler.h"

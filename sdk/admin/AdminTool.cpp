@@ -1,13 +1,13 @@
 #include "AdminTool.h"
 
-#include "Base32.h"
-#include "Clock.h"
-#include "Database.h"
 #include "DemoSeeder.h"
-#include "DownloadLink.h"
-#include "SqlStatement.h"
-#include "Totp.h"
-#include "UploadRun.h"
+#include "accounts/Base32.h"
+#include "accounts/Totp.h"
+#include "base/Clock.h"
+#include "base/Database.h"
+#include "base/SqlStatement.h"
+#include "transfers/DownloadLink.h"
+#include "transfers/UploadRun.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "AccountStore.h"
-#include "WorkspaceStore.h"
+#include "accounts/AccountStore.h"
+#include "workspaces/WorkspaceStore.h"
 
 #include <QStringList>
 #include <QTextStream>

@@ -1,12 +1,12 @@
 #include "DemoSeeder.h"
 
-#include "AccountStore.h"
-#include "Clock.h"
-#include "Database.h"
-#include "SqlStatement.h"
-#include "TransferJob.h"
-#include "UploadRun.h"
-#include "WorkspaceStore.h"
+#include "accounts/AccountStore.h"
+#include "base/Clock.h"
+#include "base/Database.h"
+#include "base/SqlStatement.h"
+#include "transfers/TransferJob.h"
+#include "transfers/UploadRun.h"
+#include "workspaces/WorkspaceStore.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -3,7 +3,6 @@
 #include "ChildProcess.h"
 #include "ServiceFixture.h"
 
-#include "service/VLRPublication.h"
 #include "service/VLRTransferQueue.h"
 #include "service/VLRTransferReporting.h"
 #include "service/VLRUtils.h"
@@ -36,38 +35,6 @@ void say(const char* line)
 {
     std::printf("%s\n", line);
     std::fflush(stdout);
-}
-
-TEST(ChildRole, Publisher)
-{
-    if (!ChildProcess::isChild("Publisher"))
-        GTEST_SKIP() << "a second client of CrossProcess tests";
-    library().utils().setDatabaseLocation(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_DATABASE")));
-    const VLRUserSessionPtr session = signInAsChild(QStringLiteral("bob@example.com"));
-    ASSERT_NE(session, nullptr);
-    RecordingDelegate delegate;
-    session->setDelegate(&delegate);
-    ASSERT_TRUE(ServiceFixture::waitUntil([&] { return !session->syncingLists(); }));
-    bool published = false;
-    session->publishText(QStringLiteral("from the second client"), qEnvironmentVariable("VELURIA_CHILD_WORKSPACE"),
-                         [&](const QString&, const vlr::OptionalError& error) {
-                             EXPECT_FALSE(error.has_value());
-                             published = true;
-                         });
-    ASSERT_TRUE(ServiceFixture::waitUntil([&] { return published; }));
-    say("published");
-    ASSERT_TRUE(ServiceFixture::waitUntil(
-        [&] {
-            for (const auto& announcement : delegate.announcements)
-                for (const VLRPublicationPtr& publication : announcement.second)
-                    if (publication->text() == QLatin1String("from the first client"))
-                        return true;
-            return false;
-        },
-        20000));
-    session->setDelegate(nullptr);
-    session->logoutWithCompletionHandler(nullptr);
-    library().init().shutdown();
 }
 
 TEST(ChildRole, SlowUploader)
@@ -103,10 +70,6 @@ TEST(ChildRole, LateLocation)
     session->logoutWithCompletionHandler(nullptr);
     library().init().shutdown();
 }
-
-} // namespace
-
-namespace {
 
 TEST(ChildRole, Crasher)
 {

@@ -1,7 +1,7 @@
 #include "ServiceFixture.h"
 
-#include "Clock.h"
-#include "Sodium.h"
+#include "accounts/Sodium.h"
+#include "base/Clock.h"
 
 #include "service/VLRInit.h"
 #include "service/VLRUtils.h"
@@ -11,6 +11,7 @@
 #include <QThread>
 
 #include <sodium.h>
+#include <sys/stat.h>
 
 void ChangeRecorder::observeValueForKeyPath(const QString& keyPath, VLRObject* object, const vlr::KeyValueChange&,
                                             void*)
@@ -18,16 +19,18 @@ void ChangeRecorder::observeValueForKeyPath(const QString& keyPath, VLRObject* o
     m_changes.append(Change{keyPath, object, QThread::currentThread() == QCoreApplication::instance()->thread()});
 }
 
-void ChangeRecorder::watch(VLRObject& object, const QStringList& keyPaths)
+ChangeRecorder::~ChangeRecorder()
 {
-    for (const QString& keyPath : keyPaths)
-        object.addObserver(this, keyPath, vlr::KeyValueObservingOptionNew, this);
+    for (const auto& [object, keyPath] : m_watched)
+        object->removeObserver(this, keyPath, this);
 }
 
-void ChangeRecorder::forget(VLRObject& object, const QStringList& keyPaths)
+void ChangeRecorder::watch(VLRObject& object, const QStringList& keyPaths)
 {
-    for (const QString& keyPath : keyPaths)
-        object.removeObserver(this, keyPath, this);
+    for (const QString& keyPath : keyPaths) {
+        object.addObserver(this, keyPath, vlr::KeyValueObservingOptionNew, this);
+        m_watched.append({&object, keyPath});
+    }
 }
 
 int ChangeRecorder::count(const QString& keyPath, const VLRObject* object) const
@@ -153,4 +156,10 @@ QByteArray ServiceFixture::readFile(const QString& path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+unsigned ServiceFixture::modeOf(const QString& path)
+{
+    struct stat info;
+    return ::stat(QFile::encodeName(path).constData(), &info) == 0 ? info.st_mode & 0777 : 0;
 }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "AccountStore.h"
-#include "Database.h"
-#include "EmbeddedServiceLibrary.h"
-#include "LocalUserSession.h"
-#include "WorkspaceStore.h"
+#include "accounts/AccountStore.h"
+#include "base/Database.h"
+#include "session/LocalUserSession.h"
+#include "workspaces/WorkspaceStore.h"
+#include "session/EmbeddedServiceLibrary.h"
 
 #include "service/VLRInit.h"
 #include "service/VLRObject.h"
@@ -19,6 +19,8 @@
 #include <functional>
 #include <memory>
 
+// Records every change it hears, and whether it came on the GUI thread. It
+// stops observing when it goes: what it watches must outlive it.
 // The library under test, as the program makes it.
 inline EmbeddedServiceLibrary& library()
 {
@@ -30,6 +32,7 @@ inline EmbeddedServiceLibrary& library()
 class ChangeRecorder : public VLRKeyValueObserver
 {
 public:
+    ~ChangeRecorder() override;
     struct Change
     {
         QString keyPath;
@@ -40,12 +43,12 @@ public:
     void observeValueForKeyPath(const QString& keyPath, VLRObject* object, const vlr::KeyValueChange& change,
                                 void* context) override;
     void watch(VLRObject& object, const QStringList& keyPaths);
-    void forget(VLRObject& object, const QStringList& keyPaths);
     int count(const QString& keyPath, const VLRObject* object = nullptr) const;
     bool allOnGuiThread() const;
 
 private:
     QList<Change> m_changes;
+    QList<QPair<VLRObject*, QString>> m_watched;
 };
 
 // The session's delegate, recording what it is told.
@@ -80,6 +83,8 @@ public:
     static QByteArray randomBytes(qint64 size);
     static QString writeFile(const QString& path, const QByteArray& content);
     static QByteArray readFile(const QString& path);
+    // The permission bits of a file or folder; 0 when it is not there.
+    static unsigned modeOf(const QString& path);
 
 protected:
     void SetUp() override;

@@ -1,7 +1,7 @@
 #include "ServiceFixture.h"
 
-#include "SqlStatement.h"
-#include "Totp.h"
+#include "accounts/Totp.h"
+#include "base/SqlStatement.h"
 
 #include "service/VLREnvironment.h"
 #include "service/VLRLoginVerifier.h"
@@ -10,15 +10,10 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
-#include <QFileInfo>
-
-#include <sys/stat.h>
 
 namespace {
 
-class SignIn : public ServiceFixture
-{
-};
+using SignIn = ServiceFixture;
 
 TEST_F(SignIn, WrongPasswordAndUnknownAddressAreTheSameRefusal)
 {
@@ -47,12 +42,9 @@ TEST_F(SignIn, RefusesAnUnknownClientKeyAndAnotherService)
     EXPECT_EQ(badKey.session, nullptr);
 
     library().environment().setEnvironmentWithDomainName(QStringLiteral("veluria.example.org"));
-    EXPECT_EQ(library().environment().environment(), 1);
-    EXPECT_EQ(library().environment().appHostname(), QStringLiteral("app.veluria.example.org"));
     const auto elsewhere = signIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
     library().environment().setEnvironmentWithDomainName(QStringLiteral("LOCALHOST"));
     EXPECT_EQ(library().environment().environment(), 0);
-    EXPECT_EQ(library().environment().domainName(), QStringLiteral("localhost"));
     ASSERT_TRUE(elsewhere.error.has_value());
     EXPECT_EQ(elsewhere.error->localizedDescription,
               QStringLiteral("The Veluria service at \"veluria.example.org\" can't be reached from this version of "
@@ -70,15 +62,9 @@ TEST_F(SignIn, RightPasswordGivesASessionOfTheAccount)
     EXPECT_EQ(outcome.verifier, nullptr);
     EXPECT_EQ(outcome.session->userID(), id);
     EXPECT_EQ(outcome.session->user()->email(), QStringLiteral("ann@example.com"));
-    EXPECT_EQ(outcome.session->user()->firstName(), QStringLiteral("Ann"));
-    EXPECT_EQ(outcome.session->user()->lastName(), QStringLiteral("Lee"));
-    EXPECT_FALSE(outcome.session->user()->needsConfirmation());
     // Known before the lists arrive, which is when the client reads it.
     EXPECT_TRUE(outcome.hasWorkspacesAtAnswer);
     EXPECT_TRUE(outcome.syncingListsAtAnswer);
-    EXPECT_NE(outcome.session->uploader(), nullptr);
-    EXPECT_NE(outcome.session->downloader(), nullptr);
-    EXPECT_NE(outcome.session->updater(), nullptr);
 
     // The password is kept as an Argon2id hash only.
     SqlStatement stored(database().handle(), "SELECT password_hash FROM users WHERE id = ?1");
@@ -88,14 +74,11 @@ TEST_F(SignIn, RightPasswordGivesASessionOfTheAccount)
     EXPECT_FALSE(stored.text(0).contains(QStringLiteral("right horse")));
 
     // The database and its folder are the user's alone.
-    struct stat info;
-    ASSERT_EQ(::stat(QFile::encodeName(databaseFolder()).constData(), &info), 0);
-    EXPECT_EQ(info.st_mode & 0777, 0700u);
-    ASSERT_EQ(::stat(QFile::encodeName(databaseFolder() + QStringLiteral("/Veluria.sqlite")).constData(), &info), 0);
-    EXPECT_EQ(info.st_mode & 0777, 0600u);
+    EXPECT_EQ(modeOf(databaseFolder()), 0700u);
+    EXPECT_EQ(modeOf(databaseFolder() + QStringLiteral("/Veluria.sqlite")), 0600u);
 }
 
-TEST_F(SignIn, SecondFactorRightWrongLateAndReused)
+TEST_F(SignIn, SecondFactorRightWrongLateReusedAndGuessed)
 {
     const QString id = addUser(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
     const QByteArray secret = Totp::newSecret();
@@ -142,24 +125,11 @@ TEST_F(SignIn, SecondFactorRightWrongLateAndReused)
     const auto again = signIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
     ASSERT_NE(again.verifier, nullptr);
     EXPECT_EQ(verify(again.verifier, Totp::code(secret, step)).second->code, 3);
-}
-
-TEST_F(SignIn, FiveWrongCodesEndTheVerifier)
-{
-    const QString id = addUser(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
-    const QByteArray secret = Totp::newSecret();
-    ASSERT_TRUE(AccountStore(database()).setSecondFactor(id, secret));
-    const auto outcome = signIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
-    ASSERT_NE(outcome.verifier, nullptr);
+    // Five wrong codes end a verifier.
     QList<qint64> codes;
-    for (int attempt = 0; attempt < 6; ++attempt) {
-        outcome.verifier->verifyLoginWithCode(QStringLiteral("abcdef"), true,
-                                              [&codes](const VLRUserSessionPtr&, const vlr::OptionalError& error) {
-                                                  codes.append(error ? error->code : 0);
-                                              });
-        ASSERT_TRUE(waitUntil([&] { return codes.size() == attempt + 1; }));
-    }
-    EXPECT_EQ(codes, (QList<qint64>{3, 3, 3, 3, 3, 4}));
+    for (int attempt = 0; attempt < 5; ++attempt)
+        codes.append(verify(again.verifier, QStringLiteral("abcdef")).second->code);
+    EXPECT_EQ(codes, (QList<qint64>{3, 3, 3, 3, 4}));
 }
 
 } // namespace

@@ -1,12 +1,9 @@
 #include "ServiceFixture.h"
 
-#include "LibrarySettings.h"
-#include "LocalVersionChecker.h"
+#include "versions/LocalVersionChecker.h"
 
-#include "service/VLREnvironment.h"
 #include "service/VLRVersionInfo.h"
 
-#include <QSettings>
 #include <QThread>
 
 namespace {
@@ -21,8 +18,11 @@ struct Check
     bool onGuiThread = true;
 };
 
-Check run(const std::shared_ptr<VLRVersionChecker>& checker)
+// Checks the version against the manifest at the path (none: no manifest),
+// then asks for the version information, as the client does.
+Check run(const QString& manifest)
 {
+    const auto checker = std::make_shared<LocalVersionChecker>(manifest.isEmpty() ? QUrl() : QUrl::fromLocalFile(manifest));
     Check result;
     int calls = 0;
     auto gui = [&] { result.onGuiThread = result.onGuiThread && QThread::currentThread() == qApp->thread(); };
@@ -43,95 +43,56 @@ Check run(const std::shared_ptr<VLRVersionChecker>& checker)
     return result;
 }
 
-TEST(VersionCheck, WithoutAManifestTheRunningVersionIsCurrent)
-{
-    const Check check = run(std::make_shared<LocalVersionChecker>(QUrl()));
-    EXPECT_FALSE(check.unsupported);
-    EXPECT_FALSE(check.outOfDate);
-    EXPECT_FALSE(check.checkError.has_value());
-    ASSERT_NE(check.info, nullptr);
-    EXPECT_EQ(check.info->currentVersion(), QStringLiteral("2.0.0"));
-    EXPECT_EQ(check.info->currentVersion(), library().environment().appVersion());
-    EXPECT_EQ(check.info->latestVersionNice(), QStringLiteral("2.0.0"));
-    EXPECT_EQ(check.info->releaseNotesHTML(), QStringLiteral(""));
-    EXPECT_TRUE(check.info->termsOfService().isNull());
-    EXPECT_TRUE(check.info->downloadPageURL().isEmpty());
-    EXPECT_TRUE(check.onGuiThread);
-}
-
 TEST(VersionCheck, AManifestSaysWhatIsNewerAndWhatIsNoLongerSupported)
 {
+    const Check none = run(QString());
+    EXPECT_FALSE(none.unsupported || none.outOfDate || none.checkError.has_value());
+    ASSERT_NE(none.info, nullptr);
+    EXPECT_EQ(none.info->currentVersion(), QStringLiteral("2.0.0"));
+    EXPECT_EQ(none.info->latestVersionNice(), QStringLiteral("2.0.0"));
+    EXPECT_TRUE(none.onGuiThread);
+
     QTemporaryDir folder;
-    const QString newer = ServiceFixture::writeFile(folder.path() + QStringLiteral("/newer.json"), R"json({
+    const Check newer = run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/newer.json"), R"json({
         "latestVersion": "2.1.0", "latestVersionNice": "2.1 (spring)", "minimumVersion": "1.5",
         "releaseNotesHTML": "<p>Faster uploads</p>", "termsOfService": "Be nice.",
-        "downloadPageURL": "https://veluria.example.org/download"})json");
-    const Check outOfDate = run(std::make_shared<LocalVersionChecker>(QUrl::fromLocalFile(newer)));
-    EXPECT_FALSE(outOfDate.unsupported);
-    EXPECT_TRUE(outOfDate.outOfDate);
-    ASSERT_NE(outOfDate.info, nullptr);
-    EXPECT_EQ(outOfDate.info->currentVersion(), QStringLiteral("2.0.0"));
-    EXPECT_EQ(outOfDate.info->latestVersionNice(), QStringLiteral("2.1 (spring)"));
-    EXPECT_EQ(outOfDate.info->releaseNotesHTML(), QStringLiteral("<p>Faster uploads</p>"));
-    EXPECT_EQ(outOfDate.info->termsOfService(), QStringLiteral("Be nice."));
-    EXPECT_EQ(outOfDate.info->downloadPageURL(), QUrl(QStringLiteral("https://veluria.example.org/download")));
-    EXPECT_TRUE(outOfDate.onGuiThread);
+        "downloadPageURL": "https://veluria.example.org/download"})json"));
+    EXPECT_FALSE(newer.unsupported);
+    EXPECT_TRUE(newer.outOfDate);
+    ASSERT_NE(newer.info, nullptr);
+    EXPECT_EQ(newer.info->latestVersionNice(), QStringLiteral("2.1 (spring)"));
+    EXPECT_EQ(newer.info->releaseNotesHTML(), QStringLiteral("<p>Faster uploads</p>"));
+    EXPECT_EQ(newer.info->termsOfService(), QStringLiteral("Be nice."));
+    EXPECT_EQ(newer.info->downloadPageURL(), QUrl(QStringLiteral("https://veluria.example.org/download")));
+    EXPECT_TRUE(newer.onGuiThread);
 
-    const QString refused = ServiceFixture::writeFile(folder.path() + QStringLiteral("/refused.json"),
-                                                      R"json({"latestVersion": "3.0", "minimumVersion": "2.5"})json");
-    const Check unsupported = run(std::make_shared<LocalVersionChecker>(QUrl::fromLocalFile(refused)));
-    EXPECT_TRUE(unsupported.unsupported);
-    EXPECT_TRUE(unsupported.outOfDate);
+    const Check unsupported = run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/refused.json"),
+                                                            R"json({"latestVersion": "3.0", "minimumVersion": "2.5"})json"));
+    EXPECT_TRUE(unsupported.unsupported && unsupported.outOfDate);
     EXPECT_EQ(unsupported.info->latestVersionNice(), QStringLiteral("3.0"));
     EXPECT_TRUE(unsupported.info->termsOfService().isNull());
 
-    const QString same = ServiceFixture::writeFile(folder.path() + QStringLiteral("/same.json"),
-                                                   R"json({"latestVersion": "2.0.0"})json");
-    const Check current = run(std::make_shared<LocalVersionChecker>(QUrl::fromLocalFile(same)));
-    EXPECT_FALSE(current.unsupported);
-    EXPECT_FALSE(current.outOfDate);
+    const Check same = run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/same.json"),
+                                                     R"json({"latestVersion": "2.0.0"})json"));
+    EXPECT_FALSE(same.unsupported || same.outOfDate);
 }
 
 TEST(VersionCheck, AnUnreadableManifestIsAnError)
 {
     QTemporaryDir folder;
-    const QString broken = ServiceFixture::writeFile(folder.path() + QStringLiteral("/broken.json"), "{\"latest");
-    const Check malformed = run(std::make_shared<LocalVersionChecker>(QUrl::fromLocalFile(broken)));
+    const Check malformed = run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/broken.json"), "{\"latest"));
     ASSERT_TRUE(malformed.checkError.has_value());
     EXPECT_EQ(malformed.checkError->code, 38);
     EXPECT_TRUE(malformed.checkError->localizedDescription.startsWith(
         QStringLiteral("The version information could not be read: ")));
-    EXPECT_FALSE(malformed.unsupported);
-    EXPECT_FALSE(malformed.outOfDate);
+    EXPECT_FALSE(malformed.unsupported || malformed.outOfDate);
     EXPECT_TRUE(malformed.infoError.has_value());
     EXPECT_EQ(malformed.info, nullptr);
 
     const QString nameless = ServiceFixture::writeFile(folder.path() + QStringLiteral("/nameless.json"), "{}");
-    EXPECT_EQ(run(std::make_shared<LocalVersionChecker>(QUrl::fromLocalFile(nameless))).checkError->localizedDescription,
+    EXPECT_EQ(run(nameless).checkError->localizedDescription,
               QStringLiteral("The version information could not be read: it names no latest version"));
-
-    const Check missing = run(std::make_shared<LocalVersionChecker>(QUrl::fromLocalFile(folder.path() + QStringLiteral("/none.json"))));
-    ASSERT_TRUE(missing.checkError.has_value());
-    EXPECT_EQ(missing.checkError->code, 38);
-}
-
-TEST(VersionCheck, TheManifestsPlaceComesFromTheLibrarysSettings)
-{
-    QTemporaryDir folder;
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder.path());
-    EXPECT_TRUE(LibrarySettings::versionManifest().isEmpty());
-    {
-        QSettings settings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Veluria"),
-                           QStringLiteral("VeluriaService"));
-        settings.setValue(QStringLiteral("versionManifest"), QStringLiteral("/srv/veluria/version.json"));
-    }
-    EXPECT_EQ(LibrarySettings::versionManifest(), QUrl::fromLocalFile(QStringLiteral("/srv/veluria/version.json")));
-    {
-        QSettings settings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Veluria"),
-                           QStringLiteral("VeluriaService"));
-        settings.setValue(QStringLiteral("versionManifest"), QStringLiteral("https://veluria.example.org/version.json"));
-    }
-    EXPECT_EQ(LibrarySettings::versionManifest(), QUrl(QStringLiteral("https://veluria.example.org/version.json")));
+    EXPECT_EQ(run(folder.path() + QStringLiteral("/none.json")).checkError->code, 38);
 }
 
 } // namespace

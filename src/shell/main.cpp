@@ -1,7 +1,7 @@
 // A resident application with no window: the status item and its popover are
 // the client's whole presence.
 
-#include "EmbeddedServiceLibrary.h"
+#include "session/EmbeddedServiceLibrary.h"
 #include "platform/VLRFreedesktopNotificationCenter.h"
 #include "platform/VLRNotificationScheduling.h"
 #include "platform/VLRSystemDesktopServices.h"

@@ -1,3 +1,0 @@
-#include "AccountsLog.h"
-
-Q_LOGGING_CATEGORY(lcAccounts, "veluria.sdk.accounts", QtInfoMsg)

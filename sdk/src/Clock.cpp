@@ -1,8 +1,0 @@
-#include "Clock.h"
-
-#include <QUuid>
-
-QString Clock::newIdentifier()
-{
-    return QUuid::createUuid().toString(QUuid::WithoutBraces);
-}

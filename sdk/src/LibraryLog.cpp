@@ -1,3 +1,0 @@
-#include "LibraryLog.h"
-
-Q_LOGGING_CATEGORY(lcLibrary, "veluria.sdk.library", QtInfoMsg)

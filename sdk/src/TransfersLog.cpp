@@ -1,3 +1,0 @@
-#include "TransfersLog.h"
-
-Q_LOGGING_CATEGORY(lcTransfers, "veluria.sdk.transfers", QtInfoMsg)

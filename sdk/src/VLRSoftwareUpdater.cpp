@@ -1,8 +1,0 @@
-#include "LocalSoftwareUpdater.h"
-
-bool LocalSoftwareUpdater::canLogout(vlr::OptionalError* error)
-{
-    if (error)
-        error->reset();
-    return true;
-}

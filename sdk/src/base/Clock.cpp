@@ -1,0 +1,8 @@
+#include "base/Clock.h"
+
+#include <QUuid>
+
+QString Clock::newIdentifier()
+{
+    return QUuid::createUuid().toString(QUuid::WithoutBraces);
+}

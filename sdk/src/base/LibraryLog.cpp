@@ -1,0 +1,3 @@
+#include "base/LibraryLog.h"
+
+Q_LOGGING_CATEGORY(lcLibrary, "veluria.sdk.library", QtInfoMsg)

@@ -1,0 +1,58 @@
+#include "base/LocalEnvironment.h"
+
+#include "base/LibraryLog.h"
+
+#include <mutex>
+
+namespace {
+
+const QString localDomainName = QStringLiteral("localhost");
+
+struct EnvironmentState
+{
+    std::mutex mutex;
+    QString domainName = localDomainName;
+};
+
+EnvironmentState& state()
+{
+    static EnvironmentState s;
+    return s;
+}
+
+} // namespace
+
+void LocalEnvironment::setEnvironmentWithDomainName(const QString& domainName)
+{
+    const QString name = domainName.trimmed().toLower();
+    if (name.isEmpty())
+        return;
+    EnvironmentState& s = state();
+    std::lock_guard lock(s.mutex);
+    if (s.domainName != name)
+        qCInfo(lcLibrary, "Environment: %s", qUtf8Printable(name));
+    s.domainName = name;
+}
+
+qint64 LocalEnvironment::environment()
+{
+    return domainName() == localDomainName ? DefaultEnvironment : 1;
+}
+
+QString LocalEnvironment::domainName()
+{
+    EnvironmentState& s = state();
+    std::lock_guard lock(s.mutex);
+    return s.domainName;
+}
+
+QString LocalEnvironment::appHostname()
+{
+    const QString domain = domainName();
+    return domain == localDomainName ? domain : QStringLiteral("app.") + domain;
+}
+
+QString LocalEnvironment::appVersion()
+{
+    return QStringLiteral(VELURIA_VERSION);
+}

@@ -1,0 +1,3 @@
+#include "base/StoreLog.h"
+
+Q_LOGGING_CATEGORY(lcStore, "veluria.sdk.store", QtInfoMsg)

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "accounts/AccountStore.h"
+#include "workspaces/WorkspaceStore.h"
+
+#include <optional>
+
+// What a session shows of the service at one moment: the account, its
+// workspaces and files, and the publications since the last look.
+struct CatalogSnapshot
+{
+    AccountStore::Account account;
+    QList<WorkspaceStore::Workspace> workspaces;
+    QList<WorkspaceStore::Asset> assets;
+    QList<WorkspaceStore::Publication> publications;
+    qint64 catalogVersion = 0;
+    qint64 lastPublicationSeq = 0;
+
+    // Reads it all in one read transaction; nullopt with the reason when the
+    // database failed or the account is gone.
+    static std::optional<CatalogSnapshot> read(Database& database, const QString& userId, qint64 afterSeq,
+                                               QString* failure);
+};

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "catalogue/CatalogSnapshot.h"
+
+#include <QString>
+
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+
+class Database;
+
+// Watches the database for what other clients and the admin tool change:
+// twice a second it reads the catalog's version and the account's password
+// version, and on a change reads a new snapshot. Its handlers run on the
+// watcher's thread.
+class SessionWatcher
+{
+public:
+    static constexpr auto interval = std::chrono::milliseconds(500);
+
+    struct Handlers
+    {
+        // A change was seen and its snapshot is being read.
+        std::function<void()> catalogChanging;
+        // The new snapshot, or none when it could not be read.
+        std::function<void(const std::optional<CatalogSnapshot>& snapshot)> catalogChanged;
+        std::function<void()> passwordChanged;
+        std::function<void()> serviceLost;
+    };
+
+    SessionWatcher(const QString& databaseFolder, const QString& userId, qint64 passwordVersion,
+                   qint64 catalogVersion, qint64 lastPublicationSeq, Handlers handlers);
+    SessionWatcher(const SessionWatcher&) = delete;
+    SessionWatcher& operator=(const SessionWatcher&) = delete;
+    ~SessionWatcher();
+
+    // Looks at once rather than at the next tick.
+    void poke();
+    void stop();
+
+private:
+    void run();
+    void look(Database& database);
+
+    QString m_databaseFolder;
+    QString m_userId;
+    qint64 m_passwordVersion;
+    qint64 m_catalogVersion;
+    qint64 m_lastPublicationSeq;
+    Handlers m_handlers;
+    int m_failures = 0;
+    bool m_told = false;
+
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
+    bool m_stopping = false;
+    bool m_poked = false;
+    std::thread m_thread;
+};

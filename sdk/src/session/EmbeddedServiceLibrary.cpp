@@ -1,0 +1,17 @@
+#include "session/EmbeddedServiceLibrary.h"
+
+#include "base/LibrarySettings.h"
+#include "session/LocalSignIn.h"
+#include "versions/LocalVersionChecker.h"
+
+std::shared_ptr<VLRVersionChecker> EmbeddedServiceLibrary::createVersionChecker()
+{
+    return std::make_shared<LocalVersionChecker>(LibrarySettings::versionManifest());
+}
+
+void EmbeddedServiceLibrary::createUserSessionWithLoginCredentials(const VLRLoginCredentials& credentials,
+                                                                   const QString& apiKey, bool,
+                                                                   const VLRSignInHandler& completionHandler)
+{
+    LocalSignIn::start(credentials, apiKey, completionHandler);
+}

@@ -1,0 +1,107 @@
+#include "store/ContentStore.h"
+
+#include "base/DatabaseLocation.h"
+#include "base/PrivateFiles.h"
+#include "store/Sha256.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <unistd.h>
+
+ContentStore::ContentStore(const QString& databaseFolder)
+    : m_root(databaseFolder + QLatin1Char('/') + DatabaseLocation::storeFolderName())
+{
+}
+
+bool ContentStore::prepare(QString* failure) const
+{
+    if (PrivateFiles::makeFolder(m_root + QStringLiteral("/tmp")))
+        return true;
+    if (failure)
+        *failure = QStringLiteral("\"%1\": %2").arg(m_root, QString::fromLocal8Bit(std::strerror(errno)));
+    return false;
+}
+
+bool ContentStore::isDigest(const QByteArray& text)
+{
+    if (text.size() != 64)
+        return false;
+    for (const char c : text)
+        if (!((c >= '0' && c <= '9') || (c >= 'a' && c <= 'f')))
+            return false;
+    return true;
+}
+
+QString ContentStore::pathOf(const QByteArray& digest) const
+{
+    return m_root + QLatin1Char('/') + QString::fromLatin1(digest.left(2)) + QLatin1Char('/')
+           + QString::fromLatin1(digest);
+}
+
+QString ContentStore::partialPath(const QString& name) const
+{
+    return m_root + QStringLiteral("/tmp/") + name + QStringLiteral(".part");
+}
+
+bool ContentStore::contains(const QByteArray& digest) const
+{
+    return isDigest(digest) && QFileInfo::exists(pathOf(digest));
+}
+
+bool ContentStore::commit(const QString& partial, const QByteArray& digest, QString* failure) const
+{
+    const QString target = pathOf(digest);
+    const QString folder = QFileInfo(target).path();
+    auto failed = [&](const QString& path) {
+        if (failure)
+            *failure = QStringLiteral("\"%1\": %2").arg(path, QString::fromLocal8Bit(std::strerror(errno)));
+        return false;
+    };
+    if (!isDigest(digest))
+        return failed(partial);
+    if (!PrivateFiles::makeFolder(folder))
+        return failed(folder);
+    if (QFileInfo::exists(target)) {
+        QFile::remove(partial);
+        return true;
+    }
+    if (::rename(QFile::encodeName(partial).constData(), QFile::encodeName(target).constData()) != 0)
+        return failed(target);
+    PrivateFiles::syncFolder(folder);
+    return true;
+}
+
+QByteArray ContentStore::put(const QByteArray& data, QString* failure) const
+{
+    const QByteArray digest = Sha256::of(data);
+    if (contains(digest))
+        return digest;
+    if (!prepare(failure))
+        return {};
+    const QString partial = partialPath(QString::fromLatin1(digest));
+    const int fd = PrivateFiles::createFile(partial, false);
+    const bool written = fd >= 0 && ::write(fd, data.constData(), size_t(data.size())) == data.size() && ::fsync(fd) == 0;
+    const int error = errno;
+    if (fd >= 0)
+        ::close(fd);
+    if (!written) {
+        QFile::remove(partial);
+        if (failure)
+            *failure = QStringLiteral("\"%1\": %2").arg(partial, QString::fromLocal8Bit(std::strerror(error)));
+        return {};
+    }
+    return commit(partial, digest, failure) ? digest : QByteArray();
+}
+
+QByteArray ContentStore::read(const QByteArray& digest) const
+{
+    QFile file(pathOf(digest));
+    if (!isDigest(digest) || !file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray data = file.readAll();
+    return Sha256::of(data) == digest ? data : QByteArray();
+}

@@ -1,0 +1,168 @@
+#include "transfers/DownloadRun.h"
+
+#include "accounts/AccountStore.h"
+#include "base/Database.h"
+#include "base/PrivateFiles.h"
+#include "base/ServiceError.h"
+#include "base/SqlStatement.h"
+#include "store/ContentStore.h"
+#include "store/ResumableCopy.h"
+#include "store/SafeName.h"
+#include "transfers/DownloadCache.h"
+#include "workspaces/WorkspaceStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+vlr::Error unwritable(const QString& path)
+{
+    return ServiceError::make(ServiceError::FileUnwritable,
+                              QStringLiteral("\"%1\": %2").arg(QFileInfo(path).fileName(),
+                                                               QString::fromLocal8Bit(std::strerror(errno))));
+}
+
+// Whether an earlier download of this user put the file at this path.
+bool isEarlierDownload(Database& database, const QString& userId, const QString& path)
+{
+    SqlStatement statement(database.handle(), "SELECT 1 FROM downloads WHERE user_id = ?1 AND path = ?2");
+    statement.bind(1, userId).bind(2, path);
+    return statement.next();
+}
+
+} // namespace
+
+DownloadRun::DownloadRun(const TransferJob& job, const QString& databaseFolder, Database& database,
+                         std::function<bool()> shouldStop, std::function<void(qint64 bytes)> advanced)
+    : m_job(job)
+    , m_databaseFolder(databaseFolder)
+    , m_database(database)
+    , m_shouldStop(std::move(shouldStop))
+    , m_advanced(std::move(advanced))
+{
+}
+
+QString DownloadRun::partialPathFor(const QString& target)
+{
+    const QFileInfo info(target);
+    return info.path() + QStringLiteral("/.") + info.fileName() + QStringLiteral(".veluria-part");
+}
+
+TransferResult DownloadRun::run()
+{
+    WorkspaceStore workspaces(m_database);
+    const auto revision = workspaces.revision(m_job.revisionId);
+    if (!revision)
+        return TransferResult::failed(ServiceError::make(ServiceError::RevisionNotFound));
+    if (!workspaces.isMember(revision->workspaceId, m_job.userId))
+        return TransferResult::failed(ServiceError::make(ServiceError::NotAMember));
+    const QString folder = QFileInfo(m_job.filePath).path();
+    if (!PrivateFiles::makeFolder(folder))
+        return TransferResult::failed(unwritable(folder));
+
+    const ContentStore store(m_databaseFolder);
+    const QByteArray digest = revision->content.toLatin1();
+    TransferResult result = revision->isFolder ? copyFolder(store, digest, partialPathFor(m_job.filePath))
+                                               : copyFile(store, digest, partialPathFor(m_job.filePath));
+    if (result.outcome != TransferResult::Outcome::Completed)
+        return result;
+    return putInPlace(partialPathFor(m_job.filePath), revision->assetId, revision->id);
+}
+
+TransferResult DownloadRun::copyFile(const ContentStore& store, const QByteArray& digest, const QString& partial)
+{
+    if (!store.contains(digest))
+        return TransferResult::failed(ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName()));
+    ResumableCopy copy(store.pathOf(digest), partial, m_shouldStop, m_advanced);
+    switch (copy.run()) {
+    case ResumableCopy::Outcome::Stopped:
+        return TransferResult::stopped();
+    case ResumableCopy::Outcome::Failed:
+        return TransferResult::failed(copy.failedOnSource()
+                                          ? ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName())
+                                          : ServiceError::make(ServiceError::FileUnwritable, copy.failure()));
+    case ResumableCopy::Outcome::Done:
+        break;
+    }
+    if (copy.digest() != digest) {
+        QFile::remove(partial);
+        return TransferResult::failed(ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName()));
+    }
+    TransferResult result;
+    result.totalSize = copy.size();
+    return result;
+}
+
+TransferResult DownloadRun::copyFolder(const ContentStore& store, const QByteArray& manifestDigest,
+                                       const QString& partialFolder)
+{
+    const QByteArray manifest = store.read(manifestDigest);
+    const QJsonDocument document = QJsonDocument::fromJson(manifest);
+    if (manifest.isNull() || !document.isObject())
+        return TransferResult::failed(ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName()));
+    if (!PrivateFiles::makeFolder(partialFolder))
+        return TransferResult::failed(unwritable(partialFolder));
+    TransferResult result;
+    const QJsonArray entries = document.object().value(QStringLiteral("entries")).toArray();
+    for (const QJsonValue& value : entries) {
+        const QJsonObject entry = value.toObject();
+        // The paths were written by another member's client: each part is
+        // made safe, and the whole must stay inside the folder.
+        const QStringList parts = SafeName::relativePath(entry.value(QStringLiteral("path")).toString());
+        if (parts.isEmpty())
+            continue;
+        const QString target = partialFolder + QLatin1Char('/') + parts.join(QLatin1Char('/'));
+        if (!SafeName::staysUnder(partialFolder, target))
+            return TransferResult::failed(ServiceError::make(ServiceError::InvalidName, parts.join(QLatin1Char('/'))));
+        if (!PrivateFiles::makeFolder(QFileInfo(target).path()))
+            return TransferResult::failed(unwritable(target));
+        if (QFileInfo(target).exists())
+            continue;
+        const QString partial = partialPathFor(target);
+        TransferResult copied = copyFile(store, entry.value(QStringLiteral("content")).toString().toLatin1(), partial);
+        if (copied.outcome != TransferResult::Outcome::Completed)
+            return copied;
+        if (::rename(QFile::encodeName(partial).constData(), QFile::encodeName(target).constData()) != 0)
+            return TransferResult::failed(unwritable(target));
+        result.totalSize += copied.totalSize;
+    }
+    return result;
+}
+
+TransferResult DownloadRun::putInPlace(const QString& partial, const QString& assetId, const QString& revisionId)
+{
+    QString target = m_job.filePath;
+    if (QFileInfo(target).exists() || QFileInfo(target).isSymLink()) {
+        if (isEarlierDownload(m_database, m_job.userId, target)) {
+            QString failure;
+            DownloadCache cache(m_database, m_databaseFolder);
+            AccountStore accounts(m_database);
+            const auto account = accounts.findById(m_job.userId);
+            if (!cache.keep(m_job.userId, target, &failure))
+                return TransferResult::failed(ServiceError::make(ServiceError::FileUnwritable, failure));
+            cache.trim(m_job.userId, account ? account->downloadCacheSize : DownloadCache::defaultLimit);
+        } else {
+            const QFileInfo planned(m_job.filePath);
+            for (int number = 2; QFileInfo(target).exists() || QFileInfo(target).isSymLink(); ++number)
+                target = planned.path() + QLatin1Char('/') + SafeName::numbered(planned.fileName(), number);
+        }
+    }
+    if (::rename(QFile::encodeName(partial).constData(), QFile::encodeName(target).constData()) != 0)
+        return TransferResult::failed(unwritable(target));
+    PrivateFiles::syncFolder(QFileInfo(target).path());
+    SqlStatement record(m_database.handle(), "INSERT OR REPLACE INTO downloads(user_id, asset_id, revision_id, path) "
+                                             "VALUES(?1, ?2, ?3, ?4)");
+    record.bind(1, m_job.userId).bind(2, assetId).bind(3, revisionId).bind(4, target).run();
+    TransferResult result;
+    result.filePath = target;
+    return result;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "transfers/TransferJob.h"
+#include "transfers/TransferResult.h"
+
+#include <QStringList>
+
+#include <functional>
+
+class ContentStore;
+class Database;
+
+// One run of a download on its worker: the revision's content out of the
+// content store into a partial file (or folder) beside the target, checked
+// against its SHA-256, then renamed into place. A file that an earlier
+// download of the same file left there goes to the download cache first;
+// any other file of that name is left alone and the download takes a
+// numbered name.
+class DownloadRun
+{
+public:
+    DownloadRun(const TransferJob& job, const QString& databaseFolder, Database& database,
+                std::function<bool()> shouldStop, std::function<void(qint64 bytes)> advanced);
+
+    TransferResult run();
+
+    // The hidden partial beside a target.
+    static QString partialPathFor(const QString& target);
+
+private:
+    TransferResult copyFile(const ContentStore& store, const QByteArray& digest, const QString& target);
+    TransferResult copyFolder(const ContentStore& store, const QByteArray& manifestDigest, const QString& target);
+    TransferResult putInPlace(const QString& partial, const QString& assetId, const QString& revisionId);
+
+    TransferJob m_job;
+    QString m_databaseFolder;
+    Database& m_database;
+    std::function<bool()> m_shouldStop;
+    std::function<void(qint64)> m_advanced;
+};

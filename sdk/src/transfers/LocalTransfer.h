@@ -1,0 +1,31 @@
+#pragma once
+
+#include "transfers/TransferJob.h"
+
+#include "service/VLRTransferReporting.h"
+
+#include <memory>
+
+class LocalTransferQueue;
+
+// One transfer as the client sees it. Its controls go to its queue, which
+// changes the record, always on the GUI thread.
+class LocalTransfer : public VLRTransferReporting
+{
+public:
+    LocalTransfer(const TransferJob& job, const std::shared_ptr<LocalTransferQueue>& queue);
+
+    TransferJob& job() { return m_job; }
+    bool belongsTo(const LocalTransferQueue* queue) const { return m_queue.lock().get() == queue; }
+    const TransferJob& job() const { return m_job; }
+
+    void pause() override;
+    void unpause() override;
+    void cancel() override;
+
+private:
+    TransferJob m_job;
+    std::weak_ptr<LocalTransferQueue> m_queue;
+};
+
+using LocalTransferPtr = std::shared_ptr<LocalTransfer>;

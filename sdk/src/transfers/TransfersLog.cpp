@@ -1,0 +1,3 @@
+#include "transfers/TransfersLog.h"
+
+Q_LOGGING_CATEGORY(lcTransfers, "veluria.sdk.transfers", QtInfoMsg)

@@ -1,0 +1,129 @@
+#include "transfers/UploadRun.h"
+
+#include "accounts/AccountStore.h"
+#include "base/Database.h"
+#include "base/ServiceError.h"
+#include "store/ContentStore.h"
+#include "store/ResumableCopy.h"
+#include "store/SafeName.h"
+#include "workspaces/WorkspaceStore.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+UploadRun::UploadRun(const TransferJob& job, const QString& databaseFolder, Database& database,
+                     std::function<bool()> shouldStop, std::function<void(qint64 total)> sized,
+                     std::function<void(qint64 bytes)> advanced)
+    : m_job(job)
+    , m_databaseFolder(databaseFolder)
+    , m_database(database)
+    , m_shouldStop(std::move(shouldStop))
+    , m_sized(std::move(sized))
+    , m_advanced(std::move(advanced))
+{
+}
+
+// The service refuses uploads from accounts that may not publish there.
+TransferResult UploadRun::refusal()
+{
+    AccountStore accounts(m_database);
+    const auto account = accounts.findById(m_job.userId);
+    if (!account)
+        return TransferResult::failed(ServiceError::make(ServiceError::SignedOut));
+    if (account->needsConfirmation)
+        return TransferResult::failed(ServiceError::make(ServiceError::NeedsConfirmation));
+    WorkspaceStore workspaces(m_database);
+    if (!workspaces.workspace(m_job.workspaceId))
+        return TransferResult::failed(ServiceError::make(ServiceError::WorkspaceNotFound));
+    if (!workspaces.isMember(m_job.workspaceId, m_job.userId))
+        return TransferResult::failed(ServiceError::make(ServiceError::NotAMember));
+    return TransferResult();
+}
+
+QList<UploadRun::Item> UploadRun::items(qint64* totalSize) const
+{
+    QList<Item> found;
+    *totalSize = 0;
+    const QFileInfo source(m_job.filePath);
+    if (!source.isDir()) {
+        found.append(Item{m_job.filePath, QString()});
+        *totalSize = source.size();
+        return found;
+    }
+    const QDir root(m_job.filePath);
+    QDirIterator files(m_job.filePath, QDir::Files | QDir::Hidden | QDir::NoSymLinks, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString path = files.next();
+        found.append(Item{path, root.relativeFilePath(path)});
+        *totalSize += QFileInfo(path).size();
+    }
+    std::sort(found.begin(), found.end(), [](const Item& a, const Item& b) { return a.relativePath < b.relativePath; });
+    return found;
+}
+
+TransferResult UploadRun::run()
+{
+    const QFileInfo source(m_job.filePath);
+    if (!source.exists())
+        return TransferResult::failed(ServiceError::make(
+            ServiceError::FileUnreadable, QStringLiteral("\"%1\": No such file or directory").arg(source.fileName())));
+    TransferResult refused = refusal();
+    if (refused.outcome != TransferResult::Outcome::Completed)
+        return refused;
+
+    const ContentStore store(m_databaseFolder);
+    QString failure;
+    if (!store.prepare(&failure))
+        return TransferResult::failed(ServiceError::make(ServiceError::FileUnwritable, failure));
+
+    qint64 totalSize = 0;
+    const QList<Item> files = items(&totalSize);
+    m_sized(totalSize);
+    QJsonArray entries;
+    QByteArray content;
+    for (int index = 0; index < files.size(); ++index) {
+        const Item& item = files.at(index);
+        const QString partial = store.partialPath(QStringLiteral("%1-%2").arg(m_job.id).arg(index));
+        ResumableCopy copy(item.source, partial, m_shouldStop, m_advanced);
+        switch (copy.run()) {
+        case ResumableCopy::Outcome::Stopped:
+            return TransferResult::stopped();
+        case ResumableCopy::Outcome::Failed:
+            if (copy.sourceChanged()) {
+                QFile::remove(partial);
+                return TransferResult::failed(ServiceError::make(ServiceError::FileChanged, copy.failure()));
+            }
+            return TransferResult::failed(ServiceError::make(
+                copy.failedOnSource() ? ServiceError::FileUnreadable : ServiceError::FileUnwritable, copy.failure()));
+        case ResumableCopy::Outcome::Done:
+            break;
+        }
+        if (!store.commit(partial, copy.digest(), &failure))
+            return TransferResult::failed(ServiceError::make(ServiceError::FileUnwritable, failure));
+        content = copy.digest();
+        entries.append(QJsonObject{{QStringLiteral("path"), item.relativePath},
+                                   {QStringLiteral("content"), QString::fromLatin1(copy.digest())},
+                                   {QStringLiteral("size"), copy.size()}});
+    }
+    const bool isFolder = source.isDir();
+    if (isFolder) {
+        const QJsonObject manifest{{QStringLiteral("entries"), entries}};
+        content = store.put(QJsonDocument(manifest).toJson(QJsonDocument::Compact), &failure);
+        if (content.isNull())
+            return TransferResult::failed(ServiceError::make(ServiceError::FileUnwritable, failure));
+    }
+    WorkspaceStore workspaces(m_database);
+    TransferResult result;
+    result.totalSize = totalSize;
+    result.revisionId = workspaces.addRevision(m_job.workspaceId, m_job.userId, SafeName::component(source.fileName()),
+                                               QString::fromLatin1(content), isFolder, totalSize, m_job.text);
+    if (result.revisionId.isNull())
+        return TransferResult::failed(ServiceError::make(ServiceError::DatabaseFailure, m_database.errorMessage()));
+    result.filePath = m_job.filePath;
+    return result;
+}

@@ -1,0 +1,8 @@
+#include "versions/LocalSoftwareUpdater.h"
+
+bool LocalSoftwareUpdater::canLogout(vlr::OptionalError* error)
+{
+    if (error)
+        error->reset();
+    return true;
+}
