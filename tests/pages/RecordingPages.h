@@ -29,7 +29,25 @@ public:
 
 protected:
     QWidget* pageView();
-    void note(const QString& operation, const QString& argument = QString());
+    // Writes "name.operation argument argument ...": flags as true/false,
+    // lists as their size, file lists joined by commas, users by e-mail.
+    template <typename... Arguments>
+    void note(const char* operation, const Arguments&... arguments)
+    {
+        QString entry = m_name + QLatin1Char('.') + QLatin1String(operation);
+        ((entry += QLatin1Char(' ') + text(arguments)), ...);
+        m_journal->add(entry);
+    }
+    static QString text(bool value) { return value ? QStringLiteral("true") : QStringLiteral("false"); }
+    static QString text(int value) { return QString::number(value); }
+    static QString text(qint64 value) { return QString::number(value); }
+    static QString text(double value) { return QString::number(value); }
+    static QString text(const QString& value) { return value; }
+    static QString text(const QStringList& value) { return value.join(QLatin1Char(',')); }
+    static QString text(const VLRUserPtr& user);
+    static QString text(const VLRWorkspacePtr& workspace);
+    template <typename T>
+    static QString text(const QList<T>& list) { return QString::number(list.size()); }
 
     PageJournal* m_journal;
     QString m_name;
@@ -39,7 +57,7 @@ protected:
 class RecordingTabBar : public TabBar, public RecordingPage
 {
 public:
-    explicit RecordingTabBar(PageJournal* journal);
+    explicit RecordingTabBar(PageJournal* journal) : RecordingPage(journal, QStringLiteral("tabs")) {}
 
     TabSelectorViewControllerDelegate* delegate = nullptr;
     int selected = 0;
@@ -53,138 +71,138 @@ public:
     int selectedTab() const override { return selected; }
     // Asks the delegate like the real bar: it may refuse.
     void selectTab(int tab) override;
-    void showActiveUploads(bool uploads, bool downloads) override;
-    void setBadgeValue(qint64 value, int forTab, bool isWarning) override;
-    void enableDisableTabs() override;
+    void showActiveUploads(bool uploads, bool downloads) override { activeUploads = uploads; activeDownloads = downloads; note(__func__, uploads, downloads); }
+    void setBadgeValue(qint64 value, int forTab, bool isWarning) override { badges[forTab] = {value, isWarning}; note(__func__, value, forTab, isWarning); }
+    void enableDisableTabs() override { note(__func__); }
 };
 
 class RecordingPopover : public Popover, public RecordingPage
 {
 public:
-    explicit RecordingPopover(PageJournal* journal);
+    explicit RecordingPopover(PageJournal* journal) : RecordingPage(journal, QStringLiteral("popover")) {}
 
     bool shown = false;
     QRect lastRect;
 
     bool isShown() const override { return shown; }
-    void performClose() override;
-    void showRelativeToRect(const QRect& rect, QWidget* ofView, int preferredEdge) override;
-    void setContentView(QWidget*) override { note(QStringLiteral("setContentView")); }
+    void performClose() override { shown = false; note(__func__); }
+    void showRelativeToRect(const QRect& rect, QWidget*, int preferredEdge) override { shown = true; lastRect = rect; note("show", preferredEdge); }
+    void setContentView(QWidget*) override { note(__func__); }
     QWidget* window() override { return pageView(); }
 };
 
 class RecordingTransfersPage : public TransfersPage, public RecordingPage
 {
 public:
-    explicit RecordingTransfersPage(PageJournal* journal);
+    explicit RecordingTransfersPage(PageJournal* journal) : RecordingPage(journal, QStringLiteral("transfers")) {}
 
     TransfersViewControllerDelegate* delegate = nullptr;
     VLRTransferList uploads, downloads, completed;
 
     QWidget* view() override { return pageView(); }
     void setDelegate(TransfersViewControllerDelegate* d) override { delegate = d; }
-    void setUploads(const VLRTransferList& list) override;
-    void setDownloads(const VLRTransferList& list) override;
-    void setCompleted(const VLRTransferList& list) override;
-    void setTransfersPaused(bool paused) override;
-    void updateUploadThroughput(double value) override;
-    void updateDownloadThroughput(double value) override;
-    void updateUploadTimeRemaining(double seconds, bool isValid) override;
-    void updateDownloadTimeRemaining(double seconds, bool isValid) override;
-    void updateState() override { note(QStringLiteral("updateState")); }
-    void showTab(int list, const QString& andSelectTransfer) override;
+    void setUploads(const VLRTransferList& list) override { uploads = list; note(__func__, list); }
+    void setDownloads(const VLRTransferList& list) override { downloads = list; note(__func__, list); }
+    void setCompleted(const VLRTransferList& list) override { completed = list; note(__func__, list); }
+    void setTransfersPaused(bool paused) override { note(__func__, paused); }
+    void updateUploadThroughput(double value) override { note(__func__, value); }
+    void updateDownloadThroughput(double value) override { note(__func__, value); }
+    void updateUploadTimeRemaining(double seconds, bool isValid) override { note(__func__, seconds, isValid); }
+    void updateDownloadTimeRemaining(double seconds, bool isValid) override { note(__func__, seconds, isValid); }
+    void updateState() override { note(__func__); }
+    void showTab(int list, const QString& andSelectTransfer) override { note(__func__, list, andSelectTransfer); }
 };
 
 class RecordingWorkspacesPage : public WorkspacesPage, public RecordingPage
 {
 public:
-    explicit RecordingWorkspacesPage(PageJournal* journal);
+    explicit RecordingWorkspacesPage(PageJournal* journal) : RecordingPage(journal, QStringLiteral("workspaces")) {}
 
     WorkspacesViewControllerDelegate* delegate = nullptr;
 
     QWidget* view() override { return pageView(); }
     void setDelegate(WorkspacesViewControllerDelegate* d) override { delegate = d; }
-    void updateWorkspaces(const VLRWorkspaceList& workspaces) override;
-    void updateState() override { note(QStringLiteral("updateState")); }
+    void updateWorkspaces(const VLRWorkspaceList& workspaces) override { note(__func__, workspaces); }
+    void updateState() override { note(__func__); }
 };
 
 class RecordingFileDropPage : public FileDropPage, public RecordingPage
 {
 public:
-    explicit RecordingFileDropPage(PageJournal* journal);
+    explicit RecordingFileDropPage(PageJournal* journal) : RecordingPage(journal, QStringLiteral("fileDrop")) {}
 
     FileDropViewControllerDelegate* delegate = nullptr;
     QStringList files;
 
     QWidget* view() override { return pageView(); }
     void setDelegate(FileDropViewControllerDelegate* d) override { delegate = d; }
-    void updateWorkspaces(const VLRWorkspaceList& workspaces) override;
-    void updateState() override { note(QStringLiteral("updateState")); }
-    void updateFiles(const QStringList& list) override;
-    void selectWorkspace(const VLRWorkspacePtr& workspace) override;
-    void clearFields() override { note(QStringLiteral("clearFields")); }
-    void refreshButtonState() override { note(QStringLiteral("refreshButtonState")); }
+    void updateWorkspaces(const VLRWorkspaceList& workspaces) override { note(__func__, workspaces); }
+    void updateState() override { note(__func__); }
+    void updateFiles(const QStringList& list) override { files = list; note(__func__, list); }
+    void selectWorkspace(const VLRWorkspacePtr& workspace) override { note(__func__, workspace); }
+    void clearFields() override { note(__func__); }
+    void refreshButtonState() override { note(__func__); }
 };
 
 class RecordingMarketplacePage : public MarketplacePage, public RecordingPage
 {
 public:
-    explicit RecordingMarketplacePage(PageJournal* journal);
+    explicit RecordingMarketplacePage(PageJournal* journal) : RecordingPage(journal, QStringLiteral("marketplace")) {}
 
     MarketplaceViewControllerDelegate* delegate = nullptr;
 
     QWidget* view() override { return pageView(); }
     void setDelegate(MarketplaceViewControllerDelegate* d) override { delegate = d; }
-    void updateInstallers(const VLRInstallerList& list) override;
-    void updateInstallerUpdates(const VLRInstallerList& list) override;
-    void updateNewInstallers(const VLRInstallerList& list) override;
-    void updateNotInstalled(const VLRInstallerList& list) override;
-    void updatePurchases(const VLRPurchaseList& list) override;
-    void setLoggedIn(bool loggedIn) override;
-    void updateState() override { note(QStringLiteral("updateState")); }
-    void showUpdatesTab() override { note(QStringLiteral("showUpdatesTab")); }
-    void downloadAndInstallInstallerWithID(const QString& identifier) override;
+    void updateInstallers(const VLRInstallerList& list) override { note(__func__, list); }
+    void updateInstallerUpdates(const VLRInstallerList& list) override { note(__func__, list); }
+    void updateNewInstallers(const VLRInstallerList& list) override { note(__func__, list); }
+    void updateNotInstalled(const VLRInstallerList& list) override { note(__func__, list); }
+    void updatePurchases(const VLRPurchaseList& list) override { note(__func__, list); }
+    void setLoggedIn(bool loggedIn) override { note(__func__, loggedIn); }
+    void updateState() override { note(__func__); }
+    void showUpdatesTab() override { note(__func__); }
+    void downloadAndInstallInstallerWithID(const QString& identifier) override { note(__func__, identifier); }
 };
 
 class RecordingPreferencesPage : public PreferencesPage, public RecordingPage
 {
 public:
-    explicit RecordingPreferencesPage(PageJournal* journal);
+    explicit RecordingPreferencesPage(PageJournal* journal) : RecordingPage(journal, QStringLiteral("preferences")) {}
 
     PreferencesViewControllerDelegate* delegate = nullptr;
     VLRUserPtr user;
 
     QWidget* view() override { return pageView(); }
     void setDelegate(PreferencesViewControllerDelegate* d) override { delegate = d; }
-    void updateWithUser(const VLRUserPtr& u) override;
-    void setLoggedIn(bool loggedIn) override;
-    void updateDownloadCacheSize(qint64 bytes) override;
+    void updateWithUser(const VLRUserPtr& u) override { user = u; note(__func__, u); }
+    void setLoggedIn(bool loggedIn) override { note(__func__, loggedIn); }
+    void updateDownloadCacheSize(qint64 bytes) override { note(__func__, bytes); }
 };
 
 class RecordingLoginPage : public LoginPage, public RecordingPage
 {
 public:
-    explicit RecordingLoginPage(PageJournal* journal);
+    explicit RecordingLoginPage(PageJournal* journal) : RecordingPage(journal, QStringLiteral("login")) {}
 
     LoginViewControllerDelegate* delegate = nullptr;
 
     QWidget* view() override { return pageView(); }
     void setDelegate(LoginViewControllerDelegate* d) override { delegate = d; }
-    void clearPassword() override { note(QStringLiteral("clearPassword")); }
-    void defaultSignIn() override { note(QStringLiteral("defaultSignIn")); }
+    void clearPassword() override { note(__func__); }
+    void defaultSignIn() override { note(__func__); }
 };
 
 class RecordingLoginMfaPage : public LoginMfaPage, public RecordingPage
 {
 public:
-    explicit RecordingLoginMfaPage(PageJournal* journal);
+    explicit RecordingLoginMfaPage(PageJournal* journal) : RecordingPage(journal, QStringLiteral("loginMfa")) {}
 
     LoginMfaViewControllerDelegate* delegate = nullptr;
     VLRLoginVerifierPtr verifier;
 
     QWidget* view() override { return pageView(); }
     void setDelegate(LoginMfaViewControllerDelegate* d) override { delegate = d; }
-    void setLoginVerifier(const VLRLoginVerifierPtr& v) override;
+    void setLoginVerifier(const VLRLoginVerifierPtr& v) override { verifier = v; note(__func__); }
 };
 
 class RecordingApplication : public ApplicationRoot

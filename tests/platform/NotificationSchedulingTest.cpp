@@ -1,7 +1,6 @@
 #include "fakes/FakeClientServices.h"
 #include "app/VLRUserDefaultsKeys.h"
-#include "service/VLRLogFormat.h"
-#include "service/VLRLogHandler.h"
+#include "support/CapturedLog.h"
 
 #include <QTemporaryDir>
 
@@ -60,10 +59,7 @@ TEST_F(NotificationSchedulingTest, SwitchedOffNothingIsMadeAndTheSpacingDoesNotM
 
 TEST_F(NotificationSchedulingTest, TheUserDictionaryOfEachFormAndTheLogLine)
 {
-    QStringList lines;
-    vlr::setLogObserver([&](int level, const QString& tag, const QString& message) {
-        lines.append(QStringLiteral("%1 %2 %3").arg(level).arg(tag, message));
-    });
+    const CapturedLog lines;
 
     auto plain = vlr_scheduledNotificationWithTitle("Title", "Text");
     EXPECT_TRUE(plain->userInfo().isEmpty());
@@ -75,8 +71,6 @@ TEST_F(NotificationSchedulingTest, TheUserDictionaryOfEachFormAndTheLogLine)
     EXPECT_EQ(withButton->actionButtonTitle(), "Update");
     EXPECT_EQ(withButton->userInfo(), (QVariantMap{{"VLRUserNotificationTypeKey", "VLRUserNotificationTypeUpdateAvailable"},
                                                    {"VLRUserNotificationObjectIdentifierKey", "inst-1"}}));
-    vlr::setLogObserver({});
-
     EXPECT_EQ(lines.first(), "5 SDKClient User Notification: Title: Text");
     EXPECT_EQ(lines.size(), 2);
 }

@@ -1,7 +1,6 @@
 #include "platform/VLRFreedesktopNotificationCenter.h"
 #include "platform/VLRUserNotificationCenterDelegate.h"
-#include "service/VLRLogFormat.h"
-#include "service/VLRLogHandler.h"
+#include "support/CapturedLog.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -150,12 +149,7 @@ protected:
         if (!QDBusConnection::sessionBus().isConnected() || serverIsOnBus())
             GTEST_SKIP() << "needs a private D-Bus session bus without a notification server: run under "
                             "dbus-run-session --config-file=tests/support/session-bus.conf";
-        vlr::setLogFilePath(QString());
-        vlr::setLogObserver([this](int level, const QString& tag, const QString& message) {
-            logLines << QStringLiteral("%1 %2 %3").arg(level).arg(tag, message);
-        });
     }
-    void TearDown() override { vlr::setLogObserver(nullptr); }
 
     void startServer(const QString& capabilities)
     {
@@ -164,7 +158,7 @@ protected:
     }
 
     std::unique_ptr<NotificationDaemonMock> server;
-    QStringList logLines;
+    CapturedLog logLines;
 };
 
 TEST_F(FreedesktopNotificationCenterTest, SendsWhatTheServerExpectsAndEscapesBodyMarkup)

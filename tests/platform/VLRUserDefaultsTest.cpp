@@ -1,6 +1,5 @@
 #include "platform/VLRUserDefaults.h"
-#include "service/VLRLogFormat.h"
-#include "service/VLRLogHandler.h"
+#include "support/CapturedLog.h"
 
 #include <QFile>
 #include <QSettings>
@@ -17,19 +16,7 @@ const QString environmentKey = QStringLiteral("com.veluria-dev.Veluria.Environme
 class UserDefaultsTest : public ::testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        ASSERT_TRUE(folder.isValid());
-        vlr::setLogFilePath(QString());
-        vlr::setLogObserver([this](int level, const QString& tag, const QString& message) {
-            logLines << QStringLiteral("%1 %2 %3").arg(level).arg(tag, message);
-        });
-    }
-
-    void TearDown() override
-    {
-        vlr::setLogObserver(nullptr);
-    }
+    void SetUp() override { ASSERT_TRUE(folder.isValid()); }
 
     VLRUserDefaults* instance()
     {
@@ -54,7 +41,7 @@ protected:
     QTemporaryDir folder;
     QString directory = folder.filePath("Veluria");
     std::unique_ptr<VLRUserDefaults> current;
-    QStringList logLines;
+    CapturedLog logLines;
 };
 
 TEST_F(UserDefaultsTest, EveryTypeComesBackAfterARestartFromAFileAPersonCanRead)

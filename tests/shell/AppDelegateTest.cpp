@@ -11,6 +11,9 @@
 #include "shell/AppDelegate.h"
 #include "shell/TerminationSignalWatcher.h"
 #include "app/VLRUserDefaultsKeys.h"
+#include "support/CapturedLog.h"
+#include "support/ScopedEnvironment.h"
+#include "support/TestFiles.h"
 
 #include <QDir>
 #include <QEventLoop>
@@ -33,16 +36,6 @@ void wait(int milliseconds)
     loop.exec();
 }
 
-void writeFile(const QString& path, const QByteArray& contents)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(contents);
-}
-
-const char* const kEnvironment[] = {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "PATH"};
-
 // A start of the client in a home of its own: settings, data and bookmarks
 // all under a temporary folder.
 class AppDelegateTest : public ::testing::Test
@@ -50,21 +43,9 @@ class AppDelegateTest : public ::testing::Test
 protected:
     void SetUp() override
     {
-        for (const char* name : kEnvironment)
-            saved.append(qgetenv(name));
-        qputenv("HOME", home.path().toUtf8());
-        qputenv("XDG_CONFIG_HOME", (home.path() + "/.config").toUtf8());
-        qputenv("XDG_DATA_HOME", (home.path() + "/.local/share").toUtf8());
-        vlr::setLogObserver([this](int level, const QString& tag, const QString& message) {
-            log.append(QStringLiteral("%1 %2 %3").arg(level).arg(tag, message));
-        });
-    }
-
-    void TearDown() override
-    {
-        vlr::setLogObserver({});
-        for (int i = 0; i < 4; ++i)
-            qputenv(kEnvironment[i], saved[i]);
+        environment.set("HOME", home.path());
+        environment.set("XDG_CONFIG_HOME", home.path() + "/.config");
+        environment.set("XDG_DATA_HOME", home.path() + "/.local/share");
     }
 
     std::unique_ptr<AppDelegate> start(RecordingParts* parts = nullptr)
@@ -81,8 +62,8 @@ protected:
 
     QTemporaryDir home;
     FakeClientServices fakes{home.path() + "/.config/Veluria"};
-    QList<QByteArray> saved;
-    QStringList log;
+    ScopedEnvironment environment;
+    CapturedLog log;
     std::shared_ptr<RecordingNotificationCenter> notifications = fakes.notificationCenter;
 };
 
@@ -110,7 +91,7 @@ TEST_F(AppDelegateTest, TheFirstLaunchMakesTheUserFolderAndPutsItFirstInTheFavou
 TEST_F(AppDelegateTest, AUserFolderThatCannotBeMadeLeavesTheFirstLaunchForNextTime)
 {
     writeFile(home.path() + "/blocker", "a file where a folder should be");
-    qputenv("HOME", (home.path() + "/blocker/home").toUtf8());
+    environment.set("HOME", home.path() + "/blocker/home");
     {
         auto delegate = start();
         EXPECT_TRUE(log.contains(QStringLiteral("5 SDKClient Error: Create directory failed for: %1/blocker/home/Veluria/")
@@ -120,7 +101,7 @@ TEST_F(AppDelegateTest, AUserFolderThatCannotBeMadeLeavesTheFirstLaunchForNextTi
         EXPECT_FALSE(defaults()->boolForKey(VLRUserDefaultsKeyAutoOpenAssets));
     }
     // The folder exists already at the next launch: the rest is done then.
-    qputenv("HOME", home.path().toUtf8());
+    environment.set("HOME", home.path());
     QDir(home.path()).mkdir("Veluria");
     fakes.restart();
     auto delegate = start();
@@ -239,7 +220,7 @@ TEST_F(AppDelegateTest, TheStopAsksTheUpdaterThenLogsOutStopsTheProxyAndShutsThe
 TEST_F(AppDelegateTest, TheProxyIsStartedOnlyIfItWasStoppedAndNeverTriedTwice)
 {
     defaults()->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
-    qputenv("PATH", home.path().toUtf8());
+    environment.set("PATH", home.path());
     auto delegate = start();
     delegate->applicationDidFinishLaunching();
     EXPECT_TRUE(log.contains("4 RestProxy Bundle Identifier \"veluria-rest-proxy\" is invalid or specified app is not installed"));
@@ -248,8 +229,7 @@ TEST_F(AppDelegateTest, TheProxyIsStartedOnlyIfItWasStoppedAndNeverTriedTwice)
     // Installed but unable to start: logged with the reason, and off again.
     const QString proxy = home.path() + "/veluria-rest-proxy";
     const QString failed = QStringLiteral("4 RestProxy RestProxy could not launch. error = ");
-    writeFile(proxy, "#!/nonexistent/interpreter\n");
-    QFile::setPermissions(proxy, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    writeFile(proxy, "#!/nonexistent/interpreter\n", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     defaults()->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
     log.clear();
     delegate->launchRestProxy();

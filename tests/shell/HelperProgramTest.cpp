@@ -1,4 +1,6 @@
 #include "platform/HelperProgram.h"
+#include "support/ScopedEnvironment.h"
+#include "support/TestFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,27 +10,13 @@
 
 namespace {
 
-void writeProgram(const QString& path, const QByteArray& contents)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(contents);
-    file.close();
-    file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
-
 class HelperProgramTest : public ::testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        savedPath = qgetenv("PATH");
-        qputenv("PATH", bin.path().toUtf8());
-    }
-    void TearDown() override { qputenv("PATH", savedPath); }
+    void SetUp() override { environment.set("PATH", bin.path()); }
 
     QTemporaryDir bin;
-    QByteArray savedPath;
+    ScopedEnvironment environment;
 };
 
 } // namespace
@@ -40,12 +28,10 @@ TEST_F(HelperProgramTest, AHelperIsAnExecutableFileOnThePath)
 
     // A folder of that name, or a file that can't be run, is no program.
     QDir(bin.path()).mkdir("veluria-rest-proxy");
-    QFile plain(bin.filePath("veluria-uninstall"));
-    ASSERT_TRUE(plain.open(QIODevice::WriteOnly));
-    plain.close();
+    writeFile(bin.filePath("veluria-uninstall"), "");
     EXPECT_TRUE(HelperProgram::executablePath("veluria-rest-proxy").isNull());
     EXPECT_TRUE(HelperProgram::executablePath("veluria-uninstall").isNull());
 
-    writeProgram(bin.filePath("veluria-helper"), "#!/bin/sh\nexit 0\n");
+    writeFile(bin.filePath("veluria-helper"), "#!/bin/sh\nexit 0\n", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     EXPECT_EQ(HelperProgram::executablePath("veluria-helper"), bin.filePath("veluria-helper"));
 }

@@ -4,6 +4,9 @@
 #include "service/VLRLogHandler.h"
 #include "shell/AppDelegate.h"
 #include "shell/XdgAutostart.h"
+#include "support/CapturedLog.h"
+#include "support/ScopedEnvironment.h"
+#include "support/TestFiles.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -16,37 +19,13 @@
 
 namespace {
 
-void writeFile(const QString& path, const QString& contents)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(contents.toUtf8());
-}
-
-QString readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
 // The login items of a user whose configuration lives in a temporary folder.
 class AutostartTest : public ::testing::Test
 {
 protected:
     void SetUp() override
     {
-        savedConfigHome = qgetenv("XDG_CONFIG_HOME");
-        qputenv("XDG_CONFIG_HOME", config.path().toUtf8());
-        vlr::setLogObserver([this](int level, const QString& tag, const QString& message) {
-            log.append(QStringLiteral("%1 %2 %3").arg(level).arg(tag, message));
-        });
-    }
-
-    void TearDown() override
-    {
-        vlr::setLogObserver({});
-        qputenv("XDG_CONFIG_HOME", savedConfigHome);
+        environment.set("XDG_CONFIG_HOME", config.path());
     }
 
     QString folder() const { return config.filePath("autostart"); }
@@ -54,10 +33,10 @@ protected:
     static QString program() { return QCoreApplication::applicationFilePath(); }
 
     QTemporaryDir config;
-    QByteArray savedConfigHome;
-    QStringList log;
+    ScopedEnvironment environment;
     FakeClientServices fakes{config.filePath("Veluria")};
     AppDelegate delegate{fakes.services(), AppDelegate::PartsFactory()};
+    CapturedLog log;
 };
 
 } // namespace
@@ -102,16 +81,16 @@ TEST_F(AutostartTest, OnlyLiveEntriesOfThisProgramCountAndRemovalTakesTheFirst)
     writeFile(config.filePath("autostart/0-broken.desktop"), "no group here\nExec=whatever\n");
     writeFile(config.filePath("autostart/1-other.desktop"), "[Desktop Entry]\nExec=/bin/true\n");
     writeFile(config.filePath("autostart/2-hidden.desktop"),
-              QStringLiteral("[Desktop Entry]\nExec=%1\nHidden=true\n").arg(program()));
+              QStringLiteral("[Desktop Entry]\nExec=%1\nHidden=true\n").arg(program()).toUtf8());
     writeFile(config.filePath("autostart/3-off.desktop"),
-              QStringLiteral("[Desktop Entry]\nExec=%1 --autostart\nX-GNOME-Autostart-enabled=false\n").arg(program()));
+              QStringLiteral("[Desktop Entry]\nExec=%1 --autostart\nX-GNOME-Autostart-enabled=false\n").arg(program()).toUtf8());
     writeFile(config.filePath("autostart/4-noexec.desktop"), "[Desktop Entry]\nName=Nothing to run\n");
     EXPECT_FALSE(delegate.willLaunchAppAtStartup());
 
     // A second entry of this program, found by its path in a group after
     // another one, comes before ours in name order.
     writeFile(config.filePath("autostart/a-copy.desktop"),
-              QStringLiteral("[Other Group]\nExec=/bin/false\n[Desktop Entry]\nExec=%1\n").arg(program()));
+              QStringLiteral("[Other Group]\nExec=/bin/false\n[Desktop Entry]\nExec=%1\n").arg(program()).toUtf8());
     ASSERT_TRUE(delegate.launchAppAtStartup(true));
     EXPECT_TRUE(delegate.launchAppAtStartup(false));
     EXPECT_FALSE(QFile::exists(config.filePath("autostart/a-copy.desktop")));
@@ -120,7 +99,7 @@ TEST_F(AutostartTest, OnlyLiveEntriesOfThisProgramCountAndRemovalTakesTheFirst)
     EXPECT_TRUE(QFile::exists(config.filePath("autostart/2-hidden.desktop")));
 
     // Adding over the hidden entry of our own name brings it back to life.
-    writeFile(entry(), QStringLiteral("[Desktop Entry]\nExec=%1\nHidden=true\n").arg(program()));
+    writeFile(entry(), QStringLiteral("[Desktop Entry]\nExec=%1\nHidden=true\n").arg(program()).toUtf8());
     EXPECT_FALSE(delegate.willLaunchAppAtStartup());
     EXPECT_TRUE(delegate.launchAppAtStartup(true));
     EXPECT_TRUE(delegate.willLaunchAppAtStartup());
