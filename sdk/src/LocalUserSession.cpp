@@ -4,6 +4,8 @@
 #include "Database.h"
 #include "DownloadCache.h"
 #include "LocalProject.h"
+#include "LocalPublication.h"
+#include "LocalUser.h"
 #include "MainThread.h"
 #include "Reaper.h"
 #include "ServiceError.h"
@@ -22,7 +24,7 @@ namespace {
 
 VLRUserPtr userRecord(const AccountStore::Account& account)
 {
-    auto user = std::make_shared<VLRUser>();
+    auto user = std::make_shared<LocalUser>();
     user->setFirstName(account.firstName);
     user->setLastName(account.lastName);
     user->setEmail(account.email);
@@ -215,7 +217,7 @@ void LocalUserSession::announce(const QList<WorkspaceStore::Publication>& public
     QStringList order;
     QHash<QString, VLRPublicationList> byWorkspace;
     for (const WorkspaceStore::Publication& publication : publications) {
-        auto record = std::make_shared<VLRPublication>();
+        auto record = std::make_shared<LocalPublication>();
         record->setUserID(publication.userId);
         record->setUserFirstName(publication.userFirstName);
         record->setUserEmail(publication.userEmail);

@@ -1,6 +1,7 @@
 #include "LocalWorkspace.h"
 
 #include "Clock.h"
+#include "LocalWorkspaceUser.h"
 #include "PrivateFiles.h"
 #include "UserFolders.h"
 
@@ -21,7 +22,7 @@ VLRWorkspaceUserList LocalWorkspace::membersOf(const WorkspaceStore::Workspace& 
 {
     VLRWorkspaceUserList users;
     for (const WorkspaceStore::Member& member : snapshot.members) {
-        auto user = std::make_shared<VLRWorkspaceUser>();
+        auto user = std::make_shared<LocalWorkspaceUser>();
         user->setFirstName(member.firstName);
         user->setLastName(member.lastName);
         user->setRole(member.role);

@@ -1,5 +1,6 @@
 #include "VersionManifest.h"
 
+#include "LocalVersionInfo.h"
 #include "ServiceError.h"
 
 #include "service/VLRVersionInfo.h"
@@ -63,7 +64,7 @@ bool VersionManifest::outOfDate() const
 
 VLRVersionInfoPtr VersionManifest::info() const
 {
-    auto info = std::make_shared<VLRVersionInfo>();
+    auto info = std::make_shared<LocalVersionInfo>();
     info->setCurrentVersion(m_runningVersion);
     info->setLatestVersionNice(m_latestVersionNice);
     info->setReleaseNotesHTML(m_releaseNotesHTML);
