@@ -1,6 +1,7 @@
 #include "app/AppFlavor.h"
 
 #include "app/VLRColors.h"
+#include "app/VLRTab.h"
 
 bool AppFlavor::supportsTabType(int)
 {
@@ -34,7 +35,7 @@ bool AppFlavor::defaultWorkspaceURLIsAssets()
 
 int AppFlavor::initialTab(bool hasPurchases, bool hasWorkspace)
 {
-    return hasPurchases && !hasWorkspace ? 3 : 2;
+    return hasPurchases && !hasWorkspace ? VLRTab::Marketplace : VLRTab::Workspaces;
 }
 
 std::optional<QVariantMap> AppFlavor::loginDefaults()

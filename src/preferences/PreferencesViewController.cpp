@@ -143,7 +143,7 @@ PreferencesViewController::PreferencesViewController(const ClientServices& servi
 PreferencesViewController::~PreferencesViewController()
 {
     if (m_user)
-        m_user->removeObserver(this, QStringLiteral("avatar"), &AvatarObservationContext);
+        m_user->removeObserver(this, VLRUser::Key::avatar, &AvatarObservationContext);
     m_user.reset();
     m_delegate = nullptr;
     if (m_userInfoAnimation)
@@ -479,12 +479,12 @@ void PreferencesViewController::storeDownloadCacheSize()
 void PreferencesViewController::updateWithUser(const VLRUserPtr& user)
 {
     if (m_user)
-        m_user->removeObserver(this, QStringLiteral("avatar"), &AvatarObservationContext);
+        m_user->removeObserver(this, VLRUser::Key::avatar, &AvatarObservationContext);
     m_user = user;
     showUserInfo(bool(user));
 
     if (user) {
-        user->addObserver(this, QStringLiteral("avatar"), vlr::KeyValueObservingOptionNone, &AvatarObservationContext);
+        user->addObserver(this, VLRUser::Key::avatar, vlr::KeyValueObservingOptionNone, &AvatarObservationContext);
         const QString& first = user->firstName();
         const QString& last = user->lastName();
         VLRAttributedString email = m_emailField ? m_emailField->attributedStringValue() : VLRAttributedString();

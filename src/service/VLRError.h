@@ -34,6 +34,12 @@ inline const QString NSLocalizedFailureReasonErrorKey = QStringLiteral("NSLocali
 
 constexpr qint64 NSUserCancelledError = 3072;
 
+// Sign-in failures that the client tells apart by code.
+enum LoginErrorCode : qint64 {
+    WrongCredentialsError = 2, // any domain
+    UnsupportedVersionError = 6, // VLRWebErrorDomain
+};
+
 // An error with the description also under NSLocalizedDescriptionKey, as
 // errors made by hand carry it.
 Error makeError(const QString& domain, qint64 code, const QString& description, QVariantMap userInfo = {});

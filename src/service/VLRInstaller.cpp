@@ -2,9 +2,9 @@
 
 QVariant VLRInstaller::valueForKey(const QString& key) const
 {
-    if (key == QLatin1String("image"))
+    if (key == Key::image)
         return vlr::boxed(m_image);
-    if (key == QLatin1String("installedVersionString"))
+    if (key == Key::installedVersionString)
         return vlr::boxed(m_installedVersionString);
     return VLRObject::valueForKey(key);
 }

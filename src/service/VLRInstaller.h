@@ -13,6 +13,13 @@ using VLRInstallerHandler = std::function<void(const VLRInstallerPtr& installer,
 class VLRInstaller : public VLRObject
 {
 public:
+    // The key paths of the observable properties.
+    struct Key
+    {
+        static constexpr QLatin1StringView image{"image"};
+        static constexpr QLatin1StringView installedVersionString{"installedVersionString"};
+    };
+
     const QString& identifier() const { return m_identifier; }
     const QString& name() const { return m_name; }
     const QImage& image() const { return m_image; }
@@ -24,17 +31,6 @@ public:
     const VLRInstallerOperationPtr& downloadOperation() const { return m_downloadOperation; }
     const VLRInstallerOperationPtr& installOperation() const { return m_installOperation; }
     const VLRInstallerOperationPtr& overallOperation() const { return m_overallOperation; }
-
-    void setIdentifier(const QString& value) { m_identifier = value; }
-    void setName(const QString& value) { m_name = value; }
-    void setImage(const QImage& value) { changeValue(m_image, value, "image"); }
-    void setImageURL(const QUrl& value) { m_imageURL = value; }
-    void setFirstProduct(const VLRProductPtr& value) { m_firstProduct = value; }
-    void setCurrentRevision(const VLRRevisionPtr& value) { m_currentRevision = value; }
-    void setInstalledVersionString(const QString& value) { changeValue(m_installedVersionString, value, "installedVersionString"); }
-    void setDownloadOperation(const VLRInstallerOperationPtr& value) { m_downloadOperation = value; }
-    void setInstallOperation(const VLRInstallerOperationPtr& value) { m_installOperation = value; }
-    void setOverallOperation(const VLRInstallerOperationPtr& value) { m_overallOperation = value; }
 
     // Starts download and installation; nil when nothing could be started.
     virtual VLRInstallerOperationPtr downloadAndInstallLatestRevision() = 0;
@@ -48,6 +44,20 @@ public:
                                     const VLRInstallerHandler& completionHandler) = 0;
 
     QVariant valueForKey(const QString& key) const override;
+
+protected:
+    // Changed by the service library and the test double alone; their
+    // subclasses publish these.
+    void setIdentifier(const QString& value) { m_identifier = value; }
+    void setName(const QString& value) { m_name = value; }
+    void setImage(const QImage& value) { changeValue(m_image, value, Key::image); }
+    void setImageURL(const QUrl& value) { m_imageURL = value; }
+    void setFirstProduct(const VLRProductPtr& value) { m_firstProduct = value; }
+    void setCurrentRevision(const VLRRevisionPtr& value) { m_currentRevision = value; }
+    void setInstalledVersionString(const QString& value) { changeValue(m_installedVersionString, value, Key::installedVersionString); }
+    void setDownloadOperation(const VLRInstallerOperationPtr& value) { m_downloadOperation = value; }
+    void setInstallOperation(const VLRInstallerOperationPtr& value) { m_installOperation = value; }
+    void setOverallOperation(const VLRInstallerOperationPtr& value) { m_overallOperation = value; }
 
 private:
     QString m_identifier;

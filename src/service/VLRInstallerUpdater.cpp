@@ -4,13 +4,13 @@
 
 QVariant VLRInstallerUpdater::valueForKey(const QString& key) const
 {
-    if (key == QLatin1String("installerUpdates"))
+    if (key == Key::installerUpdates)
         return vlr::boxed(m_installerUpdates);
-    if (key == QLatin1String("neverInstalled"))
+    if (key == Key::neverInstalled)
         return vlr::boxed(m_neverInstalled);
-    if (key == QLatin1String("notInstalled"))
+    if (key == Key::notInstalled)
         return vlr::boxed(m_notInstalled);
-    if (key == QLatin1String("overallOperations"))
+    if (key == Key::overallOperations)
         return QVariant::fromValue(vlr::Null{});
     return VLRObject::valueForKey(key);
 }

@@ -80,7 +80,7 @@ QVariant VLRObject::valueForKey(const QString&) const
     return {};
 }
 
-void VLRObject::didChangeValueForKey(const QString& key)
+void VLRObject::didChangeValueForKey(QLatin1StringView key)
 {
     std::vector<Registration> targets;
     {
@@ -101,7 +101,7 @@ void VLRObject::didChangeValueForKey(const QString& key)
         std::optional<QVariant> given;
         if (r.options & vlr::KeyValueObservingOptionNew) {
             if (!valueRead) {
-                value = valueForKey(key);
+                value = valueForKey(QString(key));
                 valueRead = true;
             }
             given = value;

@@ -60,6 +60,11 @@ public:
 // the change; a registration with the initial option is delivered at once,
 // inside the call that registers it. Observers are told in the order in which
 // they registered, and one removed during a delivery is not told any more.
+//
+// Each record names its observable key paths once, in its nested Key. Its
+// setters are protected: the client only reads records, while the service
+// library and the test double change them through subclasses of their own
+// that make the setters public.
 class VLRObject : public std::enable_shared_from_this<VLRObject>
 {
 public:
@@ -76,19 +81,19 @@ public:
     // Null placeholder. Invalid for a key that is not observable.
     virtual QVariant valueForKey(const QString& key) const;
 
-    // Tells the observers of the key that its value changed.
-    void didChangeValueForKey(const QString& key);
-
     // How many registrations are alive, for all keys or for one.
     int observationCount() const;
     int observationCount(const QString& keyPath) const;
 
 protected:
+    // Tells the observers of the key that its value changed.
+    void didChangeValueForKey(QLatin1StringView key);
+
     template <typename T, typename V>
-    void changeValue(T& field, V&& value, const char* key)
+    void changeValue(T& field, V&& value, QLatin1StringView key)
     {
         field = std::forward<V>(value);
-        didChangeValueForKey(QString::fromLatin1(key));
+        didChangeValueForKey(key);
     }
 
 private:

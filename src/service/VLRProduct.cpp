@@ -2,9 +2,9 @@
 
 QVariant VLRProduct::valueForKey(const QString& key) const
 {
-    if (key == QLatin1String("name"))
+    if (key == Key::name)
         return vlr::boxed(m_name);
-    if (key == QLatin1String("image"))
+    if (key == Key::image)
         return vlr::boxed(m_image);
     return VLRObject::valueForKey(key);
 }

@@ -8,15 +8,26 @@
 class VLRProgressReporting : public VLRObject
 {
 public:
+    // The key paths of the observable properties.
+    struct Key
+    {
+        static constexpr QLatin1StringView fractionCompleted{"fractionCompleted"};
+        static constexpr QLatin1StringView finished{"finished"};
+        static constexpr QLatin1StringView error{"error"};
+    };
+
     double fractionCompleted() const { return m_fractionCompleted; }
     bool isFinished() const { return m_finished; }
     const vlr::OptionalError& error() const { return m_error; }
 
-    void setFractionCompleted(double value) { changeValue(m_fractionCompleted, value, "fractionCompleted"); }
-    void setFinished(bool value) { changeValue(m_finished, value, "finished"); }
-    void setError(const vlr::OptionalError& value) { changeValue(m_error, value, "error"); }
-
     QVariant valueForKey(const QString& key) const override;
+
+protected:
+    // Changed by the service library and the test double alone; their
+    // subclasses publish these.
+    void setFractionCompleted(double value) { changeValue(m_fractionCompleted, value, Key::fractionCompleted); }
+    void setFinished(bool value) { changeValue(m_finished, value, Key::finished); }
+    void setError(const vlr::OptionalError& value) { changeValue(m_error, value, Key::error); }
 
 private:
     double m_fractionCompleted = 0;

@@ -12,6 +12,9 @@ public:
     const QString& projectName() const { return m_projectName; }
     const QString& text() const { return m_text; }
 
+protected:
+    // Changed by the service library and the test double alone; their
+    // subclasses publish these.
     void setUserID(const QString& value) { m_userID = value; }
     void setUserFirstName(const QString& value) { m_userFirstName = value; }
     void setUserEmail(const QString& value) { m_userEmail = value; }

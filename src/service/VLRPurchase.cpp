@@ -2,7 +2,7 @@
 
 QVariant VLRPurchase::valueForKey(const QString& key) const
 {
-    if (key == QLatin1String("renewsAt"))
+    if (key == Key::renewsAt)
         return vlr::boxed(m_renewsAt);
     return VLRObject::valueForKey(key);
 }

@@ -10,6 +10,12 @@
 class VLRPurchase : public VLRObject
 {
 public:
+    // The key paths of the observable properties.
+    struct Key
+    {
+        static constexpr QLatin1StringView renewsAt{"renewsAt"};
+    };
+
     static inline const QString CreditCardPaymentType = QStringLiteral("credit_card");
 
     const VLRProductPtr& product() const { return m_product; }
@@ -19,14 +25,17 @@ public:
     const QDateTime& ccExpiresOn() const { return m_ccExpiresOn; }
     const QUrl& manageURL() const { return m_manageURL; }
 
+    QVariant valueForKey(const QString& key) const override;
+
+protected:
+    // Changed by the service library and the test double alone; their
+    // subclasses publish these.
     void setProduct(const VLRProductPtr& value) { m_product = value; }
-    void setRenewsAt(const QDateTime& value) { changeValue(m_renewsAt, value, "renewsAt"); }
+    void setRenewsAt(const QDateTime& value) { changeValue(m_renewsAt, value, Key::renewsAt); }
     void setCanceled(bool value) { m_canceled = value; }
     void setPaymentType(const QString& value) { m_paymentType = value; }
     void setCcExpiresOn(const QDateTime& value) { m_ccExpiresOn = value; }
     void setManageURL(const QUrl& value) { m_manageURL = value; }
-
-    QVariant valueForKey(const QString& key) const override;
 
 private:
     VLRProductPtr m_product;

@@ -4,15 +4,15 @@
 
 QVariant VLRTransferQueue::valueForKey(const QString& key) const
 {
-    if (key == QLatin1String("transfers"))
+    if (key == Key::transfers)
         return vlr::boxed(m_transfers);
-    if (key == QLatin1String("currentTransfer"))
+    if (key == Key::currentTransfer)
         return vlr::boxed(m_currentTransfer);
-    if (key == QLatin1String("throughput"))
+    if (key == Key::throughput)
         return vlr::boxed(m_throughput);
-    if (key == QLatin1String("timeRemaining"))
+    if (key == Key::timeRemaining)
         return vlr::boxed(m_timeRemaining);
-    if (key == QLatin1String("timeRemainingInvalid"))
+    if (key == Key::timeRemainingInvalid)
         return vlr::boxed(m_timeRemainingInvalid);
     return VLRObject::valueForKey(key);
 }

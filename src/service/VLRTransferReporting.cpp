@@ -2,13 +2,13 @@
 
 QVariant VLRTransferReporting::valueForKey(const QString& key) const
 {
-    if (key == QLatin1String("fractionCompleted"))
+    if (key == Key::fractionCompleted)
         return vlr::boxed(m_fractionCompleted);
-    if (key == QLatin1String("finished"))
+    if (key == Key::finished)
         return vlr::boxed(m_finished);
-    if (key == QLatin1String("paused"))
+    if (key == Key::paused)
         return vlr::boxed(m_paused);
-    if (key == QLatin1String("error"))
+    if (key == Key::error)
         return vlr::boxed(m_error);
     return VLRObject::valueForKey(key);
 }

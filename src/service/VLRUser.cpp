@@ -2,7 +2,7 @@
 
 QVariant VLRUser::valueForKey(const QString& key) const
 {
-    if (key == QLatin1String("avatar"))
+    if (key == Key::avatar)
         return vlr::boxed(m_avatar);
     return VLRObject::valueForKey(key);
 }

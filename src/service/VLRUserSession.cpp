@@ -8,23 +8,23 @@
 
 QVariant VLRUserSession::valueForKey(const QString& key) const
 {
-    if (key == QLatin1String("user"))
+    if (key == Key::user)
         return vlr::boxed(m_user);
-    if (key == QLatin1String("projects"))
+    if (key == Key::projects)
         return vlr::boxed(m_projects);
-    if (key == QLatin1String("workspaces"))
+    if (key == Key::workspaces)
         return vlr::boxed(m_workspaces);
-    if (key == QLatin1String("completedTransfers"))
+    if (key == Key::completedTransfers)
         return vlr::boxed(m_completedTransfers);
-    if (key == QLatin1String("syncingWorkspaces"))
+    if (key == Key::syncingWorkspaces)
         return vlr::boxed(m_syncingWorkspaces);
-    if (key == QLatin1String("syncingLists"))
+    if (key == Key::syncingLists)
         return vlr::boxed(m_syncingLists);
-    if (key == QLatin1String("transfersPaused"))
+    if (key == Key::transfersPaused)
         return vlr::boxed(m_transfersPaused);
-    if (key == QLatin1String("installers"))
+    if (key == Key::installers)
         return vlr::boxed(m_installers);
-    if (key == QLatin1String("purchases"))
+    if (key == Key::purchases)
         return vlr::boxed(m_purchases);
     return VLRObject::valueForKey(key);
 }

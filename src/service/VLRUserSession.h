@@ -22,6 +22,20 @@ using VLRTextHandler = std::function<void(const QString& text, const vlr::Option
 class VLRUserSession : public VLRObject
 {
 public:
+    // The key paths of the observable properties.
+    struct Key
+    {
+        static constexpr QLatin1StringView user{"user"};
+        static constexpr QLatin1StringView projects{"projects"};
+        static constexpr QLatin1StringView workspaces{"workspaces"};
+        static constexpr QLatin1StringView completedTransfers{"completedTransfers"};
+        static constexpr QLatin1StringView syncingWorkspaces{"syncingWorkspaces"};
+        static constexpr QLatin1StringView syncingLists{"syncingLists"};
+        static constexpr QLatin1StringView transfersPaused{"transfersPaused"};
+        static constexpr QLatin1StringView installers{"installers"};
+        static constexpr QLatin1StringView purchases{"purchases"};
+    };
+
     static constexpr qint64 NewestFirstSortOrder = 3;
 
     const VLRUserPtr& user() const { return m_user; }
@@ -41,21 +55,6 @@ public:
     const VLRInstallerUpdaterPtr& updater() const { return m_updater; }
     VLRUserSessionDelegate* delegate() const { return m_delegate; }
 
-    void setUser(const VLRUserPtr& value) { changeValue(m_user, value, "user"); }
-    void setUserID(const QString& value) { m_userID = value; }
-    void setProjects(const VLRObjectList& value) { changeValue(m_projects, value, "projects"); }
-    void setWorkspaces(const VLRWorkspaceList& value) { changeValue(m_workspaces, value, "workspaces"); }
-    void setCompletedTransfers(const VLRTransferList& value) { changeValue(m_completedTransfers, value, "completedTransfers"); }
-    void setSyncingWorkspaces(bool value) { changeValue(m_syncingWorkspaces, value, "syncingWorkspaces"); }
-    void setSyncingLists(bool value) { changeValue(m_syncingLists, value, "syncingLists"); }
-    void setTransfersPaused(bool value) { changeValue(m_transfersPaused, value, "transfersPaused"); }
-    void setInstallers(const VLRInstallerList& value) { changeValue(m_installers, value, "installers"); }
-    void setPurchases(const VLRPurchaseList& value) { changeValue(m_purchases, value, "purchases"); }
-    void setHasPurchases(bool value) { m_hasPurchases = value; }
-    void setHasWorkspaces(bool value) { m_hasWorkspaces = value; }
-    void setUploader(const VLRTransferQueuePtr& value) { m_uploader = value; }
-    void setDownloader(const VLRTransferQueuePtr& value) { m_downloader = value; }
-    void setUpdater(const VLRInstallerUpdaterPtr& value) { m_updater = value; }
     // Not owned.
     void setDelegate(VLRUserSessionDelegate* delegate) { m_delegate = delegate; }
 
@@ -87,6 +86,25 @@ public:
     virtual void clearCompletedTransfers() = 0;
 
     QVariant valueForKey(const QString& key) const override;
+
+protected:
+    // Changed by the service library and the test double alone; their
+    // subclasses publish these.
+    void setUser(const VLRUserPtr& value) { changeValue(m_user, value, Key::user); }
+    void setUserID(const QString& value) { m_userID = value; }
+    void setProjects(const VLRObjectList& value) { changeValue(m_projects, value, Key::projects); }
+    void setWorkspaces(const VLRWorkspaceList& value) { changeValue(m_workspaces, value, Key::workspaces); }
+    void setCompletedTransfers(const VLRTransferList& value) { changeValue(m_completedTransfers, value, Key::completedTransfers); }
+    void setSyncingWorkspaces(bool value) { changeValue(m_syncingWorkspaces, value, Key::syncingWorkspaces); }
+    void setSyncingLists(bool value) { changeValue(m_syncingLists, value, Key::syncingLists); }
+    void setTransfersPaused(bool value) { changeValue(m_transfersPaused, value, Key::transfersPaused); }
+    void setInstallers(const VLRInstallerList& value) { changeValue(m_installers, value, Key::installers); }
+    void setPurchases(const VLRPurchaseList& value) { changeValue(m_purchases, value, Key::purchases); }
+    void setHasPurchases(bool value) { m_hasPurchases = value; }
+    void setHasWorkspaces(bool value) { m_hasWorkspaces = value; }
+    void setUploader(const VLRTransferQueuePtr& value) { m_uploader = value; }
+    void setDownloader(const VLRTransferQueuePtr& value) { m_downloader = value; }
+    void setUpdater(const VLRInstallerUpdaterPtr& value) { m_updater = value; }
 
 private:
     VLRUserPtr m_user;

@@ -2,7 +2,7 @@
 
 QVariant VLRVendor::valueForKey(const QString& key) const
 {
-    if (key == QLatin1String("name"))
+    if (key == Key::name)
         return vlr::boxed(m_name);
     return VLRObject::valueForKey(key);
 }

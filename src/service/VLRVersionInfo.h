@@ -14,6 +14,9 @@ public:
     const QString& termsOfService() const { return m_termsOfService; }
     const QUrl& downloadPageURL() const { return m_downloadPageURL; }
 
+protected:
+    // Changed by the service library and the test double alone; their
+    // subclasses publish these.
     void setCurrentVersion(const QString& value) { m_currentVersion = value; }
     void setLatestVersionNice(const QString& value) { m_latestVersionNice = value; }
     void setReleaseNotesHTML(const QString& value) { m_releaseNotesHTML = value; }

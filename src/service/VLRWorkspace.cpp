@@ -4,7 +4,7 @@
 
 QVariant VLRWorkspace::valueForKey(const QString& key) const
 {
-    if (key == QLatin1String("workspaceUsers"))
+    if (key == Key::workspaceUsers)
         return vlr::boxed(m_workspaceUsers);
     return VLRObject::valueForKey(key);
 }

@@ -16,6 +16,7 @@
 #include "app/VLRText.h"
 #include "app/VLRUserNotificationKeys.h"
 #include "app/AppFlavor.h"
+#include "app/VLRTab.h"
 
 using namespace MainViewControllerObservations;
 
@@ -90,14 +91,14 @@ void MainViewController::addSessionObservers(const VLRUserSessionPtr& session)
 {
     for (const Observation& o : registrationOrder)
         if (VLRObject* target = targetObject(o.target, session))
-            target->addObserver(this, QString::fromLatin1(o.keyPath), o.options, o.context);
+            target->addObserver(this, QString(o.keyPath), o.options, o.context);
 }
 
 void MainViewController::removeSessionObservers(const VLRUserSessionPtr& session)
 {
     for (const Observation& o : removalOrder)
         if (VLRObject* target = targetObject(o.target, session))
-            target->removeObserver(this, QString::fromLatin1(o.keyPath), o.context);
+            target->removeObserver(this, QString(o.keyPath), o.context);
 }
 
 void MainViewController::didLoginWithSession(const VLRUserSessionPtr& session)
@@ -119,9 +120,9 @@ void MainViewController::loginWithVerifier(const VLRLoginVerifierPtr& verifier)
     qCDebug(lcSession, "A second factor is asked for");
     if (m_parts.loginMfaViewController)
         m_parts.loginMfaViewController->setLoginVerifier(verifier);
-    selectTab(LoginTab);
+    selectTab(VLRTab::Login);
     if (m_tabView)
-        m_tabView->setCurrentIndex(SecondFactorTab);
+        m_tabView->setCurrentIndex(VLRTab::SecondFactor);
 }
 
 void MainViewController::cancelMfa(LoginMfaPage*)

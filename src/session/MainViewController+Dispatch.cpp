@@ -50,87 +50,178 @@ void MainViewController::observeValueForKeyPath(const QString& keyPath, VLRObjec
     }
     Q_UNUSED(object);
 
-    const VLRUserSessionPtr session = m_userSession;
-    VLRTransferQueue* uploader = session ? session->uploader().get() : nullptr;
-    VLRTransferQueue* downloader = session ? session->downloader().get() : nullptr;
-    VLRInstallerUpdater* updater = session ? session->updater().get() : nullptr;
-    const VLRTransferList noTransfers;
-    const VLRInstallerList noInstallers;
-
-    if (context == UserContext) {
-        if (m_parts.preferencesViewController)
-            m_parts.preferencesViewController->updateWithUser(session ? session->user() : nullptr);
-        updateStateOfPages(false);
-    } else if (context == ProjectsContext || context == WorkspacesContext) {
-        const VLRWorkspaceList workspaces = session ? session->workspaces() : VLRWorkspaceList();
-        if (m_parts.workspacesViewController)
-            m_parts.workspacesViewController->updateWorkspaces(workspaces);
-        if (m_parts.fileDropViewController)
-            m_parts.fileDropViewController->updateWorkspaces(workspaces);
-    } else if (context == CurrentDownloadContext) {
-        handleCurrentDownloadChange(keyPath, change);
-    } else if (context == CurrentUploadContext) {
-        handleCurrentUploadChange(keyPath, change);
-    } else if (context == UploaderTransfersContext) {
-        if (m_parts.transfersViewController)
-            m_parts.transfersViewController->setUploads(uploader ? uploader->transfers() : noTransfers);
-        updateStatusIndication(session);
-    } else if (context == DownloaderTransfersContext) {
-        if (m_parts.transfersViewController)
-            m_parts.transfersViewController->setDownloads(downloader ? downloader->transfers() : noTransfers);
-        updateStatusIndication(session);
-    } else if (context == CompletedTransfersContext) {
-        if (m_parts.transfersViewController)
-            m_parts.transfersViewController->setCompleted(session ? session->completedTransfers() : noTransfers);
-        updateStatusIndication(session);
-    } else if (context == UploaderThroughputContext) {
-        if (m_parts.transfersViewController && uploader)
-            m_parts.transfersViewController->updateUploadThroughput(uploader->throughput());
-    } else if (context == DownloaderThroughputContext) {
-        if (m_parts.transfersViewController && downloader)
-            m_parts.transfersViewController->updateDownloadThroughput(downloader->throughput());
-    } else if (context == UploaderTimeRemainingContext || context == UploaderTimeRemainingInvalidContext) {
-        if (m_parts.transfersViewController && uploader)
-            m_parts.transfersViewController->updateUploadTimeRemaining(uploader->timeRemaining(),
-                                                                 !uploader->timeRemainingInvalid());
-    } else if (context == DownloaderTimeRemainingContext || context == DownloaderTimeRemainingInvalidContext) {
-        if (m_parts.transfersViewController && downloader)
-            m_parts.transfersViewController->updateDownloadTimeRemaining(downloader->timeRemaining(),
-                                                                   !downloader->timeRemainingInvalid());
-    } else if (context == TransfersPausedContext) {
-        if (m_parts.transfersViewController && session)
-            m_parts.transfersViewController->setTransfersPaused(session->transfersPaused());
-    } else if (context == SyncingListsContext) {
-        updateStatusIndication(session);
-        updateStateOfPages(true);
-    } else if (context == SyncingWorkspacesContext || context == UploaderCurrentTransferContext
-               || context == DownloaderCurrentTransferContext || context == OverallOperationsContext) {
-        updateStatusIndication(session);
-    } else if (context == InstallersContext) {
-        if (m_parts.marketplaceViewController)
-            m_parts.marketplaceViewController->updateInstallers(session ? session->installers() : noInstallers);
-    } else if (context == InstallerUpdatesContext) {
-        if (m_parts.marketplaceViewController)
-            m_parts.marketplaceViewController->updateInstallerUpdates(updater ? updater->installerUpdates() : noInstallers);
-    } else if (context == NeverInstalledContext) {
-        if (m_parts.marketplaceViewController)
-            m_parts.marketplaceViewController->updateNewInstallers(updater ? updater->neverInstalled() : noInstallers);
-    } else if (context == NotInstalledContext) {
-        if (m_parts.marketplaceViewController)
-            m_parts.marketplaceViewController->updateNotInstalled(updater ? updater->notInstalled() : noInstallers);
-    } else if (context == PurchasesContext) {
-        showHideMarketplaceTab(session);
-        if (m_parts.marketplaceViewController)
-            m_parts.marketplaceViewController->updatePurchases(session ? session->purchases() : VLRPurchaseList());
+    struct Route
+    {
+        void* context;
+        ChangeHandler handle;
+    };
+    // Tokens are compared by identity; each has one handler, and a change
+    // under a token that is not here is not ours.
+    static const Route routes[] = {
+        {UserContext, &MainViewController::userDidChange},
+        {ProjectsContext, &MainViewController::workspacesDidChange},
+        {WorkspacesContext, &MainViewController::workspacesDidChange},
+        {CurrentDownloadContext, &MainViewController::handleCurrentDownloadChange},
+        {CurrentUploadContext, &MainViewController::handleCurrentUploadChange},
+        {UploaderTransfersContext, &MainViewController::uploadsDidChange},
+        {DownloaderTransfersContext, &MainViewController::downloadsDidChange},
+        {CompletedTransfersContext, &MainViewController::completedTransfersDidChange},
+        {UploaderThroughputContext, &MainViewController::uploadThroughputDidChange},
+        {DownloaderThroughputContext, &MainViewController::downloadThroughputDidChange},
+        {UploaderTimeRemainingContext, &MainViewController::uploadTimeRemainingDidChange},
+        {UploaderTimeRemainingInvalidContext, &MainViewController::uploadTimeRemainingDidChange},
+        {DownloaderTimeRemainingContext, &MainViewController::downloadTimeRemainingDidChange},
+        {DownloaderTimeRemainingInvalidContext, &MainViewController::downloadTimeRemainingDidChange},
+        {TransfersPausedContext, &MainViewController::transfersPausedDidChange},
+        {SyncingListsContext, &MainViewController::syncingListsDidChange},
+        {SyncingWorkspacesContext, &MainViewController::activityDidChange},
+        {UploaderCurrentTransferContext, &MainViewController::activityDidChange},
+        {DownloaderCurrentTransferContext, &MainViewController::activityDidChange},
+        {OverallOperationsContext, &MainViewController::activityDidChange},
+        {InstallersContext, &MainViewController::installersDidChange},
+        {InstallerUpdatesContext, &MainViewController::installerUpdatesDidChange},
+        {NeverInstalledContext, &MainViewController::neverInstalledDidChange},
+        {NotInstalledContext, &MainViewController::notInstalledDidChange},
+        {PurchasesContext, &MainViewController::purchasesDidChange},
+    };
+    for (const Route& route : routes) {
+        if (route.context == context) {
+            (this->*route.handle)(keyPath, change);
+            return;
+        }
     }
-    // Changes under any other token are not ours; nothing else observes
-    // through this controller.
+}
+
+void MainViewController::userDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    if (m_parts.preferencesViewController)
+        m_parts.preferencesViewController->updateWithUser(m_userSession ? m_userSession->user() : nullptr);
+    updateStateOfPages(false);
+}
+
+void MainViewController::workspacesDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    const VLRWorkspaceList workspaces = m_userSession ? m_userSession->workspaces() : VLRWorkspaceList();
+    if (m_parts.workspacesViewController)
+        m_parts.workspacesViewController->updateWorkspaces(workspaces);
+    if (m_parts.fileDropViewController)
+        m_parts.fileDropViewController->updateWorkspaces(workspaces);
+}
+
+void MainViewController::uploadsDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    const VLRUserSessionPtr session = m_userSession;
+    if (m_parts.transfersViewController)
+        m_parts.transfersViewController->setUploads(session && session->uploader() ? session->uploader()->transfers()
+                                                                                  : VLRTransferList());
+    updateStatusIndication(session);
+}
+
+void MainViewController::downloadsDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    const VLRUserSessionPtr session = m_userSession;
+    if (m_parts.transfersViewController)
+        m_parts.transfersViewController->setDownloads(
+            session && session->downloader() ? session->downloader()->transfers() : VLRTransferList());
+    updateStatusIndication(session);
+}
+
+void MainViewController::completedTransfersDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    const VLRUserSessionPtr session = m_userSession;
+    if (m_parts.transfersViewController)
+        m_parts.transfersViewController->setCompleted(session ? session->completedTransfers() : VLRTransferList());
+    updateStatusIndication(session);
+}
+
+void MainViewController::uploadThroughputDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    VLRTransferQueue* uploader = m_userSession ? m_userSession->uploader().get() : nullptr;
+    if (m_parts.transfersViewController && uploader)
+        m_parts.transfersViewController->updateUploadThroughput(uploader->throughput());
+}
+
+void MainViewController::downloadThroughputDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    VLRTransferQueue* downloader = m_userSession ? m_userSession->downloader().get() : nullptr;
+    if (m_parts.transfersViewController && downloader)
+        m_parts.transfersViewController->updateDownloadThroughput(downloader->throughput());
+}
+
+void MainViewController::uploadTimeRemainingDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    VLRTransferQueue* uploader = m_userSession ? m_userSession->uploader().get() : nullptr;
+    if (m_parts.transfersViewController && uploader)
+        m_parts.transfersViewController->updateUploadTimeRemaining(uploader->timeRemaining(),
+                                                                   !uploader->timeRemainingInvalid());
+}
+
+void MainViewController::downloadTimeRemainingDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    VLRTransferQueue* downloader = m_userSession ? m_userSession->downloader().get() : nullptr;
+    if (m_parts.transfersViewController && downloader)
+        m_parts.transfersViewController->updateDownloadTimeRemaining(downloader->timeRemaining(),
+                                                                     !downloader->timeRemainingInvalid());
+}
+
+void MainViewController::transfersPausedDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    if (m_parts.transfersViewController && m_userSession)
+        m_parts.transfersViewController->setTransfersPaused(m_userSession->transfersPaused());
+}
+
+void MainViewController::syncingListsDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    updateStatusIndication(m_userSession);
+    updateStateOfPages(true);
+}
+
+void MainViewController::activityDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    updateStatusIndication(m_userSession);
+}
+
+void MainViewController::installersDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    if (m_parts.marketplaceViewController)
+        m_parts.marketplaceViewController->updateInstallers(m_userSession ? m_userSession->installers()
+                                                                          : VLRInstallerList());
+}
+
+void MainViewController::installerUpdatesDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    VLRInstallerUpdater* updater = m_userSession ? m_userSession->updater().get() : nullptr;
+    if (m_parts.marketplaceViewController)
+        m_parts.marketplaceViewController->updateInstallerUpdates(updater ? updater->installerUpdates()
+                                                                          : VLRInstallerList());
+}
+
+void MainViewController::neverInstalledDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    VLRInstallerUpdater* updater = m_userSession ? m_userSession->updater().get() : nullptr;
+    if (m_parts.marketplaceViewController)
+        m_parts.marketplaceViewController->updateNewInstallers(updater ? updater->neverInstalled() : VLRInstallerList());
+}
+
+void MainViewController::notInstalledDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    VLRInstallerUpdater* updater = m_userSession ? m_userSession->updater().get() : nullptr;
+    if (m_parts.marketplaceViewController)
+        m_parts.marketplaceViewController->updateNotInstalled(updater ? updater->notInstalled() : VLRInstallerList());
+}
+
+void MainViewController::purchasesDidChange(const QString&, const vlr::KeyValueChange&)
+{
+    const VLRUserSessionPtr session = m_userSession;
+    showHideMarketplaceTab(session);
+    if (m_parts.marketplaceViewController)
+        m_parts.marketplaceViewController->updatePurchases(session ? session->purchases() : VLRPurchaseList());
 }
 
 void MainViewController::handleCurrentDownloadChange(const QString& keyPath, const vlr::KeyValueChange& change)
 {
     const VLRTransferReportingPtr transfer = m_currentDownload;
-    if (transfer && keyPath == QLatin1String("finished")) {
+    if (transfer && keyPath == VLRTransferReporting::Key::finished) {
         const bool finished = change.hasNewValue() && !change.newValueIsNull() && change.newValue->toBool();
         if (finished && !m_openedCurrentDownload
             && transfer->subType() == VLRTransferReporting::RequestedDownloadSubType) {
@@ -147,7 +238,7 @@ void MainViewController::handleCurrentDownloadChange(const QString& keyPath, con
                                                    VLRUserNotificationTypeDownloadCompleted);
             }
         }
-    } else if (transfer && keyPath == QLatin1String("error") && change.hasNewValue() && !change.newValueIsNull()) {
+    } else if (transfer && keyPath == VLRTransferReporting::Key::error && change.hasNewValue() && !change.newValueIsNull()) {
         m_openedCurrentDownload = true;
         const vlr::OptionalError& error = transfer->error();
         if (error && !error->isCancellation()) {
@@ -165,7 +256,7 @@ void MainViewController::handleCurrentUploadChange(const QString& keyPath, const
     const VLRTransferReportingPtr transfer = m_currentUpload;
     // The null placeholder passes the first test; the transfer's own error
     // then decides.
-    if (transfer && keyPath == QLatin1String("error") && change.hasNewValue()) {
+    if (transfer && keyPath == VLRTransferReporting::Key::error && change.hasNewValue()) {
         const vlr::OptionalError& error = transfer->error();
         if (error && !error->isCancellation()) {
             m_services.notifications->vlr_scheduledNotificationWithTitle(
@@ -184,23 +275,23 @@ void MainViewController::trackCurrentTransfers(const VLRUserSessionPtr& session)
 
     if (upload != m_currentUpload) {
         if (m_currentUpload)
-            for (const char* key : transferKeyPaths)
-                m_currentUpload->removeObserver(this, QString::fromLatin1(key), CurrentUploadContext);
+            for (QLatin1StringView key : transferKeyPaths)
+                m_currentUpload->removeObserver(this, QString(key), CurrentUploadContext);
         m_currentUpload = upload;
         if (upload)
-            for (const char* key : transferKeyPaths)
-                upload->addObserver(this, QString::fromLatin1(key), vlr::KeyValueObservingOptionNew,
+            for (QLatin1StringView key : transferKeyPaths)
+                upload->addObserver(this, QString(key), vlr::KeyValueObservingOptionNew,
                                     CurrentUploadContext);
     }
     if (download != m_currentDownload) {
         if (m_currentDownload)
-            for (const char* key : transferKeyPaths)
-                m_currentDownload->removeObserver(this, QString::fromLatin1(key), CurrentDownloadContext);
+            for (QLatin1StringView key : transferKeyPaths)
+                m_currentDownload->removeObserver(this, QString(key), CurrentDownloadContext);
         m_currentDownload = download;
         m_openedCurrentDownload = false;
         if (download)
-            for (const char* key : transferKeyPaths)
-                download->addObserver(this, QString::fromLatin1(key), vlr::KeyValueObservingOptionNew,
+            for (QLatin1StringView key : transferKeyPaths)
+                download->addObserver(this, QString(key), vlr::KeyValueObservingOptionNew,
                                       CurrentDownloadContext);
     }
 }
@@ -208,13 +299,13 @@ void MainViewController::trackCurrentTransfers(const VLRUserSessionPtr& session)
 void MainViewController::releaseCurrentTransfers()
 {
     if (m_currentUpload) {
-        for (const char* key : transferKeyPaths)
-            m_currentUpload->removeObserver(this, QString::fromLatin1(key), CurrentUploadContext);
+        for (QLatin1StringView key : transferKeyPaths)
+            m_currentUpload->removeObserver(this, QString(key), CurrentUploadContext);
         m_currentUpload = nullptr;
     }
     if (m_currentDownload) {
-        for (const char* key : transferKeyPaths)
-            m_currentDownload->removeObserver(this, QString::fromLatin1(key), CurrentDownloadContext);
+        for (QLatin1StringView key : transferKeyPaths)
+            m_currentDownload->removeObserver(this, QString(key), CurrentDownloadContext);
         m_currentDownload = nullptr;
     }
 }

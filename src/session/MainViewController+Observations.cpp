@@ -2,6 +2,7 @@
 
 #include "service/VLRInstallerUpdater.h"
 #include "service/VLRTransferQueue.h"
+#include "service/VLRTransferReporting.h"
 #include "service/VLRUserSession.h"
 
 namespace MainViewControllerObservations {
@@ -42,29 +43,29 @@ void* const CurrentUploadContext = &tokens[23];
 void* const CurrentDownloadContext = &tokens[24];
 
 const std::array<Observation, 23> registrationOrder = {{
-    {Target::Session, "user", None, UserContext},
-    {Target::Session, "projects", None, ProjectsContext},
-    {Target::Session, "workspaces", None, WorkspacesContext},
-    {Target::Session, "completedTransfers", Initial, CompletedTransfersContext},
-    {Target::Session, "syncingLists", None, SyncingListsContext},
-    {Target::Session, "syncingWorkspaces", None, SyncingWorkspacesContext},
-    {Target::Session, "transfersPaused", Initial, TransfersPausedContext},
-    {Target::Session, "installers", None, InstallersContext},
-    {Target::Session, "purchases", None, PurchasesContext},
-    {Target::Updater, "installerUpdates", None, InstallerUpdatesContext},
-    {Target::Updater, "neverInstalled", None, NeverInstalledContext},
-    {Target::Updater, "notInstalled", None, NotInstalledContext},
-    {Target::Updater, "overallOperations", Initial, OverallOperationsContext},
-    {Target::Uploader, "transfers", Initial, UploaderTransfersContext},
-    {Target::Uploader, "throughput", None, UploaderThroughputContext},
-    {Target::Uploader, "timeRemaining", None, UploaderTimeRemainingContext},
-    {Target::Uploader, "timeRemainingInvalid", None, UploaderTimeRemainingInvalidContext},
-    {Target::Uploader, "currentTransfer", None, UploaderCurrentTransferContext},
-    {Target::Downloader, "transfers", Initial, DownloaderTransfersContext},
-    {Target::Downloader, "throughput", None, DownloaderThroughputContext},
-    {Target::Downloader, "timeRemaining", None, DownloaderTimeRemainingContext},
-    {Target::Downloader, "timeRemainingInvalid", None, DownloaderTimeRemainingInvalidContext},
-    {Target::Downloader, "currentTransfer", None, DownloaderCurrentTransferContext},
+    {Target::Session, VLRUserSession::Key::user, None, UserContext},
+    {Target::Session, VLRUserSession::Key::projects, None, ProjectsContext},
+    {Target::Session, VLRUserSession::Key::workspaces, None, WorkspacesContext},
+    {Target::Session, VLRUserSession::Key::completedTransfers, Initial, CompletedTransfersContext},
+    {Target::Session, VLRUserSession::Key::syncingLists, None, SyncingListsContext},
+    {Target::Session, VLRUserSession::Key::syncingWorkspaces, None, SyncingWorkspacesContext},
+    {Target::Session, VLRUserSession::Key::transfersPaused, Initial, TransfersPausedContext},
+    {Target::Session, VLRUserSession::Key::installers, None, InstallersContext},
+    {Target::Session, VLRUserSession::Key::purchases, None, PurchasesContext},
+    {Target::Updater, VLRInstallerUpdater::Key::installerUpdates, None, InstallerUpdatesContext},
+    {Target::Updater, VLRInstallerUpdater::Key::neverInstalled, None, NeverInstalledContext},
+    {Target::Updater, VLRInstallerUpdater::Key::notInstalled, None, NotInstalledContext},
+    {Target::Updater, VLRInstallerUpdater::Key::overallOperations, Initial, OverallOperationsContext},
+    {Target::Uploader, VLRTransferQueue::Key::transfers, Initial, UploaderTransfersContext},
+    {Target::Uploader, VLRTransferQueue::Key::throughput, None, UploaderThroughputContext},
+    {Target::Uploader, VLRTransferQueue::Key::timeRemaining, None, UploaderTimeRemainingContext},
+    {Target::Uploader, VLRTransferQueue::Key::timeRemainingInvalid, None, UploaderTimeRemainingInvalidContext},
+    {Target::Uploader, VLRTransferQueue::Key::currentTransfer, None, UploaderCurrentTransferContext},
+    {Target::Downloader, VLRTransferQueue::Key::transfers, Initial, DownloaderTransfersContext},
+    {Target::Downloader, VLRTransferQueue::Key::throughput, None, DownloaderThroughputContext},
+    {Target::Downloader, VLRTransferQueue::Key::timeRemaining, None, DownloaderTimeRemainingContext},
+    {Target::Downloader, VLRTransferQueue::Key::timeRemainingInvalid, None, DownloaderTimeRemainingInvalidContext},
+    {Target::Downloader, VLRTransferQueue::Key::currentTransfer, None, DownloaderCurrentTransferContext},
 }};
 
 const std::array<Observation, 23> removalOrder = [] {
@@ -73,7 +74,9 @@ const std::array<Observation, 23> removalOrder = [] {
     return order;
 }();
 
-const std::array<const char*, 4> transferKeyPaths = {"fractionCompleted", "finished", "error", "paused"};
+const std::array<QLatin1StringView, 4> transferKeyPaths = {
+    VLRTransferReporting::Key::fractionCompleted, VLRTransferReporting::Key::finished,
+    VLRTransferReporting::Key::error, VLRTransferReporting::Key::paused};
 
 VLRObject* targetObject(Target target, const VLRUserSessionPtr& session)
 {

@@ -14,7 +14,7 @@ enum class Target { Session, Updater, Uploader, Downloader };
 struct Observation
 {
     Target target;
-    const char* keyPath;
+    QLatin1StringView keyPath;
     unsigned options;
     void* context;
 };
@@ -53,7 +53,7 @@ extern const std::array<Observation, 23> registrationOrder;
 extern const std::array<Observation, 23> removalOrder;
 
 // The four key paths observed on a current transfer, in order.
-extern const std::array<const char*, 4> transferKeyPaths;
+extern const std::array<QLatin1StringView, 4> transferKeyPaths;
 
 VLRObject* targetObject(Target target, const VLRUserSessionPtr& session);
 

@@ -12,6 +12,7 @@
 #include "app/VLRUserNotificationKeys.h"
 #include "session/WorkspaceLocationDelegate.h"
 #include "app/AppFlavor.h"
+#include "app/VLRTab.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -199,7 +200,7 @@ void MainViewController::fileDropViewControllerUploadedFiles(FileDropPage*, cons
             return;
         }
     }
-    selectTab(TransfersTab);
+    selectTab(VLRTab::Transfers);
     if (m_parts.transfersViewController)
         m_parts.transfersViewController->showTab(TransfersPage::UploadsList, QString());
     if (completionHandler)

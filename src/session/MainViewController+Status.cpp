@@ -7,19 +7,12 @@
 #include "service/VLRTransferQueue.h"
 #include "service/VLRUserSession.h"
 #include "app/AppFlavor.h"
+#include "app/VLRTab.h"
 #include "widgets/StatusItemImageView.h"
-
-namespace {
-
-constexpr int SignedOutState = 1;
-constexpr int IdleState = 2;
-constexpr int BusyState = 3;
-
-} // namespace
 
 void MainViewController::updateStatusIndication(const VLRUserSessionPtr& session)
 {
-    int state = SignedOutState;
+    qint64 state = StatusItemImageView::SignedOut;
     if (session) {
         const VLRTransferQueuePtr& uploader = session->uploader();
         const VLRTransferQueuePtr& downloader = session->downloader();
@@ -32,18 +25,18 @@ void MainViewController::updateStatusIndication(const VLRUserSessionPtr& session
             m_parts.tabSelectorViewController->showActiveUploads(uploading, downloading);
             const qint64 queued = (uploader ? uploader->transfers().size() : 0)
                                   + (downloader ? downloader->transfers().size() : 0);
-            m_parts.tabSelectorViewController->setBadgeValue(queued, TransfersTab, false);
+            m_parts.tabSelectorViewController->setBadgeValue(queued, VLRTab::Transfers, false);
         }
-        state = IdleState;
+        state = StatusItemImageView::Idle;
         const bool active = uploading || downloading || installing || session->syncingWorkspaces();
         if (AppFlavor::supportsAnimatedStatusIcon() && active)
-            state = BusyState;
+            state = StatusItemImageView::Busy;
         trackCurrentTransfers(session);
     } else {
         releaseCurrentTransfers();
         if (m_parts.tabSelectorViewController) {
-            m_parts.tabSelectorViewController->setBadgeValue(0, TransfersTab, false);
-            m_parts.tabSelectorViewController->setBadgeValue(0, MarketplaceTab, false);
+            m_parts.tabSelectorViewController->setBadgeValue(0, VLRTab::Transfers, false);
+            m_parts.tabSelectorViewController->setBadgeValue(0, VLRTab::Marketplace, false);
         }
     }
     if (m_statusItemImageView && m_statusItemImageView->viewState() != state)
@@ -71,13 +64,13 @@ void MainViewController::openPopoverIfClosed()
 void MainViewController::showFileDropView()
 {
     openPopoverIfClosed();
-    selectTab(FileDropTab);
+    selectTab(VLRTab::FileDrop);
 }
 
 void MainViewController::showTransfersTab(int list, const QString& andSelectTransfer)
 {
     openPopoverIfClosed();
-    selectTab(TransfersTab);
+    selectTab(VLRTab::Transfers);
     if (m_parts.transfersViewController)
         m_parts.transfersViewController->showTab(list, andSelectTransfer);
 }
@@ -87,7 +80,7 @@ void MainViewController::showUpdates()
     if (!m_parts.marketplaceViewController)
         return;
     openPopoverIfClosed();
-    selectTab(MarketplaceTab);
+    selectTab(VLRTab::Marketplace);
     m_parts.marketplaceViewController->showUpdatesTab();
 }
 
@@ -119,8 +112,8 @@ void MainViewController::viewDidReceiveDroppedFiles(VLRView*, const QStringList&
 void MainViewController::viewDidReceiveDraggingEvent(VLRView*)
 {
     // On the workspaces page the drag may end on a workspace's row.
-    if (!m_tabView || m_tabView->currentIndex() != WorkspacesTab)
-        selectTab(FileDropTab);
+    if (!m_tabView || m_tabView->currentIndex() != VLRTab::Workspaces)
+        selectTab(VLRTab::FileDrop);
 }
 
 void MainViewController::fileDropViewControllerWantsPopUpToggled(FileDropPage*)

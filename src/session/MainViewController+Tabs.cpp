@@ -4,6 +4,7 @@
 
 #include "service/VLRUserSession.h"
 #include "app/AppFlavor.h"
+#include "app/VLRTab.h"
 
 void MainViewController::selectTab(int tab)
 {
@@ -13,16 +14,16 @@ void MainViewController::selectTab(int tab)
 
 bool MainViewController::tabSelectorViewControllerTabSupported(TabBar*, int tab)
 {
-    if (tab == MarketplaceTab)
+    if (tab == VLRTab::Marketplace)
         return m_marketplaceTabShown;
-    if (tab == PreferencesTab)
+    if (tab == VLRTab::Preferences)
         return m_settingsTabShown;
     return true;
 }
 
 bool MainViewController::tabSelectorViewControllerShouldSelectTab(TabBar*, int tab)
 {
-    if (m_userSession || tab == LoginTab || tab == PreferencesTab)
+    if (m_userSession || tab == VLRTab::Login || tab == VLRTab::Preferences)
         return true;
     showLoginTab();
     return false;
@@ -42,7 +43,7 @@ void MainViewController::tabSelectorViewControllerDidReceiveDroppedFiles(TabBar*
 void MainViewController::showHideMarketplaceTab(const VLRUserSessionPtr& session)
 {
     const bool wanted = session && (session->hasPurchases() || !session->purchases().isEmpty())
-                        && AppFlavor::supportsTabType(MarketplaceTab);
+                        && AppFlavor::supportsTabType(VLRTab::Marketplace);
     if (wanted == m_marketplaceTabShown)
         return;
     m_marketplaceTabShown = wanted;
@@ -53,7 +54,7 @@ void MainViewController::showHideMarketplaceTab(const VLRUserSessionPtr& session
 void MainViewController::showHideSettingsTab()
 {
     // Once available the settings tab stays so, signed in or not.
-    if (!AppFlavor::supportsTabType(PreferencesTab) || m_settingsTabShown)
+    if (!AppFlavor::supportsTabType(VLRTab::Preferences) || m_settingsTabShown)
         return;
     m_settingsTabShown = true;
     if (m_parts.tabSelectorViewController)
@@ -62,7 +63,7 @@ void MainViewController::showHideSettingsTab()
 
 void MainViewController::showLoginTab()
 {
-    selectTab(LoginTab);
+    selectTab(VLRTab::Login);
     if (!m_tabView)
         return;
     for (int i = 0; i < m_tabView->count(); ++i)
@@ -74,16 +75,16 @@ void MainViewController::showFileDropTabWithFiles(const QStringList& files)
 {
     if (m_parts.fileDropViewController)
         m_parts.fileDropViewController->updateFiles(files);
-    selectTab(FileDropTab);
+    selectTab(VLRTab::FileDrop);
 }
 
 void MainViewController::marketplaceViewControllerDidChangeUpdateCountTo(MarketplacePage*, qint64 count, bool isWarning)
 {
     if (m_parts.tabSelectorViewController)
-        m_parts.tabSelectorViewController->setBadgeValue(count, MarketplaceTab, isWarning);
+        m_parts.tabSelectorViewController->setBadgeValue(count, VLRTab::Marketplace, isWarning);
 }
 
 void MainViewController::workspaceViewControllerCreateWorkspaceClicked()
 {
-    selectTab(FileDropTab);
+    selectTab(VLRTab::FileDrop);
 }

@@ -9,6 +9,7 @@
 #include "widgets/StatusItemImageView.h"
 #include "widgets/VLRViewControllerAdditions.h"
 #include "widgets/VLRView.h"
+#include "app/VLRTab.h"
 
 #include <QVBoxLayout>
 
@@ -48,9 +49,9 @@ void MainViewController::loadView()
     m_tabView = new QStackedWidget(m_view);
     layout->addWidget(m_tabSelectorView);
     layout->addWidget(m_tabView, 1);
-    for (int tab = LoginTab; tab <= SecondFactorTab; ++tab) {
+    for (int tab = VLRTab::Login; tab <= VLRTab::SecondFactor; ++tab) {
         auto* holder = new QWidget(m_tabView);
-        if (tab == LoginTab)
+        if (tab == VLRTab::Login)
             holder->setObjectName(QStringLiteral("login"));
         m_tabView->addWidget(holder);
     }
@@ -79,19 +80,19 @@ void MainViewController::loadView()
     if (m_parts.tabSelectorViewController)
         host(m_parts.tabSelectorViewController->view(), m_tabSelectorView);
     if (m_parts.loginViewController)
-        host(m_parts.loginViewController->view(), m_tabView->widget(LoginTab));
+        host(m_parts.loginViewController->view(), m_tabView->widget(VLRTab::Login));
     if (m_parts.loginMfaViewController)
-        host(m_parts.loginMfaViewController->view(), m_tabView->widget(SecondFactorTab));
+        host(m_parts.loginMfaViewController->view(), m_tabView->widget(VLRTab::SecondFactor));
     if (m_parts.transfersViewController)
-        host(m_parts.transfersViewController->view(), m_tabView->widget(TransfersTab));
+        host(m_parts.transfersViewController->view(), m_tabView->widget(VLRTab::Transfers));
     if (m_parts.workspacesViewController)
-        host(m_parts.workspacesViewController->view(), m_tabView->widget(WorkspacesTab));
+        host(m_parts.workspacesViewController->view(), m_tabView->widget(VLRTab::Workspaces));
     if (m_parts.fileDropViewController)
-        host(m_parts.fileDropViewController->view(), m_tabView->widget(FileDropTab));
+        host(m_parts.fileDropViewController->view(), m_tabView->widget(VLRTab::FileDrop));
     if (m_parts.marketplaceViewController)
-        host(m_parts.marketplaceViewController->view(), m_tabView->widget(MarketplaceTab));
+        host(m_parts.marketplaceViewController->view(), m_tabView->widget(VLRTab::Marketplace));
     if (m_parts.preferencesViewController)
-        host(m_parts.preferencesViewController->view(), m_tabView->widget(PreferencesTab));
+        host(m_parts.preferencesViewController->view(), m_tabView->widget(VLRTab::Preferences));
 
     if (m_parts.popover)
         m_parts.popover->setContentView(m_view);

@@ -17,6 +17,7 @@
 #include "widgets/VLRViewDelegate.h"
 #include "workspaces/FileDropViewControllerDelegate.h"
 #include "workspaces/WorkspacesViewControllerDelegate.h"
+#include "app/VLRTab.h"
 
 #include <QFileDialog>
 #include <QObject>
@@ -49,14 +50,6 @@ class MainViewController : public QObject,
     Q_OBJECT
 
 public:
-    static constexpr int LoginTab = 0;
-    static constexpr int FileDropTab = 1;
-    static constexpr int WorkspacesTab = 2;
-    static constexpr int MarketplaceTab = 3;
-    static constexpr int TransfersTab = 4;
-    static constexpr int PreferencesTab = 5;
-    static constexpr int SecondFactorTab = 6;
-
     MainViewController(MainViewControllerParts parts, ApplicationRoot* application, const ClientServices& services,
                        QObject* parent = nullptr);
     ~MainViewController() override;
@@ -183,8 +176,28 @@ private:
     void updateStatusIndication(const VLRUserSessionPtr& session);
     void trackCurrentTransfers(const VLRUserSessionPtr& session);
     void releaseCurrentTransfers();
+    // The handlers of observed changes, one a token or a group of tokens; the
+    // table from token to handler is in observeValueForKeyPath.
+    using ChangeHandler = void (MainViewController::*)(const QString& keyPath, const vlr::KeyValueChange& change);
     void handleCurrentDownloadChange(const QString& keyPath, const vlr::KeyValueChange& change);
     void handleCurrentUploadChange(const QString& keyPath, const vlr::KeyValueChange& change);
+    void userDidChange(const QString&, const vlr::KeyValueChange&);
+    void workspacesDidChange(const QString&, const vlr::KeyValueChange&);
+    void uploadsDidChange(const QString&, const vlr::KeyValueChange&);
+    void downloadsDidChange(const QString&, const vlr::KeyValueChange&);
+    void completedTransfersDidChange(const QString&, const vlr::KeyValueChange&);
+    void uploadThroughputDidChange(const QString&, const vlr::KeyValueChange&);
+    void downloadThroughputDidChange(const QString&, const vlr::KeyValueChange&);
+    void uploadTimeRemainingDidChange(const QString&, const vlr::KeyValueChange&);
+    void downloadTimeRemainingDidChange(const QString&, const vlr::KeyValueChange&);
+    void transfersPausedDidChange(const QString&, const vlr::KeyValueChange&);
+    void syncingListsDidChange(const QString&, const vlr::KeyValueChange&);
+    void activityDidChange(const QString&, const vlr::KeyValueChange&);
+    void installersDidChange(const QString&, const vlr::KeyValueChange&);
+    void installerUpdatesDidChange(const QString&, const vlr::KeyValueChange&);
+    void neverInstalledDidChange(const QString&, const vlr::KeyValueChange&);
+    void notInstalledDidChange(const QString&, const vlr::KeyValueChange&);
+    void purchasesDidChange(const QString&, const vlr::KeyValueChange&);
     void showHideMarketplaceTab(const VLRUserSessionPtr& session);
     void showHideSettingsTab();
     void showLoginTab();

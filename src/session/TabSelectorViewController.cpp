@@ -3,6 +3,7 @@
 #include "session/TabSelectorViewControllerDelegate.h"
 #include "app/AppFlavor.h"
 #include "app/VLRColors.h"
+#include "app/VLRTab.h"
 #include "widgets/VLRDropTargetButton.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRView.h"
@@ -12,11 +13,6 @@
 
 namespace {
 
-constexpr int FileDropTab = 1;
-constexpr int WorkspacesTab = 2;
-constexpr int MarketplaceTab = 3;
-constexpr int TransfersTab = 4;
-constexpr int SettingsTab = 5;
 constexpr int ButtonSize = 40;
 constexpr int HiddenTabShift = 32;
 
@@ -30,10 +26,10 @@ struct PlainTabImages
 
 // Workspaces first, then file drop, marketplace and preferences.
 const PlainTabImages plainTabs[] = {
-    {WorkspacesTab, "tabBarWorkspacesMouseOver", "tabBarWorkspacesSelected", "tabBarWorkspacesUnselected"},
-    {FileDropTab, "tabBarFileDropMouseOver", "tabBarFileDropSelected", "tabBarFileDropUnselected"},
-    {MarketplaceTab, "tabBarMarketplaceMouseOver", "tabBarMarketplaceSelected", "tabBarMarketplaceUnselected"},
-    {SettingsTab, "tabBarPreferencesMouseOver", "tabBarPreferencesSelected", "tabBarPreferencesUnselected"},
+    {VLRTab::Workspaces, "tabBarWorkspacesMouseOver", "tabBarWorkspacesSelected", "tabBarWorkspacesUnselected"},
+    {VLRTab::FileDrop, "tabBarFileDropMouseOver", "tabBarFileDropSelected", "tabBarFileDropUnselected"},
+    {VLRTab::Marketplace, "tabBarMarketplaceMouseOver", "tabBarMarketplaceSelected", "tabBarMarketplaceUnselected"},
+    {VLRTab::Preferences, "tabBarPreferencesMouseOver", "tabBarPreferencesSelected", "tabBarPreferencesUnselected"},
 };
 
 struct TransfersImages
@@ -109,11 +105,11 @@ void TabSelectorViewController::loadView()
     m_marketplaceButton = new VLRButton(m_view);
     m_transfersButton = new VLRButton(m_view);
     m_settingsButton = new VLRButton(m_view);
-    makeButton(m_fileDropButton, FileDropTab, slot(FileDropTab));
-    makeButton(m_workspacesButton, WorkspacesTab, slot(WorkspacesTab));
-    makeButton(m_marketplaceButton, MarketplaceTab, slot(MarketplaceTab));
-    makeButton(m_transfersButton, TransfersTab, slot(TransfersTab));
-    makeButton(m_settingsButton, SettingsTab, slot(SettingsTab));
+    makeButton(m_fileDropButton, VLRTab::FileDrop, slot(VLRTab::FileDrop));
+    makeButton(m_workspacesButton, VLRTab::Workspaces, slot(VLRTab::Workspaces));
+    makeButton(m_marketplaceButton, VLRTab::Marketplace, slot(VLRTab::Marketplace));
+    makeButton(m_transfersButton, VLRTab::Transfers, slot(VLRTab::Transfers));
+    makeButton(m_settingsButton, VLRTab::Preferences, slot(VLRTab::Preferences));
 
     m_activeUploads = false;
     m_activeDownloads = false;
@@ -137,15 +133,15 @@ void TabSelectorViewController::loadView()
 VLRButton* TabSelectorViewController::buttonForTab(int tab) const
 {
     switch (tab) {
-    case FileDropTab:
+    case VLRTab::FileDrop:
         return m_fileDropButton;
-    case WorkspacesTab:
+    case VLRTab::Workspaces:
         return m_workspacesButton;
-    case MarketplaceTab:
+    case VLRTab::Marketplace:
         return m_marketplaceButton;
-    case TransfersTab:
+    case VLRTab::Transfers:
         return m_transfersButton;
-    case SettingsTab:
+    case VLRTab::Preferences:
         return m_settingsButton;
     default:
         return nullptr;
@@ -184,7 +180,7 @@ void TabSelectorViewController::setTransfersTabIcon()
     if (!m_transfersButton)
         return;
     const TransfersImages images = transfersImages(m_activeUploads, m_activeDownloads);
-    const bool selected = m_selectedTab == TransfersTab;
+    const bool selected = m_selectedTab == VLRTab::Transfers;
     m_transfersButton->setDefaultImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(selected ? images.active : images.inactive)));
     m_transfersButton->setMouseOverImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(images.mouseOver)));
     m_transfersButton->setClickedImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(images.active)));
@@ -211,13 +207,13 @@ void TabSelectorViewController::enableDisableTabs()
 {
     if (!m_delegate || !m_marketplaceButton)
         return;
-    m_marketplaceButton->setEnabled(m_delegate->tabSelectorViewControllerTabSupported(this, MarketplaceTab));
-    m_settingsButton->setEnabled(m_delegate->tabSelectorViewControllerTabSupported(this, SettingsTab));
+    m_marketplaceButton->setEnabled(m_delegate->tabSelectorViewControllerTabSupported(this, VLRTab::Marketplace));
+    m_settingsButton->setEnabled(m_delegate->tabSelectorViewControllerTabSupported(this, VLRTab::Preferences));
 }
 
 void TabSelectorViewController::hideUnusedTabs()
 {
-    if (AppFlavor::supportsTabType(SettingsTab) || AppFlavor::supportsTabType(MarketplaceTab))
+    if (AppFlavor::supportsTabType(VLRTab::Preferences) || AppFlavor::supportsTabType(VLRTab::Marketplace))
         return;
     const int width = m_view->width();
     m_marketplaceButton->hide();
@@ -234,9 +230,9 @@ void TabSelectorViewController::hideUnusedTabs()
 void TabSelectorViewController::dropTargetButtonDidReceiveDragEvent(VLRDropTargetButton* button)
 {
     if (button == m_fileDropButton)
-        selectTab(FileDropTab);
+        selectTab(VLRTab::FileDrop);
     else if (button == m_workspacesButton)
-        selectTab(WorkspacesTab);
+        selectTab(VLRTab::Workspaces);
 }
 
 void TabSelectorViewController::dropTargetButtonDidReceiveFiles(VLRDropTargetButton*, const QStringList& files)

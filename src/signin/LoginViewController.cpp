@@ -297,10 +297,10 @@ void LoginViewController::didSignIn(const VLRUserSessionPtr& session, const VLRL
 
     if (bypass || error->localizedDescription.isNull())
         return;
-    if (error->code == 2) {
+    if (error->code == vlr::WrongCredentialsError) {
         if (m_forgotPasswordButton)
             m_forgotPasswordButton->show();
-    } else if (error->domain == vlr::VLRWebErrorDomain && error->code == 6) {
+    } else if (error->domain == vlr::VLRWebErrorDomain && error->code == vlr::UnsupportedVersionError) {
         if (m_delegate)
             m_delegate->currentVersionIsUnsupported();
     }

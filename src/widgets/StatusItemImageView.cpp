@@ -40,7 +40,7 @@ StatusItemImageView::StatusItemImageView(const QRect& frame, bool supportsAnimat
     m_supportsAnimation = supportsAnimation;
     setUpImages();
     setUpAnimation();
-    m_viewState = 1;
+    m_viewState = SignedOut;
 }
 
 QPixmap StatusItemImageView::imageNamed(const QString& name) const
@@ -83,13 +83,13 @@ void StatusItemImageView::setUpAnimation()
 
 void StatusItemImageView::animationTimer()
 {
-    const QPixmap& restingImage = m_viewState == 2 ? m_solidImage : m_greyedOutImage;
+    const QPixmap& restingImage = m_viewState == Idle ? m_solidImage : m_greyedOutImage;
     if (!m_supportsAnimation) {
         setImage(restingImage);
         return;
     }
     const quint64 frame = m_animationIndex % kFrameCount;
-    if (frame == 0 && m_viewState != 3) {
+    if (frame == 0 && m_viewState != Busy) {
         setImage(restingImage);
         return;
     }

@@ -23,6 +23,12 @@ class StatusItemImageView : public VLRImageView
 public:
     static constexpr int kFrameCount = 33;
 
+    enum ViewState : qint64 {
+        SignedOut = 1,
+        Idle = 2, // signed in, nothing going on
+        Busy = 3,
+    };
+
     StatusItemImageView(const QRect& frame, bool supportsAnimation, QWidget* parent = nullptr);
 
     qint64 viewState() const { return m_viewState; }

@@ -10,6 +10,10 @@
 class FakeInstallerOperation : public VLRInstallerOperation
 {
 public:
+    using VLRProgressReporting::setFractionCompleted;
+    using VLRProgressReporting::setFinished;
+    using VLRProgressReporting::setError;
+
     bool cancelled = false;
 
     void cancel() override { cancelled = true; }
@@ -19,6 +23,17 @@ public:
 class FakeInstaller : public VLRInstaller
 {
 public:
+    using VLRInstaller::setIdentifier;
+    using VLRInstaller::setName;
+    using VLRInstaller::setImage;
+    using VLRInstaller::setImageURL;
+    using VLRInstaller::setFirstProduct;
+    using VLRInstaller::setCurrentRevision;
+    using VLRInstaller::setInstalledVersionString;
+    using VLRInstaller::setDownloadOperation;
+    using VLRInstaller::setInstallOperation;
+    using VLRInstaller::setOverallOperation;
+
     static std::shared_ptr<FakeInstaller> make(const QString& identifier, const QString& name);
 
     FakeCallLog log;

@@ -9,6 +9,16 @@
 class FakeTransfer : public Journaled<VLRTransferReporting>
 {
 public:
+    using VLRTransferReporting::setIdentifier;
+    using VLRTransferReporting::setType;
+    using VLRTransferReporting::setSubType;
+    using VLRTransferReporting::setFileURL;
+    using VLRTransferReporting::setTotalSize;
+    using VLRTransferReporting::setFractionCompleted;
+    using VLRTransferReporting::setFinished;
+    using VLRTransferReporting::setPaused;
+    using VLRTransferReporting::setError;
+
     // A transfer of type 1 (upload) or another type (download) for the file.
     static std::shared_ptr<FakeTransfer> make(const QString& identifier, qint64 type, const QString& filePath,
                                               qint64 subType = 1);

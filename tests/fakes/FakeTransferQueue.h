@@ -7,6 +7,12 @@
 class FakeTransferQueue : public Journaled<VLRTransferQueue>
 {
 public:
+    using VLRTransferQueue::setTransfers;
+    using VLRTransferQueue::setCurrentTransfer;
+    using VLRTransferQueue::setThroughput;
+    using VLRTransferQueue::setTimeRemaining;
+    using VLRTransferQueue::setTimeRemainingInvalid;
+
     FakeCallLog log;
     // What restartTransfer answers in its error out-parameter.
     vlr::OptionalError restartError;

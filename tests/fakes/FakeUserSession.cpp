@@ -8,7 +8,7 @@ std::shared_ptr<FakeUserSession> FakeUserSession::make(const QString& email)
     session->journalName = QStringLiteral("session");
     session->journal = &session->observations;
 
-    auto user = std::make_shared<VLRUser>();
+    auto user = std::make_shared<FakeUser>();
     user->setEmail(email);
     user->setFirstName(QStringLiteral("Ada"));
     user->setLastName(QStringLiteral("Lovelace"));
@@ -30,6 +30,11 @@ std::shared_ptr<FakeUserSession> FakeUserSession::make(const QString& email)
     updater->journal = &session->observations;
     session->setUpdater(updater);
     return session;
+}
+
+std::shared_ptr<FakeUser> FakeUserSession::fakeUser() const
+{
+    return std::static_pointer_cast<FakeUser>(user());
 }
 
 std::shared_ptr<FakeTransferQueue> FakeUserSession::fakeUploader() const

@@ -3,6 +3,7 @@
 #include "fakes/FakeCallLog.h"
 #include "fakes/FakeObservationJournal.h"
 #include "fakes/FakePending.h"
+#include "fakes/FakeUser.h"
 #include "fakes/FakeTransferQueue.h"
 #include "service/VLRInstallerUpdater.h"
 #include "service/VLRUser.h"
@@ -12,6 +13,13 @@
 
 class FakeInstallerUpdater : public Journaled<VLRInstallerUpdater>
 {
+public:
+    using VLRInstallerUpdater::setInstallerUpdates;
+    using VLRInstallerUpdater::setNeverInstalled;
+    using VLRInstallerUpdater::setNotInstalled;
+    using VLRInstallerUpdater::setDownloadOperations;
+    using VLRInstallerUpdater::setCurrentInstall;
+    using VLRInstallerUpdater::overallOperationsDidChange;
 };
 
 // A session whose every property a test sets through the contract's setters,
@@ -25,6 +33,22 @@ public:
     static std::shared_ptr<FakeUserSession> make(const QString& email = QStringLiteral("ada@example.com"));
 
     FakeObservationJournal observations;
+    using VLRUserSession::setUser;
+    using VLRUserSession::setUserID;
+    using VLRUserSession::setProjects;
+    using VLRUserSession::setWorkspaces;
+    using VLRUserSession::setCompletedTransfers;
+    using VLRUserSession::setSyncingWorkspaces;
+    using VLRUserSession::setSyncingLists;
+    using VLRUserSession::setTransfersPaused;
+    using VLRUserSession::setInstallers;
+    using VLRUserSession::setPurchases;
+    using VLRUserSession::setHasPurchases;
+    using VLRUserSession::setHasWorkspaces;
+    using VLRUserSession::setUploader;
+    using VLRUserSession::setDownloader;
+    using VLRUserSession::setUpdater;
+
     FakeCallLog log;
 
     FakePending<VLRErrorHandler> logoutHandlers;
@@ -37,6 +61,7 @@ public:
     vlr::OptionalError uploadError;
     vlr::OptionalError uploadInstallerError;
 
+    std::shared_ptr<FakeUser> fakeUser() const;
     std::shared_ptr<FakeTransferQueue> fakeUploader() const;
     std::shared_ptr<FakeTransferQueue> fakeDownloader() const;
     std::shared_ptr<FakeInstallerUpdater> fakeUpdater() const;

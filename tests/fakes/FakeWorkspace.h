@@ -8,6 +8,11 @@
 class FakeWorkspace : public VLRWorkspace
 {
 public:
+    using VLRWorkspace::setIdentifier;
+    using VLRWorkspace::setName;
+    using VLRWorkspace::setUpdatedAt;
+    using VLRWorkspace::setWorkspaceUsers;
+
     static std::shared_ptr<FakeWorkspace> make(const QString& identifier, const QString& name,
                                                const QDateTime& updatedAt = {});
 

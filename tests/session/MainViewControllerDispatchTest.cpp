@@ -40,7 +40,7 @@ TEST_F(MainViewControllerTest, EachObservedPropertyReachesItsPages)
 {
     auto session = bind();
 
-    session->user()->setNeedsConfirmation(true);
+    session->fakeUser()->setNeedsConfirmation(true);
     session->setUser(session->user());
     EXPECT_EQ(journal.entries, (QStringList{"preferences.updateWithUser ada@example.com", "workspaces.updateState",
                                             "fileDrop.updateState", "transfers.updateState"}));

@@ -3,7 +3,7 @@
 #include "fakes/FakePending.h"
 #include "fakes/FakeTransfer.h"
 #include "fakes/FakeWorkspace.h"
-#include "service/VLRPublication.h"
+#include "fakes/FakePublication.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,7 +14,7 @@ namespace {
 VLRPublicationPtr publication(const QString& userID, const QString& firstName, const QString& email,
                               const QString& project, const QString& text)
 {
-    auto p = std::make_shared<VLRPublication>();
+    auto p = std::make_shared<FakePublication>();
     p->setUserID(userID);
     p->setUserFirstName(firstName);
     p->setUserEmail(email);

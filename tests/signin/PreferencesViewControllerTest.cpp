@@ -1,6 +1,6 @@
 #include "signin/SignInFixture.h"
 
-#include "service/VLRUser.h"
+#include "fakes/FakeUser.h"
 #include "app/VLRUserDefaultsKeys.h"
 #include "preferences/PreferencesViewController.h"
 #include "widgets/VLRImageCatalogue.h"
@@ -56,9 +56,9 @@ protected:
         return effect ? effect->opacity() : 1.0;
     }
 
-    static std::shared_ptr<VLRUser> user(const QString& first, const QString& last, const QString& email)
+    static std::shared_ptr<FakeUser> user(const QString& first, const QString& last, const QString& email)
     {
-        auto u = std::make_shared<VLRUser>();
+        auto u = std::make_shared<FakeUser>();
         u->setFirstName(first);
         u->setLastName(last);
         u->setEmail(email);

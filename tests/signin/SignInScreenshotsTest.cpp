@@ -3,7 +3,7 @@
 #include "signin/SignInFixture.h"
 
 #include "fakes/FakeLoginVerifier.h"
-#include "service/VLRUser.h"
+#include "fakes/FakeUser.h"
 #include "app/VLRUserDefaultsKeys.h"
 #include "signin/LoginMfaViewController.h"
 #include "signin/LoginViewController.h"
@@ -111,7 +111,7 @@ TEST_F(SignInScreenshotsTest, PreferencesPage)
     waitForDetails(page, 0);
     save(page.view(), QStringLiteral("preferences-signed-out"));
 
-    auto user = std::make_shared<VLRUser>();
+    auto user = std::make_shared<FakeUser>();
     user->setFirstName(QStringLiteral("Ada"));
     user->setLastName(QStringLiteral("Lovelace"));
     user->setEmail(QStringLiteral("ada@example.com"));
@@ -121,7 +121,7 @@ TEST_F(SignInScreenshotsTest, PreferencesPage)
     waitForDetails(page, 1);
     save(page.view(), QStringLiteral("preferences-signed-in"));
 
-    auto nameless = std::make_shared<VLRUser>();
+    auto nameless = std::make_shared<FakeUser>();
     nameless->setEmail(QStringLiteral("studio-42@example.com"));
     page.updateWithUser(nameless);
     waitForDetails(page, 1);

@@ -4,10 +4,6 @@
 #include "base/DatabaseSchema.h"
 #include "base/PrivateFiles.h"
 #include "base/SqlStatement.h"
-#include "base/DatabaseLocation.h"
-#include "base/DatabaseSchema.h"
-#include "base/PrivateFiles.h"
-#include "base/SqlStatement.h"
 #include "base/StoreLog.h"
 
 #include <QFile>

@@ -11,7 +11,7 @@ class ServiceError
 public:
     enum Code : qint64 {
         // VLRWebErrorDomain: what the service answers.
-        WrongCredentials = 2,
+        WrongCredentials = vlr::WrongCredentialsError,
         WrongCode = 3,
         VerificationEnded = 4,
         ClientKeyRefused = 5,

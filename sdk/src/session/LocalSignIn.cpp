@@ -13,8 +13,6 @@
 #include "accounts/AccountsLog.h"
 
 #include "base/LocalEnvironment.h"
-#include "session/LocalLoginVerifier.h"
-#include "session/LocalUserSession.h"
 
 #include <mutex>
 

@@ -13,6 +13,8 @@
 #include "workspaces/LocalProject.h"
 #include "accounts/AccountsLog.h"
 
+#include "workspaces/LocalPublication.h"
+#include "accounts/LocalUser.h"
 
 #include "service/VLRInstallerUpdater.h"
 #include "service/VLRPublication.h"
@@ -23,7 +25,7 @@ namespace {
 
 VLRUserPtr userRecord(const AccountStore::Account& account)
 {
-    auto user = std::make_shared<VLRUser>();
+    auto user = std::make_shared<LocalUser>();
     user->setFirstName(account.firstName);
     user->setLastName(account.lastName);
     user->setEmail(account.email);
@@ -216,7 +218,7 @@ void LocalUserSession::announce(const QList<WorkspaceStore::Publication>& public
     QStringList order;
     QHash<QString, VLRPublicationList> byWorkspace;
     for (const WorkspaceStore::Publication& publication : publications) {
-        auto record = std::make_shared<VLRPublication>();
+        auto record = std::make_shared<LocalPublication>();
         record->setUserID(publication.userId);
         record->setUserFirstName(publication.userFirstName);
         record->setUserEmail(publication.userEmail);

@@ -19,6 +19,14 @@ public:
     bool belongsTo(const LocalTransferQueue* queue) const { return m_queue.lock().get() == queue; }
     const TransferJob& job() const { return m_job; }
 
+    // Its queue changes it.
+    using VLRTransferReporting::setError;
+    using VLRTransferReporting::setFileURL;
+    using VLRTransferReporting::setFinished;
+    using VLRTransferReporting::setFractionCompleted;
+    using VLRTransferReporting::setPaused;
+    using VLRTransferReporting::setTotalSize;
+
     void pause() override;
     void unpause() override;
     void cancel() override;

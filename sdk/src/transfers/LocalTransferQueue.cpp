@@ -5,8 +5,6 @@
 #include "base/ServiceError.h"
 #include "transfers/Reaper.h"
 #include "transfers/TransferQueueHost.h"
-#include "transfers/Reaper.h"
-#include "transfers/TransferQueueHost.h"
 #include "transfers/TransfersLog.h"
 
 #include <QFileInfo>

@@ -1,6 +1,7 @@
 #include "versions/VersionManifest.h"
 
 #include "base/ServiceError.h"
+#include "versions/LocalVersionInfo.h"
 
 #include "service/VLRVersionInfo.h"
 
@@ -63,7 +64,7 @@ bool VersionManifest::outOfDate() const
 
 VLRVersionInfoPtr VersionManifest::info() const
 {
-    auto info = std::make_shared<VLRVersionInfo>();
+    auto info = std::make_shared<LocalVersionInfo>();
     info->setCurrentVersion(m_runningVersion);
     info->setLatestVersionNice(m_latestVersionNice);
     info->setReleaseNotesHTML(m_releaseNotesHTML);

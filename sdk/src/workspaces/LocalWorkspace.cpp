@@ -3,6 +3,7 @@
 #include "base/Clock.h"
 #include "base/PrivateFiles.h"
 #include "store/UserFolders.h"
+#include "workspaces/LocalWorkspaceUser.h"
 
 #include "service/VLRWorkspaceUser.h"
 
@@ -21,7 +22,7 @@ VLRWorkspaceUserList LocalWorkspace::membersOf(const WorkspaceStore::Workspace& 
 {
     VLRWorkspaceUserList users;
     for (const WorkspaceStore::Member& member : snapshot.members) {
-        auto user = std::make_shared<VLRWorkspaceUser>();
+        auto user = std::make_shared<LocalWorkspaceUser>();
         user->setFirstName(member.firstName);
         user->setLastName(member.lastName);
         user->setRole(member.role);

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "service/VLRUser.h"
+
+// The signed-in account as the library fills it in.
+class LocalUser final : public VLRUser
+{
+public:
+    using VLRUser::setFirstName;
+    using VLRUser::setLastName;
+    using VLRUser::setEmail;
+    using VLRUser::setAvatar;
+    using VLRUser::setNeedsConfirmation;
+};

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "service/VLRWorkspaceUser.h"
+
+// A workspace member as the library fills it in.
+class LocalWorkspaceUser final : public VLRWorkspaceUser
+{
+public:
+    using VLRWorkspaceUser::setAvatar;
+    using VLRWorkspaceUser::setRole;
+    using VLRWorkspaceUser::setFirstName;
+    using VLRWorkspaceUser::setLastName;
+};

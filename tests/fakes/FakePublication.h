@@ -1,0 +1,14 @@
+#pragma once
+
+#include "service/VLRPublication.h"
+
+// A publication whose every field a test sets.
+class FakePublication final : public VLRPublication
+{
+public:
+    using VLRPublication::setUserID;
+    using VLRPublication::setUserFirstName;
+    using VLRPublication::setUserEmail;
+    using VLRPublication::setProjectName;
+    using VLRPublication::setText;
+};
