@@ -7,12 +7,12 @@
 #include "accounts/AccountStore.h"
 #include "base/Clock.h"
 #include "base/Database.h"
+#include "session/EmbeddedServiceLibrary.h"
 #include "session/LocalUserSession.h"
 #include "transfers/DownloadLink.h"
 #include "transfers/LocalTransfer.h"
 #include "transfers/TransferStore.h"
 #include "workspaces/WorkspaceStore.h"
-#include "session/EmbeddedServiceLibrary.h"
 
 #include "service/VLRLogFormat.h"
 #include "service/VLRLogHandler.h"
@@ -124,7 +124,8 @@ void timeCp(const QString& from, const QString& to, double* cp, double* cpAndSyn
     QFile::remove(to);
     *cp = timeCommand(QStringLiteral("cp"), {from, to});
     QFile::remove(to);
-    *cpAndSync = timeCommand(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral("cp \"$0\" \"$1\" && sync \"$1\""), from, to});
+    *cpAndSync = timeCommand(QStringLiteral("sh"),
+                             {QStringLiteral("-c"), QStringLiteral("cp \"$0\" \"$1\" && sync \"$1\""), from, to});
     QFile::remove(to);
 }
 
@@ -174,7 +175,8 @@ void BM_UploadOneGiBAgainstCp(benchmark::State& state)
         file.close();
         QElapsedTimer clock;
         clock.start();
-        session->uploadAndPublishNewRevision(QUrl::fromLocalFile(source), service.workspaceId, false, QString(), nullptr);
+        session->uploadAndPublishNewRevision(QUrl::fromLocalFile(source), service.workspaceId, false, QString(),
+                                             nullptr);
         const VLRTransferReportingPtr transfer = session->uploader()->transfers().last();
         waitUntil([&] { return transfer->isFinished(); });
         times.add(state, double(clock.nsecsElapsed()) / 1e9, cp, cpAndSync);

@@ -22,8 +22,7 @@ public:
     explicit StatusItemClock(StatusItemImageView* view)
         : m_view(view)
         , m_tick(view->metaObject()->method(view->metaObject()->indexOfSlot("animationTimer()")))
-    {
-    }
+    { }
 
     void tick() { m_tick.invoke(m_view, Qt::DirectConnection); }
 

@@ -11,15 +11,14 @@
 
 #include <QDir>
 #include <QFile>
-#include <QImage>
 #include <QFileInfo>
+#include <QImage>
 #include <QStandardPaths>
 
 AdminTool::AdminTool(QTextStream& out, QTextStream& err)
     : m_out(out)
     , m_err(err)
-{
-}
+{ }
 
 AdminTool::~AdminTool() = default;
 
@@ -101,8 +100,9 @@ std::optional<WorkspaceStore::Workspace> AdminTool::workspace(const QString& idO
         ids.append(named.text(0));
     if (ids.size() == 1)
         return workspaces.workspace(ids.first());
-    fail(ids.isEmpty() ? QStringLiteral("no workspace is called %1").arg(idOrName)
-                       : QStringLiteral("%1 workspaces are called %2; give the identifier").arg(ids.size()).arg(idOrName));
+    fail(ids.isEmpty()
+             ? QStringLiteral("no workspace is called %1").arg(idOrName)
+             : QStringLiteral("%1 workspaces are called %2; give the identifier").arg(ids.size()).arg(idOrName));
     return std::nullopt;
 }
 
@@ -154,7 +154,8 @@ int AdminTool::addUser(QStringList arguments)
     if (arguments.size() != 2)
         return usage(2);
     QString failure;
-    const QString id = AccountStore(*m_database).add(arguments.at(0), first, last, arguments.at(1), unconfirmed, &failure);
+    const QString id =
+        AccountStore(*m_database).add(arguments.at(0), first, last, arguments.at(1), unconfirmed, &failure);
     if (id.isNull())
         return fail(failure);
     m_out << id << "\n";
@@ -240,9 +241,9 @@ int AdminTool::addMember(QStringList arguments)
     if (!member)
         return 1;
     return WorkspaceStore(*m_database)
-                   .addMember(target->id, member->id, owner ? WorkspaceStore::OwnerRole : WorkspaceStore::MemberRole)
-               ? 0
-               : fail(m_database->errorMessage());
+               .addMember(target->id, member->id, owner ? WorkspaceStore::OwnerRole : WorkspaceStore::MemberRole)
+        ? 0
+        : fail(m_database->errorMessage());
 }
 
 int AdminTool::publish(QStringList arguments)

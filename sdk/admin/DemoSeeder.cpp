@@ -13,8 +13,7 @@
 
 DemoSeeder::DemoSeeder(Database& database)
     : m_database(database)
-{
-}
+{ }
 
 QString DemoSeeder::publishFile(Database& database, const QString& workspaceId, const QString& userId,
                                 const QString& path, const QString& text, QString* failure)
@@ -26,10 +25,10 @@ QString DemoSeeder::publishFile(Database& database, const QString& workspaceId, 
     job.filePath = path;
     job.workspaceId = workspaceId;
     job.text = text.isNull() ? QStringLiteral("") : text;
-    const TransferResult result = UploadRun(
-                                      job, database.folder(), database, [] { return false; }, [](qint64) {},
-                                      [](qint64) {})
-                                      .run();
+    const TransferResult result =
+        UploadRun(
+            job, database.folder(), database, [] { return false; }, [](qint64) {}, [](qint64) {})
+            .run();
     if (result.outcome != TransferResult::Outcome::Completed) {
         if (failure)
             *failure = result.error ? result.error->localizedDescription : QStringLiteral("the upload stopped");
@@ -61,7 +60,8 @@ bool DemoSeeder::workspace(const QString& name, int daysAgo, const QString& owne
         const QString path = folder.path() + QLatin1Char('/') + fileName;
         QFile file(path);
         if (!file.open(QIODevice::WriteOnly)
-            || file.write(QStringLiteral("%1\n\nA demo file of the workspace \"%2\".\n").arg(fileName, name).toUtf8()) < 0)
+            || file.write(QStringLiteral("%1\n\nA demo file of the workspace \"%2\".\n").arg(fileName, name).toUtf8())
+                < 0)
             return false;
         file.close();
         if (publishFile(m_database, id, authorId, path, comment, failure).isNull())
@@ -69,7 +69,8 @@ bool DemoSeeder::workspace(const QString& name, int daysAgo, const QString& owne
     }
     // The workspace's date is set last, as the publications moved it to now.
     const qint64 when = Clock::nowMs() - qint64(daysAgo) * 24 * 3600 * 1000;
-    SqlStatement date(m_database.handle(), "UPDATE workspaces SET updated_at = ?2, created_at = min(created_at, ?2) WHERE id = ?1");
+    SqlStatement date(m_database.handle(),
+                      "UPDATE workspaces SET updated_at = ?2, created_at = min(created_at, ?2) WHERE id = ?1");
     return date.bind(1, id).bind(2, when).run();
 }
 
@@ -80,26 +81,27 @@ bool DemoSeeder::seed(QString* failure)
         return true;
     }
     const bool seeded = m_database.transaction([&] {
-        const QString demo = person(QString::fromLatin1(email), QStringLiteral("Dana"), QStringLiteral("Demo"), failure);
-        const QString rafael = person(QStringLiteral("rafael@veluria.local"), QStringLiteral("Rafael"),
-                                      QStringLiteral("Ortiz"), failure);
-        const QString mei = person(QStringLiteral("mei@veluria.local"), QStringLiteral("Mei"), QStringLiteral("Tanaka"),
-                                   failure);
+        const QString demo =
+            person(QString::fromLatin1(email), QStringLiteral("Dana"), QStringLiteral("Demo"), failure);
+        const QString rafael =
+            person(QStringLiteral("rafael@veluria.local"), QStringLiteral("Rafael"), QStringLiteral("Ortiz"), failure);
+        const QString mei =
+            person(QStringLiteral("mei@veluria.local"), QStringLiteral("Mei"), QStringLiteral("Tanaka"), failure);
         if (demo.isNull() || rafael.isNull() || mei.isNull())
             return false;
         return workspace(QStringLiteral("Brand refresh"), 0, demo, {rafael, mei},
                          {{QStringLiteral("logo-sketches.txt"), QStringLiteral("First round of logo ideas")},
                           {QStringLiteral("palette.txt"), QString()}},
                          rafael, failure)
-               && workspace(QStringLiteral("Spring campaign"), 1, rafael, {demo},
-                            {{QStringLiteral("storyboard.txt"), QStringLiteral("Draft for Monday's review")}}, rafael,
-                            failure)
-               && workspace(QStringLiteral("Product shots"), 4, demo, {mei},
-                            {{QStringLiteral("shot-list.txt"), QStringLiteral("Shot list for the studio day")}}, demo,
-                            failure)
-               && workspace(QStringLiteral("Website copy"), 12, mei, {demo, rafael}, {}, mei, failure)
-               && workspace(QStringLiteral("Archive 2023"), 45, demo, {},
-                            {{QStringLiteral("annual-report.txt"), QString()}}, demo, failure);
+            && workspace(QStringLiteral("Spring campaign"), 1, rafael, {demo},
+                         {{QStringLiteral("storyboard.txt"), QStringLiteral("Draft for Monday's review")}}, rafael,
+                         failure)
+            && workspace(QStringLiteral("Product shots"), 4, demo, {mei},
+                         {{QStringLiteral("shot-list.txt"), QStringLiteral("Shot list for the studio day")}}, demo,
+                         failure)
+            && workspace(QStringLiteral("Website copy"), 12, mei, {demo, rafael}, {}, mei, failure)
+            && workspace(QStringLiteral("Archive 2023"), 45, demo, {},
+                         {{QStringLiteral("annual-report.txt"), QString()}}, demo, failure);
     });
     if (!seeded && failure && failure->isEmpty())
         *failure = m_database.errorMessage();

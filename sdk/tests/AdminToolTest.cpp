@@ -24,7 +24,8 @@ protected:
         err.clear();
         QTextStream outStream(&out);
         QTextStream errStream(&err);
-        return AdminTool(outStream, errStream).run(QStringList{QStringLiteral("--database"), databaseFolder()} + arguments);
+        return AdminTool(outStream, errStream)
+            .run(QStringList{QStringLiteral("--database"), databaseFolder()} + arguments);
     }
 
     QString out;
@@ -34,11 +35,13 @@ protected:
 TEST_F(Admin, TheDemoAccountIsMadeOnceAndSignsIn)
 {
     ASSERT_EQ(admin({QStringLiteral("demo")}), 0) << err.toStdString();
-    EXPECT_EQ(out, QStringLiteral("The demo account is ready.\nSign in with demo@veluria.local and the password "
-                                  "veluria-demo (service: localhost).\n"));
+    EXPECT_EQ(out,
+              QStringLiteral("The demo account is ready.\nSign in with demo@veluria.local and the password "
+                             "veluria-demo (service: localhost).\n"));
     ASSERT_EQ(admin({QStringLiteral("demo")}), 0);
-    EXPECT_EQ(out, QStringLiteral("The demo account exists already.\nSign in with demo@veluria.local and the "
-                                  "password veluria-demo (service: localhost).\n"));
+    EXPECT_EQ(out,
+              QStringLiteral("The demo account exists already.\nSign in with demo@veluria.local and the "
+                             "password veluria-demo (service: localhost).\n"));
 
     const auto session = signedIn(QStringLiteral("demo@veluria.local"), QStringLiteral("veluria-demo"));
     ASSERT_NE(session, nullptr);
@@ -46,9 +49,10 @@ TEST_F(Admin, TheDemoAccountIsMadeOnceAndSignsIn)
     QStringList names;
     for (const VLRWorkspacePtr& workspace : session->workspaces())
         names.append(workspace->name());
-    EXPECT_EQ(names, (QStringList{QStringLiteral("Brand refresh"), QStringLiteral("Spring campaign"),
-                                  QStringLiteral("Product shots"), QStringLiteral("Website copy"),
-                                  QStringLiteral("Archive 2023")}));
+    EXPECT_EQ(
+        names,
+        (QStringList{QStringLiteral("Brand refresh"), QStringLiteral("Spring campaign"),
+                     QStringLiteral("Product shots"), QStringLiteral("Website copy"), QStringLiteral("Archive 2023")}));
     EXPECT_EQ(session->workspaces().at(0)->workspaceUsers().size(), 3);
     EXPECT_EQ(session->projects().size(), 5);
 }
@@ -79,7 +83,8 @@ TEST_F(Admin, AccountsAreManagedAndMistakesExplained)
     ASSERT_TRUE(picture.save(path));
     ASSERT_EQ(admin({QStringLiteral("avatar"), QStringLiteral("ann@example.com"), path}), 0) << err.toStdString();
     writeFile(home() + QStringLiteral("/not.png"), "text");
-    EXPECT_EQ(admin({QStringLiteral("avatar"), QStringLiteral("ann@example.com"), home() + QStringLiteral("/not.png")}), 1);
+    EXPECT_EQ(admin({QStringLiteral("avatar"), QStringLiteral("ann@example.com"), home() + QStringLiteral("/not.png")}),
+              1);
 
     ASSERT_EQ(admin({QStringLiteral("passwd"), QStringLiteral("ann@example.com"), QStringLiteral("new pw")}), 0);
     EXPECT_NE(signIn(QStringLiteral("ann@example.com"), QStringLiteral("pw")).error, std::nullopt);
@@ -94,8 +99,9 @@ TEST_F(Admin, ASecondFactorPrintsWhatAnAuthenticatorNeeds)
     addUser(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
     ASSERT_EQ(admin({QStringLiteral("enable-2fa"), QStringLiteral("ann@example.com")}), 0);
     const QRegularExpressionMatch printed =
-        QRegularExpression(QStringLiteral("^secret: ([A-Z2-7]{32})\\nuri: (otpauth://totp/Veluria:ann@example.com\\?"
-                                          "secret=([A-Z2-7]{32})&issuer=Veluria&algorithm=SHA1&digits=6&period=30)\\n$"))
+        QRegularExpression(
+            QStringLiteral("^secret: ([A-Z2-7]{32})\\nuri: (otpauth://totp/Veluria:ann@example.com\\?"
+                           "secret=([A-Z2-7]{32})&issuer=Veluria&algorithm=SHA1&digits=6&period=30)\\n$"))
             .match(out);
     ASSERT_TRUE(printed.hasMatch()) << out.toStdString();
     EXPECT_EQ(printed.captured(1), printed.captured(3));
@@ -108,7 +114,8 @@ TEST_F(Admin, WorkspacesMembersPublicationsAndLinks)
 {
     addUser(QStringLiteral("ann@example.com"), QStringLiteral("pw"), QStringLiteral("Ann"));
     addUser(QStringLiteral("bob@example.com"), QStringLiteral("pw"), QStringLiteral("Bob"));
-    ASSERT_EQ(admin({QStringLiteral("add-workspace"), QStringLiteral("Posters"), QStringLiteral("ann@example.com")}), 0);
+    ASSERT_EQ(admin({QStringLiteral("add-workspace"), QStringLiteral("Posters"), QStringLiteral("ann@example.com")}),
+              0);
     const QString id = out.trimmed();
     EXPECT_EQ(admin({QStringLiteral("comment"), QStringLiteral("Posters"), QStringLiteral("bob@example.com"),
                      QStringLiteral("hi")}),
@@ -124,7 +131,8 @@ TEST_F(Admin, WorkspacesMembersPublicationsAndLinks)
         << err.toStdString();
     const QString first = out.trimmed();
     writeFile(file, "version two");
-    ASSERT_EQ(admin({QStringLiteral("publish"), QStringLiteral("Posters"), QStringLiteral("bob@example.com"), file}), 0);
+    ASSERT_EQ(admin({QStringLiteral("publish"), QStringLiteral("Posters"), QStringLiteral("bob@example.com"), file}),
+              0);
     const QString second = out.trimmed();
     ASSERT_TRUE(DownloadLink::parse(first).has_value());
     EXPECT_EQ(DownloadLink::parse(first)->workspaceId, id);
@@ -138,7 +146,8 @@ TEST_F(Admin, WorkspacesMembersPublicationsAndLinks)
                      QStringLiteral("--revision"), QStringLiteral("9")}),
               1);
     EXPECT_EQ(err, QStringLiteral("veluria-admin: Posters has no file poster.txt in revision 9\n"));
-    ASSERT_EQ(admin({QStringLiteral("add-workspace"), QStringLiteral("Posters"), QStringLiteral("bob@example.com")}), 0);
+    ASSERT_EQ(admin({QStringLiteral("add-workspace"), QStringLiteral("Posters"), QStringLiteral("bob@example.com")}),
+              0);
     EXPECT_EQ(admin({QStringLiteral("link"), QStringLiteral("Posters"), QStringLiteral("poster.txt")}), 1);
     EXPECT_EQ(err, QStringLiteral("veluria-admin: 2 workspaces are called Posters; give the identifier\n"));
 

@@ -16,8 +16,9 @@ ChildProcess::ChildProcess(const QString& role, const QString& databaseFolder, c
     environment.insert(extra);
     m_process.setProcessEnvironment(environment);
     m_process.setProcessChannelMode(QProcess::MergedChannels);
-    m_process.start(QCoreApplication::applicationFilePath(),
-                    {QStringLiteral("--gtest_filter=ChildRole.") + role, QStringLiteral("--gtest_also_run_disabled_tests")});
+    m_process.start(
+        QCoreApplication::applicationFilePath(),
+        {QStringLiteral("--gtest_filter=ChildRole.") + role, QStringLiteral("--gtest_also_run_disabled_tests")});
 }
 
 ChildProcess::~ChildProcess()
@@ -55,7 +56,7 @@ bool ChildProcess::waitForSuccess(int timeoutMs)
     }
     m_output += QString::fromLocal8Bit(m_process.readAll());
     return m_process.state() == QProcess::NotRunning && m_process.exitStatus() == QProcess::NormalExit
-           && m_process.exitCode() == 0 && m_output.contains(QLatin1String("[  PASSED  ] 1 test"));
+        && m_process.exitCode() == 0 && m_output.contains(QLatin1String("[  PASSED  ] 1 test"));
 }
 
 void ChildProcess::killHard()

@@ -13,9 +13,10 @@
 
 namespace {
 
-QByteArray copyResult(const QString& from, const QString& to, qint64* reported = nullptr,
-                      ResumableCopy::Outcome expected = ResumableCopy::Outcome::Done,
-                      const std::function<bool()>& shouldStop = [] { return false; })
+QByteArray copyResult(
+    const QString& from, const QString& to, qint64* reported = nullptr,
+    ResumableCopy::Outcome expected = ResumableCopy::Outcome::Done,
+    const std::function<bool()>& shouldStop = [] { return false; })
 {
     qint64 bytes = 0;
     ResumableCopy copy(from, to, shouldStop, [&bytes](qint64 n) { bytes += n; });
@@ -70,23 +71,25 @@ TEST(ResumableCopies, ASourceThatChangesUnderTheCopyFails)
     const QString source =
         ServiceFixture::writeFile(folder.path() + QStringLiteral("/source"), ServiceFixture::randomBytes(1000000));
     bool touched = false;
-    ResumableCopy copy(source, folder.path() + QStringLiteral("/partial"),
-                       [&] {
-                           if (!touched) {
-                               touched = true;
-                               QFile file(source);
-                               file.open(QIODevice::Append);
-                               file.write("more");
-                           }
-                           return false;
-                       },
-                       [](qint64) {});
+    ResumableCopy copy(
+        source, folder.path() + QStringLiteral("/partial"),
+        [&] {
+            if (!touched) {
+                touched = true;
+                QFile file(source);
+                file.open(QIODevice::Append);
+                file.write("more");
+            }
+            return false;
+        },
+        [](qint64) {});
     EXPECT_EQ(copy.run(), ResumableCopy::Outcome::Failed);
     EXPECT_TRUE(copy.sourceChanged());
     EXPECT_EQ(copy.failure(), QStringLiteral("source"));
 
-    ResumableCopy missing(folder.path() + QStringLiteral("/none"), folder.path() + QStringLiteral("/p2"),
-                          [] { return false; }, [](qint64) {});
+    ResumableCopy missing(
+        folder.path() + QStringLiteral("/none"), folder.path() + QStringLiteral("/p2"), [] { return false; },
+        [](qint64) {});
     EXPECT_EQ(missing.run(), ResumableCopy::Outcome::Failed);
     EXPECT_TRUE(missing.failedOnSource());
     EXPECT_EQ(missing.failure(), QStringLiteral("\"none\": No such file or directory"));
@@ -122,8 +125,9 @@ TEST_F(DamagedContent, ADamagedContentFailsItsDownloadAndLeavesNothing)
     const QString workspace = addWorkspace(QStringLiteral("W"), ann);
     const ContentStore store(databaseFolder());
     const QByteArray digest = store.put(randomBytes(600000), nullptr);
-    const QString revision = WorkspaceStore(database()).addRevision(workspace, ann, QStringLiteral("photo.raw"),
-                                                                    QString::fromLatin1(digest), false, 600000, {});
+    const QString revision =
+        WorkspaceStore(database())
+            .addRevision(workspace, ann, QStringLiteral("photo.raw"), QString::fromLatin1(digest), false, 600000, {});
     QFile blob(store.pathOf(digest));
     ASSERT_TRUE(blob.open(QIODevice::ReadWrite));
     blob.seek(300000);

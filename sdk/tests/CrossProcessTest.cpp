@@ -83,7 +83,8 @@ TEST(CrashReporting, AFatalSignalLeavesACrashLogBesideTheLog)
     QTemporaryDir home;
     ChildProcess client(QStringLiteral("Crasher"), home.path() + QStringLiteral("/db"), home.path());
     EXPECT_FALSE(client.waitForSuccess());
-    const QByteArray log = ServiceFixture::readFile(home.path() + QStringLiteral("/.local/share/Veluria/Logs/crash.log"));
+    const QByteArray log =
+        ServiceFixture::readFile(home.path() + QStringLiteral("/.local/share/Veluria/Logs/crash.log"));
     EXPECT_TRUE(log.startsWith("Veluria crashed: signal 11\n")) << log.left(200).toStdString();
 }
 

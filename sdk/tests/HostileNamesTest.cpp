@@ -60,8 +60,8 @@ TEST(DownloadLinks, OnlyWellFormedLinksAreTaken)
                                QStringLiteral("veluria://download?workspace=%1&revision=%2#x"),
                                QStringLiteral("veluria://download?workspace=..%2F..&revision=%2"),
                                QStringLiteral("veluria://download?workspace=%1&revision=%2&revision=%1")})
-        EXPECT_FALSE(DownloadLink::parse(QString(bad).replace(QStringLiteral("%1"), workspace)
-                                             .replace(QStringLiteral("%2"), revision))
+        EXPECT_FALSE(DownloadLink::parse(
+                         QString(bad).replace(QStringLiteral("%1"), workspace).replace(QStringLiteral("%2"), revision))
                          .has_value())
             << bad.toStdString();
 }
@@ -79,9 +79,11 @@ TEST_F(HostileNames, DownloadsOfHostileNamesStayInTheirFolder)
     const ContentStore store(databaseFolder());
     const QByteArray payload = store.put("gotcha", nullptr);
     QJsonArray entries;
-    for (const QString& path : {QStringLiteral("../../escaped.txt"), QStringLiteral("/tmp/absolute.txt"),
-                                QStringLiteral("sub/../../up.txt"), QStringLiteral("ok/\x07" "bell.txt"),
-                                QStringLiteral("fine.txt")})
+    for (const QString& path :
+         {QStringLiteral("../../escaped.txt"), QStringLiteral("/tmp/absolute.txt"), QStringLiteral("sub/../../up.txt"),
+          QStringLiteral("ok/\x07"
+                         "bell.txt"),
+          QStringLiteral("fine.txt")})
         entries.append(QJsonObject{{QStringLiteral("path"), path},
                                    {QStringLiteral("content"), QString::fromLatin1(payload)},
                                    {QStringLiteral("size"), 6}});
@@ -115,12 +117,13 @@ TEST_F(HostileNames, DownloadsOfHostileNamesStayInTheirFolder)
             written.append(path);
     }
     written.sort();
-    EXPECT_EQ(written, (QStringList{QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/Untitled/Untitled/escaped.txt"),
-                                    QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/fine.txt"),
-                                    QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/ok/_bell.txt"),
-                                    QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/sub/Untitled/Untitled/up.txt"),
-                                    QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/tmp/absolute.txt"),
-                                    QStringLiteral("Veluria/.._.._Outside_/_etc_cron.d_job")}));
+    EXPECT_EQ(written,
+              (QStringList{QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/Untitled/Untitled/escaped.txt"),
+                           QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/fine.txt"),
+                           QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/ok/_bell.txt"),
+                           QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/sub/Untitled/Untitled/up.txt"),
+                           QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/tmp/absolute.txt"),
+                           QStringLiteral("Veluria/.._.._Outside_/_etc_cron.d_job")}));
     EXPECT_TRUE(QFileInfo(folder).isDir());
 }
 

@@ -40,7 +40,8 @@ TEST(Keychain, NoKeyringMeansNoPasswordThenARealKeyringKeepsIt)
     environment.insert(QStringLiteral("HOME"), keyringHome.path());
     environment.insert(QStringLiteral("XDG_DATA_HOME"), keyringHome.path() + QStringLiteral("/data"));
     keyring.setProcessEnvironment(environment);
-    keyring.start(daemon, {QStringLiteral("--foreground"), QStringLiteral("--unlock"), QStringLiteral("--components=secrets")});
+    keyring.start(daemon,
+                  {QStringLiteral("--foreground"), QStringLiteral("--unlock"), QStringLiteral("--components=secrets")});
     ASSERT_TRUE(keyring.waitForStarted());
     keyring.write("test keyring password");
     keyring.closeWriteChannel();

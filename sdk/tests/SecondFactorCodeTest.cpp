@@ -12,12 +12,10 @@ const QByteArray rfcSecret("12345678901234567890");
 // RFC 6238, appendix B: the SHA-1 column, eight digits.
 TEST(SecondFactorCode, MatchesTheRfc6238Sha1TestVectors)
 {
-    const QList<QPair<qint64, QString>> vectors{{59, QStringLiteral("94287082")},
-                                                {1111111109, QStringLiteral("07081804")},
-                                                {1111111111, QStringLiteral("14050471")},
-                                                {1234567890, QStringLiteral("89005924")},
-                                                {2000000000, QStringLiteral("69279037")},
-                                                {20000000000, QStringLiteral("65353130")}};
+    const QList<QPair<qint64, QString>> vectors{
+        {59, QStringLiteral("94287082")},         {1111111109, QStringLiteral("07081804")},
+        {1111111111, QStringLiteral("14050471")}, {1234567890, QStringLiteral("89005924")},
+        {2000000000, QStringLiteral("69279037")}, {20000000000, QStringLiteral("65353130")}};
     for (const auto& [time, code] : vectors)
         EXPECT_EQ(Totp::code(rfcSecret, Totp::stepAt(time), 8), code) << time;
     // Authenticator apps show the last six digits of the same number.

@@ -78,7 +78,8 @@ void ServiceFixture::TearDown()
 QString ServiceFixture::addUser(const QString& email, const QString& password, const QString& firstName)
 {
     QString failure;
-    const QString id = AccountStore(*m_database).add(email, firstName, QStringLiteral("Lee"), password, false, &failure);
+    const QString id =
+        AccountStore(*m_database).add(email, firstName, QStringLiteral("Lee"), password, false, &failure);
     EXPECT_FALSE(id.isNull()) << failure.toStdString();
     return id;
 }
@@ -96,14 +97,15 @@ ServiceFixture::SignInOutcome ServiceFixture::signIn(const QString& email, const
     auto outcome = std::make_shared<SignInOutcome>();
     library().createUserSessionWithLoginCredentials(
         VLRLoginCredentials(email, password), apiKey, true,
-        [outcome](const VLRUserSessionPtr& session, const VLRLoginVerifierPtr& verifier, const vlr::OptionalError& error) {
+        [outcome](const VLRUserSessionPtr& session, const VLRLoginVerifierPtr& verifier,
+                  const vlr::OptionalError& error) {
             outcome->session = session;
             outcome->syncingListsAtAnswer = session && session->syncingLists();
             outcome->hasWorkspacesAtAnswer = session && session->hasWorkspaces();
             outcome->verifier = verifier;
             outcome->error = error;
-            outcome->onGuiThread = outcome->onGuiThread
-                                   && QThread::currentThread() == QCoreApplication::instance()->thread();
+            outcome->onGuiThread =
+                outcome->onGuiThread && QThread::currentThread() == QCoreApplication::instance()->thread();
             ++outcome->calls;
         });
     EXPECT_TRUE(waitUntil([&] { return outcome->calls > 0; }));

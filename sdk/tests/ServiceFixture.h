@@ -2,9 +2,9 @@
 
 #include "accounts/AccountStore.h"
 #include "base/Database.h"
+#include "session/EmbeddedServiceLibrary.h"
 #include "session/LocalUserSession.h"
 #include "workspaces/WorkspaceStore.h"
-#include "session/EmbeddedServiceLibrary.h"
 
 #include "service/VLRInit.h"
 #include "service/VLRObject.h"
@@ -57,8 +57,8 @@ class RecordingDelegate : public VLRUserSessionDelegate
 public:
     void passwordChanged() override { ++passwordChanges; }
     void downstreamProxyUnavailable() override { ++serviceLosses; }
-    void currentVersionIsUnsupported() override {}
-    void clientKeyExpired() override {}
+    void currentVersionIsUnsupported() override { }
+    void clientKeyExpired() override { }
     void getFolderURLFromUser(const QString&, const QUrl&, const VLRFolderValidationHandler&,
                               const VLRFolderCompletionHandler& completionHandler) override
     {

@@ -92,23 +92,24 @@ TEST_F(SignIn, SecondFactorRightWrongLateReusedAndGuessed)
     auto verify = [&](const VLRLoginVerifierPtr& verifier, const QString& code) {
         auto result = std::make_shared<std::pair<VLRUserSessionPtr, vlr::OptionalError>>();
         auto calls = std::make_shared<int>(0);
-        verifier->verifyLoginWithCode(code, true,
-                                      [result, calls](const VLRUserSessionPtr& session, const vlr::OptionalError& error) {
-                                          *result = {session, error};
-                                          ++*calls;
-                                      });
+        verifier->verifyLoginWithCode(
+            code, true, [result, calls](const VLRUserSessionPtr& session, const vlr::OptionalError& error) {
+                *result = {session, error};
+                ++*calls;
+            });
         EXPECT_TRUE(waitUntil([&] { return *calls > 0; }));
         QCoreApplication::processEvents();
         EXPECT_EQ(*calls, 1);
         return *result;
     };
     const qint64 step = Totp::stepAt(QDateTime::currentSecsSinceEpoch());
-    const auto wrong = verify(first.verifier, QStringLiteral("000000") == Totp::code(secret, step)
-                                                  ? QStringLiteral("111111")
-                                                  : QStringLiteral("000000"));
+    const auto wrong = verify(first.verifier,
+                              QStringLiteral("000000") == Totp::code(secret, step) ? QStringLiteral("111111")
+                                                                                   : QStringLiteral("000000"));
     ASSERT_TRUE(wrong.second.has_value());
     EXPECT_EQ(wrong.second->code, 3);
-    EXPECT_EQ(wrong.second->localizedDescription, QStringLiteral("The verification code is not correct or has expired."));
+    EXPECT_EQ(wrong.second->localizedDescription,
+              QStringLiteral("The verification code is not correct or has expired."));
     const auto late = verify(first.verifier, Totp::code(secret, step - 3));
     ASSERT_TRUE(late.second.has_value());
     EXPECT_EQ(late.second->code, 3);

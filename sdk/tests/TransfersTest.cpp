@@ -167,7 +167,8 @@ TEST_F(Transfers, UploadAndDownloadRoundTripByteForByteOnTheGuiThread)
     ASSERT_TRUE(waitUntil([&] { return finished(siteDown.transfer); }));
     ASSERT_FALSE(siteDown.transfer->error().has_value());
     for (auto it = files.begin(); it != files.end(); ++it)
-        EXPECT_EQ(readFile(home() + QStringLiteral("/Veluria/Shared/Site/") + it.key()), it.value()) << it.key().toStdString();
+        EXPECT_EQ(readFile(home() + QStringLiteral("/Veluria/Shared/Site/") + it.key()), it.value())
+            << it.key().toStdString();
     EXPECT_FALSE(QFileInfo::exists(home() + QStringLiteral("/Veluria/Shared/.Site.veluria-part")));
 
     EXPECT_TRUE(recorder.allOnGuiThread());
@@ -256,7 +257,8 @@ TEST_F(Transfers, CompletedListSurvivesANewSessionUntilCleared)
     EXPECT_EQ(session->completedTransfers().at(2)->identifier(), waiting->identifier());
 
     // A failed upload's partial copy waits for a retry until the list is cleared.
-    const QString partial = databaseFolder() + QStringLiteral("/Store/tmp/") + cancelled->identifier() + QStringLiteral("-0.part");
+    const QString partial =
+        databaseFolder() + QStringLiteral("/Store/tmp/") + cancelled->identifier() + QStringLiteral("-0.part");
     writeFile(partial, "x");
     session->clearCompletedTransfers();
     EXPECT_TRUE(session->completedTransfers().isEmpty());
@@ -273,16 +275,16 @@ TEST_F(Transfers, DownloadRequestsThatCantBeServedSaySo)
 {
     const QString bob = addUser(QStringLiteral("bob@example.com"), QStringLiteral("pw"));
     const QString bobs = addWorkspace(QStringLiteral("Bob's"), bob);
-    const QString revision = WorkspaceStore(database()).addRevision(bobs, bob, QStringLiteral("secret.txt"),
-                                                                    QString(64, QLatin1Char('a')), false, 1, QString());
+    const QString revision =
+        WorkspaceStore(database())
+            .addRevision(bobs, bob, QStringLiteral("secret.txt"), QString(64, QLatin1Char('a')), false, 1, QString());
     const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
     ASSERT_NE(session, nullptr);
     const QString unknown = DownloadLink::make(shared, QStringLiteral("0b2d9d4c-a4cf-43c0-ae70-c2df40616431"));
-    const QList<QPair<QString, qint64>> cases{
-        {DownloadLink::make(shared, revision) + QStringLiteral("&extra=1"), 35},
-        {unknown, 12},
-        {DownloadLink::make(shared, revision), 12},
-        {DownloadLink::make(bobs, revision), 10}};
+    const QList<QPair<QString, qint64>> cases{{DownloadLink::make(shared, revision) + QStringLiteral("&extra=1"), 35},
+                                              {unknown, 12},
+                                              {DownloadLink::make(shared, revision), 12},
+                                              {DownloadLink::make(bobs, revision), 10}};
     for (const auto& [link, code] : cases) {
         const Requested answer = download(session, link);
         EXPECT_EQ(answer.transfer, nullptr) << link.toStdString();
@@ -302,7 +304,8 @@ TEST_F(Transfers, NewerRevisionsComeDownByThemselvesAndTheCacheKeepsItsLimit)
     WorkspaceStore(database()).addMember(shared, bob, WorkspaceStore::MemberRole);
     const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
     ASSERT_NE(session, nullptr);
-    const VLRTransferReportingPtr first = upload(session, writeFile(source + QStringLiteral("/plan.txt"), "first plan"));
+    const VLRTransferReportingPtr first =
+        upload(session, writeFile(source + QStringLiteral("/plan.txt"), "first plan"));
     ASSERT_TRUE(waitUntil([&] { return finished(first); }));
     const Requested down = download(session, linkOf(first));
     ASSERT_TRUE(waitUntil([&] { return finished(down.transfer); }));

@@ -22,7 +22,8 @@ struct Check
 // then asks for the version information, as the client does.
 Check run(const QString& manifest)
 {
-    const auto checker = std::make_shared<LocalVersionChecker>(manifest.isEmpty() ? QUrl() : QUrl::fromLocalFile(manifest));
+    const auto checker =
+        std::make_shared<LocalVersionChecker>(manifest.isEmpty() ? QUrl() : QUrl::fromLocalFile(manifest));
     Check result;
     int calls = 0;
     auto gui = [&] { result.onGuiThread = result.onGuiThread && QThread::currentThread() == qApp->thread(); };
@@ -66,8 +67,9 @@ TEST(VersionCheck, AManifestSaysWhatIsNewerAndWhatIsNoLongerSupported)
     EXPECT_EQ(newer.info->downloadPageURL(), QUrl(QStringLiteral("https://veluria.example.org/download")));
     EXPECT_TRUE(newer.onGuiThread);
 
-    const Check unsupported = run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/refused.json"),
-                                                            R"json({"latestVersion": "3.0", "minimumVersion": "2.5"})json"));
+    const Check unsupported =
+        run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/refused.json"),
+                                      R"json({"latestVersion": "3.0", "minimumVersion": "2.5"})json"));
     EXPECT_TRUE(unsupported.unsupported && unsupported.outOfDate);
     EXPECT_EQ(unsupported.info->latestVersionNice(), QStringLiteral("3.0"));
     EXPECT_TRUE(unsupported.info->termsOfService().isNull());

@@ -37,7 +37,8 @@ TEST_F(Workspaces, LoadAfterSignInNewestFirstWithTheirMembers)
     auto session = outcome.session;
     ASSERT_NE(session, nullptr);
     ChangeRecorder recorder;
-    recorder.watch(*session, {QStringLiteral("syncingLists"), QStringLiteral("workspaces"), QStringLiteral("projects")});
+    recorder.watch(*session,
+                   {QStringLiteral("syncingLists"), QStringLiteral("workspaces"), QStringLiteral("projects")});
     EXPECT_TRUE(session->syncingLists());
     EXPECT_TRUE(session->workspaces().isEmpty());
     ASSERT_TRUE(waitUntil([&] { return !session->syncingLists(); }));
@@ -107,7 +108,8 @@ TEST_F(Workspaces, PublicationsOfOthersAreAnnouncedAndMoveTheirWorkspaceUp)
     session->setDelegate(&delegate);
     ASSERT_EQ(session->workspaces().at(1)->identifier(), shared);
     ChangeRecorder recorder;
-    recorder.watch(*session, {QStringLiteral("workspaces"), QStringLiteral("projects"), QStringLiteral("syncingWorkspaces")});
+    recorder.watch(*session,
+                   {QStringLiteral("workspaces"), QStringLiteral("projects"), QStringLiteral("syncingWorkspaces")});
 
     // Bob publishes a comment and a file, through a connection of his own.
     WorkspaceStore(database()).publishText(shared, bob, QStringLiteral("Have a look <b>now</b>"));
@@ -118,7 +120,10 @@ TEST_F(Workspaces, PublicationsOfOthersAreAnnouncedAndMoveTheirWorkspaceUp)
     job.filePath = file;
     job.workspaceId = shared;
     job.text = QStringLiteral("");
-    ASSERT_EQ(UploadRun(job, databaseFolder(), database(), [] { return false; }, [](qint64) {}, [](qint64) {}).run().outcome,
+    ASSERT_EQ(UploadRun(
+                  job, databaseFolder(), database(), [] { return false; }, [](qint64) {}, [](qint64) {})
+                  .run()
+                  .outcome,
               TransferResult::Outcome::Completed);
 
     // The two may come in one announcement or in two, as the watcher saw them.
@@ -148,11 +153,10 @@ TEST_F(Workspaces, PublicationsOfOthersAreAnnouncedAndMoveTheirWorkspaceUp)
     // Ann's own comment comes back to her too, with her identity, so that
     // the client can leave it out.
     QString published;
-    session->publishText(QStringLiteral("Looks good"), shared,
-                         [&](const QString& id, const vlr::OptionalError& error) {
-                             EXPECT_FALSE(error.has_value());
-                             published = id;
-                         });
+    session->publishText(QStringLiteral("Looks good"), shared, [&](const QString& id, const vlr::OptionalError& error) {
+        EXPECT_FALSE(error.has_value());
+        published = id;
+    });
     const qsizetype before = delegate.announcements.size();
     ASSERT_TRUE(waitUntil([&] { return delegate.announcements.size() == before + 1; }, 2500));
     EXPECT_FALSE(published.isEmpty());
@@ -174,8 +178,8 @@ TEST_F(Workspaces, PublishingIsRefusedOutsideTheUsersWorkspaces)
     ASSERT_TRUE(waitUntil([&] { return error.has_value(); }));
     EXPECT_EQ(error->localizedDescription, QStringLiteral("The workspace could not be found."));
     vlr::OptionalError queued;
-    session->uploadAndPublishNewRevision(QUrl::fromLocalFile(writeFile(home() + QStringLiteral("/a"), "a")), bobs, false,
-                                         QStringLiteral(""), &queued);
+    session->uploadAndPublishNewRevision(QUrl::fromLocalFile(writeFile(home() + QStringLiteral("/a"), "a")), bobs,
+                                         false, QStringLiteral(""), &queued);
     ASSERT_TRUE(queued.has_value());
     EXPECT_TRUE(session->uploader()->transfers().isEmpty());
 }
@@ -183,17 +187,17 @@ TEST_F(Workspaces, PublishingIsRefusedOutsideTheUsersWorkspaces)
 TEST_F(Workspaces, AccountChangesElsewhereReachTheSession)
 {
     QString failure;
-    const QString carol = AccountStore(database()).add(QStringLiteral("carol@example.com"), QStringLiteral("Carol"),
-                                                       QString(), QStringLiteral("pw"), true, &failure);
+    const QString carol = AccountStore(database())
+                              .add(QStringLiteral("carol@example.com"), QStringLiteral("Carol"), QString(),
+                                   QStringLiteral("pw"), true, &failure);
     const auto session = signedIn(QStringLiteral("carol@example.com"), QStringLiteral("pw"));
     ASSERT_NE(session, nullptr);
     RecordingDelegate delegate;
     session->setDelegate(&delegate);
     EXPECT_TRUE(session->user()->needsConfirmation());
     vlr::OptionalError refused;
-    session->createNewWorkspaceWithName(QStringLiteral("X"), [&](const VLRWorkspacePtr&, const vlr::OptionalError& e) {
-        refused = e;
-    });
+    session->createNewWorkspaceWithName(QStringLiteral("X"),
+                                        [&](const VLRWorkspacePtr&, const vlr::OptionalError& e) { refused = e; });
     ASSERT_TRUE(waitUntil([&] { return refused.has_value(); }));
     EXPECT_EQ(refused->localizedDescription, QStringLiteral("Please confirm your e-mail address first."));
 
@@ -207,9 +211,8 @@ TEST_F(Workspaces, AccountChangesElsewhereReachTheSession)
     ASSERT_TRUE(waitUntil([&] { return delegate.passwordChanges > 0; }, 2500));
     EXPECT_TRUE(session->hasEnded());
     vlr::OptionalError afterwards;
-    session->publishText(QStringLiteral("hi"), QStringLiteral("x"), [&](const QString&, const vlr::OptionalError& e) {
-        afterwards = e;
-    });
+    session->publishText(QStringLiteral("hi"), QStringLiteral("x"),
+                         [&](const QString&, const vlr::OptionalError& e) { afterwards = e; });
     ASSERT_TRUE(waitUntil([&] { return afterwards.has_value(); }));
     EXPECT_EQ(afterwards->code, 8);
     EXPECT_TRUE(recorder.allOnGuiThread());

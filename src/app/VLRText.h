@@ -19,8 +19,7 @@ inline QString localized(const char* english)
 // are inserted as they stand: a %@ inside an argument is never filled.
 QString format(const QString& format, const QStringList& arguments);
 
-template <typename... Args>
-QString format(const QString& text, const Args&... args)
+template <typename... Args> QString format(const QString& text, const Args&... args)
 {
     return format(text, QStringList{QString(args)...});
 }

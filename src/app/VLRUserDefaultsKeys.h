@@ -9,7 +9,8 @@ inline const QString VLRUserDefaultsKeyFirstLaunchDate = QStringLiteral("VLRUser
 inline const QString VLRUserDefaultsKeyUpdatePostponedDate = QStringLiteral("VLRUserDefaultsKeyUpdatePostponedDate");
 inline const QString VLRUserDefaultsKeyShowNotifications = QStringLiteral("VLRUserDefaultsKeyShowNotifications");
 inline const QString VLRUserDefaultsKeyAutoOpenAssets = QStringLiteral("VLRUserDefaultsKeyAutoOpenAssets");
-inline const QString VLRUserDefaultsKeyLimitDownloadCacheSize = QStringLiteral("VLRUserDefaultsKeyLimitDownloadCacheSize");
+inline const QString VLRUserDefaultsKeyLimitDownloadCacheSize =
+    QStringLiteral("VLRUserDefaultsKeyLimitDownloadCacheSize");
 inline const QString VLRUserDefaultsKeyLaunchRestProxy = QStringLiteral("VLRUserDefaultsKeyLaunchRestProxy");
 inline const QString VLRUserDefaultsKeyEmail = QStringLiteral("com.veluria.Veluria.Email");
 

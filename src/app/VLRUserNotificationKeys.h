@@ -10,7 +10,8 @@ inline const QString VLRUserNotificationObjectIdentifierKey = QStringLiteral("VL
 // Types, by which an activated notification is routed.
 inline const QString VLRUserNotificationTypeTransferFailed = QStringLiteral("VLRUserNotificationTypeTransferFailed");
 inline const QString VLRUserNotificationTypePasswordChanged = QStringLiteral("VLRUserNotificationTypePasswordChanged");
-inline const QString VLRUserNotificationTypeDownloadCompleted = QStringLiteral("VLRUserNotificationTypeDownloadCompleted");
+inline const QString VLRUserNotificationTypeDownloadCompleted =
+    QStringLiteral("VLRUserNotificationTypeDownloadCompleted");
 inline const QString VLRUserNotificationTypeUpdateAvailable = QStringLiteral("VLRUserNotificationTypeUpdateAvailable");
 inline const QString VLRUserNotificationTypeErrorLoggingOut = QStringLiteral("VLRUserNotificationTypeErrorLoggingOut");
 inline const QString VLRUserNotificationTypeNewPublication = QStringLiteral("VLRUserNotificationTypeNewPublication");

@@ -10,8 +10,7 @@
 
 VLRDefaultsDomainFile::VLRDefaultsDomainFile(QString path)
     : m_path(std::move(path))
-{
-}
+{ }
 
 const std::optional<QVariantMap>& VLRDefaultsDomainFile::contents()
 {
@@ -90,6 +89,6 @@ void VLRDefaultsDomainFile::reportFailure(const QString& reason)
     if (m_failureReported)
         return;
     m_failureReported = true;
-    VLRLogFormat(5, QStringLiteral("SDKClient"), "User defaults: %@; the values are kept in memory for this run", reason);
+    VLRLogFormat(5, QStringLiteral("SDKClient"), "User defaults: %@; the values are kept in memory for this run",
+                 reason);
 }
-

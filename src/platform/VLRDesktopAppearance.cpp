@@ -42,8 +42,8 @@ VLRDesktopAppearance::VLRDesktopAppearance(const QDBusConnection& connection, QO
 
 void VLRDesktopAppearance::readPortal()
 {
-    QDBusMessage read = QDBusMessage::createMethodCall(PortalService, PortalPath, SettingsInterface,
-                                                       QStringLiteral("Read"));
+    QDBusMessage read =
+        QDBusMessage::createMethodCall(PortalService, PortalPath, SettingsInterface, QStringLiteral("Read"));
     read << AppearanceNamespace << ColorSchemeKey;
     auto* watcher = new QDBusPendingCallWatcher(m_connection.asyncCall(read), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* call) {
@@ -58,7 +58,7 @@ void VLRDesktopAppearance::readPortal()
 }
 
 void VLRDesktopAppearance::settingChanged(const QString& settingsNamespace, const QString& key,
-                                            const QDBusVariant& value)
+                                          const QDBusVariant& value)
 {
     if (settingsNamespace != AppearanceNamespace || key != ColorSchemeKey)
         return;

@@ -1,9 +1,9 @@
 #include "platform/VLRFreedesktopNotificationCenter.h"
 
 #include "app/VLRText.h"
+#include "platform/PlatformLog.h"
 #include "platform/VLRMainQueue.h"
 #include "platform/VLRUserNotificationCenterDelegate.h"
-#include "platform/PlatformLog.h"
 #include "service/VLRLogFormat.h"
 
 #include <QDBusError>
@@ -59,14 +59,16 @@ VLRFreedesktopNotificationCenter::VLRFreedesktopNotificationCenter(const QDBusCo
 {
     const bool connected =
         m_connection.connect(serverService, serverPath, serverInterface, QStringLiteral("ActionInvoked"), this,
-                             SLOT(actionInvoked(uint,QString)))
+                             SLOT(actionInvoked(uint, QString)))
         && m_connection.connect(serverService, serverPath, serverInterface, QStringLiteral("NotificationClosed"), this,
-                                SLOT(notificationClosed(uint,uint)));
+                                SLOT(notificationClosed(uint, uint)));
     if (!connected)
         logFailure("listening to the notification server failed", QDBusMessage::createError(m_connection.lastError()));
 
-    auto* watcher = new QDBusServiceWatcher(serverService, m_connection, QDBusServiceWatcher::WatchForOwnerChange, this);
-    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this, &VLRFreedesktopNotificationCenter::serverOwnerChanged);
+    auto* watcher =
+        new QDBusServiceWatcher(serverService, m_connection, QDBusServiceWatcher::WatchForOwnerChange, this);
+    connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
+            &VLRFreedesktopNotificationCenter::serverOwnerChanged);
 }
 
 void VLRFreedesktopNotificationCenter::scheduleNotification(const VLRUserNotificationPtr& notification)
@@ -111,7 +113,8 @@ void VLRFreedesktopNotificationCenter::deliver(const VLRUserNotificationPtr& not
 void VLRFreedesktopNotificationCenter::askCapabilities()
 {
     m_capabilitiesState = CapabilitiesState::Asking;
-    callServer(serverCall(QStringLiteral("GetCapabilities")), [this](const QDBusMessage& reply) { capabilitiesArrived(reply); });
+    callServer(serverCall(QStringLiteral("GetCapabilities")),
+               [this](const QDBusMessage& reply) { capabilitiesArrived(reply); });
 }
 
 void VLRFreedesktopNotificationCenter::capabilitiesArrived(const QDBusMessage& reply)
@@ -122,8 +125,9 @@ void VLRFreedesktopNotificationCenter::capabilitiesArrived(const QDBusMessage& r
         // Most likely no server runs; the next notification asks again, as
         // one may have started by then.
         m_capabilitiesState = CapabilitiesState::Unknown;
-        VLRLogFormat(5, QStringLiteral("SDKClient"), "Notification server unavailable, %d notification(s) not shown: %@: %@",
-                     int(waiting.size()), reply.errorName(), reply.errorMessage());
+        VLRLogFormat(5, QStringLiteral("SDKClient"),
+                     "Notification server unavailable, %d notification(s) not shown: %@: %@", int(waiting.size()),
+                     reply.errorName(), reply.errorMessage());
         return;
     }
     m_capabilities = reply.arguments().value(0).toStringList();
@@ -205,7 +209,8 @@ void VLRFreedesktopNotificationCenter::closeNotification(uint notificationId)
     });
 }
 
-void VLRFreedesktopNotificationCenter::callServer(const QDBusMessage& message, std::function<void(const QDBusMessage&)> onReply)
+void VLRFreedesktopNotificationCenter::callServer(const QDBusMessage& message,
+                                                  std::function<void(const QDBusMessage&)> onReply)
 {
     // Without a connection Qt makes a call that never finishes; the answer
     // is an error all the same, and it too comes on a later turn.
@@ -213,17 +218,20 @@ void VLRFreedesktopNotificationCenter::callServer(const QDBusMessage& message, s
         const QDBusError error = m_connection.lastError().isValid()
             ? m_connection.lastError()
             : QDBusError(QDBusError::Disconnected, QStringLiteral("not connected to the session bus"));
-        VLRMainQueue::dispatchAsync(this, [error, onReply = std::move(onReply)] { onReply(QDBusMessage::createError(error)); });
+        VLRMainQueue::dispatchAsync(
+            this, [error, onReply = std::move(onReply)] { onReply(QDBusMessage::createError(error)); });
         return;
     }
     auto* watcher = new QDBusPendingCallWatcher(m_connection.asyncCall(message), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [onReply = std::move(onReply)](QDBusPendingCallWatcher* w) {
-        w->deleteLater();
-        onReply(w->reply());
-    });
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [onReply = std::move(onReply)](QDBusPendingCallWatcher* w) {
+                w->deleteLater();
+                onReply(w->reply());
+            });
 }
 
 void VLRFreedesktopNotificationCenter::logFailure(const char* what, const QDBusMessage& error)
 {
-    VLRLogFormat(5, QStringLiteral("SDKClient"), "Notifications: %s: %@: %@", what, error.errorName(), error.errorMessage());
+    VLRLogFormat(5, QStringLiteral("SDKClient"), "Notifications: %s: %@: %@", what, error.errorName(),
+                 error.errorMessage());
 }

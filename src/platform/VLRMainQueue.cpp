@@ -19,7 +19,8 @@ void VLRMainQueue::dispatchAsync(QObject* context, std::function<void()> block)
     if (!block)
         return;
     if (!context) {
-        VLRLogFormat(5, QStringLiteral("SDKClient"), "Main queue: a call without an application or context object was dropped");
+        VLRLogFormat(5, QStringLiteral("SDKClient"),
+                     "Main queue: a call without an application or context object was dropped");
         return;
     }
     QMetaObject::invokeMethod(context, std::move(block), Qt::QueuedConnection);

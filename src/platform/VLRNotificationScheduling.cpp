@@ -1,18 +1,17 @@
 #include "platform/VLRNotificationScheduling.h"
 
+#include "app/VLRUserDefaultsKeys.h"
+#include "app/VLRUserNotificationKeys.h"
 #include "platform/VLRUserDefaults.h"
 #include "platform/VLRUserNotificationCenter.h"
 #include "service/VLRLogFormat.h"
-#include "app/VLRUserNotificationKeys.h"
-#include "app/VLRUserDefaultsKeys.h"
 
 VLRNotificationScheduling::VLRNotificationScheduling(VLRUserDefaults* defaults, VLRUserNotificationCenter* center,
                                                      std::function<QDateTime()> clock)
     : m_defaults(defaults)
     , m_center(center)
     , m_clock(std::move(clock))
-{
-}
+{ }
 
 bool VLRNotificationScheduling::notificationsOn() const
 {
@@ -20,7 +19,8 @@ bool VLRNotificationScheduling::notificationsOn() const
 }
 
 VLRUserNotificationPtr VLRNotificationScheduling::schedule(const QString& title, const QString& text,
-                                                           const QString& actionButtonTitle, const QVariantMap& userInfo)
+                                                           const QString& actionButtonTitle,
+                                                           const QVariantMap& userInfo)
 {
     VLRUserNotificationPtr notification = notificationWithTitle(title, text, actionButtonTitle);
     if (!userInfo.isEmpty())
@@ -30,15 +30,18 @@ VLRUserNotificationPtr VLRNotificationScheduling::schedule(const QString& title,
     return notification;
 }
 
-VLRUserNotificationPtr VLRNotificationScheduling::vlr_scheduledNotificationWithTitle(const QString& title, const QString& text)
+VLRUserNotificationPtr VLRNotificationScheduling::vlr_scheduledNotificationWithTitle(const QString& title,
+                                                                                     const QString& text)
 {
     if (!notificationsOn())
         return nullptr;
     return schedule(title, text, QString(), {});
 }
 
-VLRUserNotificationPtr VLRNotificationScheduling::vlr_scheduledNotificationWithTitle(const QString& title, const QString& text,
-                                                          const QString& objectId, const QString& type)
+VLRUserNotificationPtr VLRNotificationScheduling::vlr_scheduledNotificationWithTitle(const QString& title,
+                                                                                     const QString& text,
+                                                                                     const QString& objectId,
+                                                                                     const QString& type)
 {
     if (!notificationsOn())
         return nullptr;
@@ -48,9 +51,10 @@ VLRUserNotificationPtr VLRNotificationScheduling::vlr_scheduledNotificationWithT
     return schedule(title, text, QString(), userInfo);
 }
 
-VLRUserNotificationPtr VLRNotificationScheduling::vlr_scheduledNotificationWithTitle(const QString& title, const QString& text,
-                                                          const QString& actionButtonTitle, const QString& objectId,
-                                                          const QUrl& fileURL, const QString& type)
+VLRUserNotificationPtr
+VLRNotificationScheduling::vlr_scheduledNotificationWithTitle(const QString& title, const QString& text,
+                                                              const QString& actionButtonTitle, const QString& objectId,
+                                                              const QUrl& fileURL, const QString& type)
 {
     if (!notificationsOn())
         return nullptr;
@@ -63,7 +67,7 @@ VLRUserNotificationPtr VLRNotificationScheduling::vlr_scheduledNotificationWithT
 }
 
 VLRUserNotificationPtr VLRNotificationScheduling::notificationWithTitle(const QString& title, const QString& text,
-                                               const QString& actionButtonTitle)
+                                                                        const QString& actionButtonTitle)
 {
     VLRLogFormat(5, QStringLiteral("SDKClient"), "User Notification: %@: %@", title, text);
 

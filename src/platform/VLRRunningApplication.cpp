@@ -9,8 +9,7 @@
 
 VLRRunningApplication::VLRRunningApplication(pid_t processIdentifier)
     : m_processIdentifier(processIdentifier)
-{
-}
+{ }
 
 QList<VLRRunningApplication> VLRRunningApplication::runningApplicationsWithExecutableName(const QString& name)
 {

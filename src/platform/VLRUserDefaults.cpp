@@ -37,8 +37,7 @@ bool isNumber(const QVariant& value)
 VLRUserDefaults::VLRUserDefaults(const QString& directory)
     : m_directory(directory)
     , m_standardDomain(pathForDomain(standardDomainName))
-{
-}
+{ }
 
 QString VLRUserDefaults::standardDirectory()
 {
@@ -103,7 +102,8 @@ void VLRUserDefaults::setPersistentDomain(const QVariantMap& domain, const QStri
 {
     VLRDefaultsDomainFile* file = persistentDomainFile(domainName);
     if (!file) {
-        VLRLogFormat(5, QStringLiteral("SDKClient"), "User defaults: invalid persistent domain name \"%@\"", domainName);
+        VLRLogFormat(5, QStringLiteral("SDKClient"), "User defaults: invalid persistent domain name \"%@\"",
+                     domainName);
         return;
     }
     file->setContents(domain);

@@ -1,21 +1,21 @@
 #include "preferences/PreferencesViewController.h"
 
+#include "app/VLRColors.h"
+#include "app/VLRText.h"
+#include "app/VLRUserDefaultsKeys.h"
+#include "platform/HelperProgram.h"
 #include "platform/VLRDesktopServices.h"
 #include "platform/VLRUserDefaults.h"
-#include "service/VLRServiceLibrary.h"
+#include "preferences/PreferencesViewControllerDelegate.h"
 #include "service/VLREnvironment.h"
+#include "service/VLRServiceLibrary.h"
 #include "service/VLRUser.h"
-#include "app/VLRText.h"
-#include "platform/HelperProgram.h"
-#include "app/VLRUserDefaultsKeys.h"
 #include "widgets/AvatarImageView.h"
 #include "widgets/CheckBoxStyle.h"
 #include "widgets/PageStyle.h"
-#include "preferences/PreferencesViewControllerDelegate.h"
 #include "widgets/Stepper.h"
 #include "widgets/TextFieldEditing.h"
 #include "widgets/VLRButton.h"
-#include "app/VLRColors.h"
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRLayoutConstraints.h"
@@ -137,8 +137,7 @@ QGraphicsOpacityEffect* opacityEffect(QWidget* view)
 PreferencesViewController::PreferencesViewController(const ClientServices& services, QObject* parent)
     : QObject(parent)
     , m_services(services)
-{
-}
+{ }
 
 PreferencesViewController::~PreferencesViewController()
 {
@@ -190,10 +189,11 @@ QWidget* PreferencesViewController::makeUserInfoView()
     vlr_setTranslatesAutoresizingMaskIntoConstraints(m_loginLogoutButton, false);
     vlr_addConstraint(userInfo,
                       constraint(m_emailField, VLRLayoutAttributeBottom, m_avatarView, VLRLayoutAttributeBottom, -4));
+    vlr_addConstraint(
+        userInfo, constraint(m_loginLogoutButton, VLRLayoutAttributeCenterY, userInfo, VLRLayoutAttributeCenterY, 0));
     vlr_addConstraint(userInfo,
-                      constraint(m_loginLogoutButton, VLRLayoutAttributeCenterY, userInfo, VLRLayoutAttributeCenterY, 0));
-    vlr_addConstraint(userInfo, constraint(m_loginLogoutButton, VLRLayoutAttributeTrailing, userInfo,
-                                           VLRLayoutAttributeTrailing, -ButtonMargin));
+                      constraint(m_loginLogoutButton, VLRLayoutAttributeTrailing, userInfo, VLRLayoutAttributeTrailing,
+                                 -ButtonMargin));
     return userInfo;
 }
 
@@ -331,7 +331,8 @@ void PreferencesViewController::loadView()
     // Only a click puts the cursor in the cache field.
     m_downloadCacheSizeField->setFocusPolicy(Qt::ClickFocus);
 
-    m_versionLabel->setStringValue(vlr::format(vlr::localized("Version: %@"), m_services.library->environment().appVersion()));
+    m_versionLabel->setStringValue(
+        vlr::format(vlr::localized("Version: %@"), m_services.library->environment().appVersion()));
 
     restoreStateFromUserDefaults();
 }
@@ -527,7 +528,8 @@ void PreferencesViewController::updateAvatar()
     if (!m_avatarView)
         return;
     const QImage avatar = m_user ? m_user->avatar() : QImage();
-    m_avatarView->setImage(avatar.isNull() ? VLRImageCatalogue::imageNamed(QStringLiteral("blankAvatar")) : QPixmap::fromImage(avatar));
+    m_avatarView->setImage(avatar.isNull() ? VLRImageCatalogue::imageNamed(QStringLiteral("blankAvatar"))
+                                           : QPixmap::fromImage(avatar));
 }
 
 void PreferencesViewController::setConstraintsForNoName(bool noName)
@@ -539,11 +541,13 @@ void PreferencesViewController::setConstraintsForNoName(bool noName)
     vlr_removeConstraintWithFirstItemFirstAttributeSecondItemSecondAttribute(
         m_userInfoView, m_emailField, VLRLayoutAttributeCenterY, m_avatarView, VLRLayoutAttributeCenterY);
     if (noName)
-        vlr_addConstraint(m_userInfoView, constraint(m_emailField, VLRLayoutAttributeCenterY, m_avatarView,
-                                                     VLRLayoutAttributeCenterY, -3));
+        vlr_addConstraint(
+            m_userInfoView,
+            constraint(m_emailField, VLRLayoutAttributeCenterY, m_avatarView, VLRLayoutAttributeCenterY, -3));
     else
-        vlr_addConstraint(m_userInfoView, constraint(m_emailField, VLRLayoutAttributeBottom, m_avatarView,
-                                                     VLRLayoutAttributeBottom, -4));
+        vlr_addConstraint(
+            m_userInfoView,
+            constraint(m_emailField, VLRLayoutAttributeBottom, m_avatarView, VLRLayoutAttributeBottom, -4));
 }
 
 void PreferencesViewController::showUserInfo(bool show)
@@ -558,8 +562,8 @@ void PreferencesViewController::showUserInfo(bool show)
     if (show) {
         if (vlr_removeConstraintWithFirstItemFirstAttributeSecondItemSecondAttribute(
                 info, button, VLRLayoutAttributeCenterX, info, VLRLayoutAttributeCenterX))
-            vlr_addConstraint(info, constraint(button, VLRLayoutAttributeTrailing, info, VLRLayoutAttributeTrailing,
-                                               -ButtonMargin));
+            vlr_addConstraint(
+                info, constraint(button, VLRLayoutAttributeTrailing, info, VLRLayoutAttributeTrailing, -ButtonMargin));
         targetX = info->width() - button->width() - ButtonMargin;
     } else {
         if (vlr_removeConstraintWithFirstItemFirstAttributeSecondItemSecondAttribute(

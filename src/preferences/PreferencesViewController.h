@@ -1,10 +1,10 @@
 #pragma once
 
 #include "platform/ClientServices.h"
+#include "preferences/PreferencesPage.h"
 #include "service/VLRObject.h"
 #include "service/VLRTypes.h"
 #include "widgets/AvatarImageView.h"
-#include "preferences/PreferencesPage.h"
 #include "widgets/Stepper.h"
 #include "widgets/VLRButton.h"
 #include "widgets/VLRTextField.h"

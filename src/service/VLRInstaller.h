@@ -54,7 +54,10 @@ protected:
     void setImageURL(const QUrl& value) { m_imageURL = value; }
     void setFirstProduct(const VLRProductPtr& value) { m_firstProduct = value; }
     void setCurrentRevision(const VLRRevisionPtr& value) { m_currentRevision = value; }
-    void setInstalledVersionString(const QString& value) { changeValue(m_installedVersionString, value, Key::installedVersionString); }
+    void setInstalledVersionString(const QString& value)
+    {
+        changeValue(m_installedVersionString, value, Key::installedVersionString);
+    }
     void setDownloadOperation(const VLRInstallerOperationPtr& value) { m_downloadOperation = value; }
     void setInstallOperation(const VLRInstallerOperationPtr& value) { m_installOperation = value; }
     void setOverallOperation(const VLRInstallerOperationPtr& value) { m_overallOperation = value; }

@@ -5,5 +5,4 @@
 
 // A download or installation of an installer: progress that can be cancelled.
 class VLRInstallerOperation : public VLRProgressReporting, public VLRCancelling
-{
-};
+{ };

@@ -28,7 +28,10 @@ public:
 protected:
     // Changed by the service library and the test double alone; their
     // subclasses publish these.
-    void setInstallerUpdates(const VLRInstallerList& value) { changeValue(m_installerUpdates, value, Key::installerUpdates); }
+    void setInstallerUpdates(const VLRInstallerList& value)
+    {
+        changeValue(m_installerUpdates, value, Key::installerUpdates);
+    }
     void setNeverInstalled(const VLRInstallerList& value) { changeValue(m_neverInstalled, value, Key::neverInstalled); }
     void setNotInstalled(const VLRInstallerList& value) { changeValue(m_notInstalled, value, Key::notInstalled); }
     void setDownloadOperations(const VLRObjectList& value) { m_downloadOperations = value; }

@@ -18,8 +18,7 @@ VLRLogFile::VLRLogFile(QString path, qint64 maxBytes, int keep)
     : m_path(std::move(path))
     , m_maxBytes(maxBytes)
     , m_keep(std::max(keep, 1))
-{
-}
+{ }
 
 bool VLRLogFile::open()
 {

@@ -21,8 +21,7 @@ QString asText(const LogArgument& argument)
         argument);
 }
 
-template <typename T>
-QString cFormat(const QByteArray& conversion, T value)
+template <typename T> QString cFormat(const QByteArray& conversion, T value)
 {
     char buffer[128];
     const int n = std::snprintf(buffer, sizeof buffer, conversion.constData(), value);
@@ -36,26 +35,38 @@ QString formatNumber(const QByteArray& flags, char conversion, const LogArgument
     const bool floating = QByteArrayLiteral("fFeEgGaA").contains(conversion);
     if (floating) {
         double value = 0;
-        if (auto d = std::get_if<double>(&argument)) value = *d;
-        else if (auto i = std::get_if<qint64>(&argument)) value = double(*i);
-        else if (auto u = std::get_if<quint64>(&argument)) value = double(*u);
-        else value = std::get<QString>(argument).toDouble();
+        if (auto d = std::get_if<double>(&argument))
+            value = *d;
+        else if (auto i = std::get_if<qint64>(&argument))
+            value = double(*i);
+        else if (auto u = std::get_if<quint64>(&argument))
+            value = double(*u);
+        else
+            value = std::get<QString>(argument).toDouble();
         return cFormat("%" + flags + conversion, value);
     }
     const bool isSigned = conversion == 'd' || conversion == 'i';
     if (isSigned) {
         qint64 value = 0;
-        if (auto i = std::get_if<qint64>(&argument)) value = *i;
-        else if (auto u = std::get_if<quint64>(&argument)) value = qint64(*u);
-        else if (auto d = std::get_if<double>(&argument)) value = qint64(*d);
-        else value = std::get<QString>(argument).toLongLong();
+        if (auto i = std::get_if<qint64>(&argument))
+            value = *i;
+        else if (auto u = std::get_if<quint64>(&argument))
+            value = qint64(*u);
+        else if (auto d = std::get_if<double>(&argument))
+            value = qint64(*d);
+        else
+            value = std::get<QString>(argument).toLongLong();
         return cFormat("%" + flags + "ll" + conversion, static_cast<long long>(value));
     }
     quint64 value = 0;
-    if (auto u = std::get_if<quint64>(&argument)) value = *u;
-    else if (auto i = std::get_if<qint64>(&argument)) value = quint64(*i);
-    else if (auto d = std::get_if<double>(&argument)) value = quint64(*d);
-    else value = std::get<QString>(argument).toULongLong();
+    if (auto u = std::get_if<quint64>(&argument))
+        value = *u;
+    else if (auto i = std::get_if<qint64>(&argument))
+        value = quint64(*i);
+    else if (auto d = std::get_if<double>(&argument))
+        value = quint64(*d);
+    else
+        value = std::get<QString>(argument).toULongLong();
     return cFormat("%" + flags + "ll" + conversion, static_cast<unsigned long long>(value));
 }
 

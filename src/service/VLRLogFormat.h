@@ -16,8 +16,7 @@ namespace vlr {
 // values safely: %@ takes anything, %d/%u/%x integers, %f/%g numbers, %s text.
 using LogArgument = std::variant<qint64, quint64, double, QString>;
 
-template <typename T>
-LogArgument toLogArgument(const T& value)
+template <typename T> LogArgument toLogArgument(const T& value)
 {
     if constexpr (std::is_same_v<T, bool>)
         return static_cast<qint64>(value);
@@ -54,8 +53,7 @@ Q_DECLARE_LOGGING_CATEGORY(lcLogFormat)
 
 // The library's log function: level 4 for ordinary lines, 5 for errors. The
 // line goes through Qt's logging, so VLRLogHandler writes it with its tag.
-template <typename... Args>
-void VLRLogFormat(int level, const QString& tag, const char* format, const Args&... args)
+template <typename... Args> void VLRLogFormat(int level, const QString& tag, const char* format, const Args&... args)
 {
     vlr::writeLogLine(level, tag, vlr::formatLogMessage(format, {vlr::toLogArgument(args)...}));
 }

@@ -40,11 +40,16 @@ QString defaultLogFilePath()
 int levelOf(QtMsgType type)
 {
     switch (type) {
-    case QtDebugMsg: return 3;
-    case QtInfoMsg: return 4;
-    case QtWarningMsg: return 5;
-    case QtCriticalMsg: return 6;
-    case QtFatalMsg: return 7;
+    case QtDebugMsg:
+        return 3;
+    case QtInfoMsg:
+        return 4;
+    case QtWarningMsg:
+        return 5;
+    case QtCriticalMsg:
+        return 6;
+    case QtFatalMsg:
+        return 7;
     }
     return 5;
 }

@@ -9,8 +9,7 @@ public:
     VLRLoginCredentials(const QString& email, const QString& password)
         : m_email(email)
         , m_password(password)
-    {
-    }
+    { }
 
     const QString& email() const { return m_email; }
     const QString& password() const { return m_password; }

@@ -15,10 +15,22 @@ bool KeyValueChange::newValueIsNull() const
     return newValue && newValue->metaType() == QMetaType::fromType<Null>();
 }
 
-QVariant boxed(bool value) { return QVariant(value); }
-QVariant boxed(qint64 value) { return QVariant(value); }
-QVariant boxed(int value) { return QVariant(value); }
-QVariant boxed(double value) { return QVariant(value); }
+QVariant boxed(bool value)
+{
+    return QVariant(value);
+}
+QVariant boxed(qint64 value)
+{
+    return QVariant(value);
+}
+QVariant boxed(int value)
+{
+    return QVariant(value);
+}
+QVariant boxed(double value)
+{
+    return QVariant(value);
+}
 
 QVariant boxed(const QString& value)
 {

@@ -51,8 +51,8 @@ class VLRKeyValueObserver
 {
 public:
     virtual ~VLRKeyValueObserver() = default;
-    virtual void observeValueForKeyPath(const QString& keyPath, VLRObject* object,
-                                        const vlr::KeyValueChange& change, void* context) = 0;
+    virtual void observeValueForKeyPath(const QString& keyPath, VLRObject* object, const vlr::KeyValueChange& change,
+                                        void* context) = 0;
 };
 
 // The base of every record of the service library: property-change
@@ -89,8 +89,7 @@ protected:
     // Tells the observers of the key that its value changed.
     void didChangeValueForKey(QLatin1StringView key);
 
-    template <typename T, typename V>
-    void changeValue(T& field, V&& value, QLatin1StringView key)
+    template <typename T, typename V> void changeValue(T& field, V&& value, QLatin1StringView key)
     {
         field = std::forward<V>(value);
         didChangeValueForKey(key);
@@ -127,14 +126,12 @@ QVariant boxed(const QUrl& value);
 QVariant boxed(const QImage& value);
 QVariant boxed(const OptionalError& value);
 
-template <typename T>
-QVariant boxed(const std::shared_ptr<T>& value)
+template <typename T> QVariant boxed(const std::shared_ptr<T>& value)
 {
     return value ? QVariant::fromValue(VLRObjectPtr(value)) : QVariant::fromValue(Null{});
 }
 
-template <typename T>
-QVariant boxed(const QList<std::shared_ptr<T>>& value)
+template <typename T> QVariant boxed(const QList<std::shared_ptr<T>>& value)
 {
     VLRObjectList list;
     list.reserve(value.size());

@@ -28,7 +28,8 @@ public:
 
     // Puts a failed transfer back to work; a refusal comes back in error.
     virtual void restartTransfer(const VLRTransferReportingPtr& transfer, vlr::OptionalError* error) = 0;
-    virtual void moveTransfersAbove(const VLRTransferList& transfers, const VLRTransferReportingPtr& referenceTransfer) = 0;
+    virtual void moveTransfersAbove(const VLRTransferList& transfers,
+                                    const VLRTransferReportingPtr& referenceTransfer) = 0;
 
     QVariant valueForKey(const QString& key) const override;
 
@@ -36,7 +37,10 @@ protected:
     // Changed by the service library and the test double alone; their
     // subclasses publish these.
     void setTransfers(const VLRTransferList& value) { changeValue(m_transfers, value, Key::transfers); }
-    void setCurrentTransfer(const VLRTransferReportingPtr& value) { changeValue(m_currentTransfer, value, Key::currentTransfer); }
+    void setCurrentTransfer(const VLRTransferReportingPtr& value)
+    {
+        changeValue(m_currentTransfer, value, Key::currentTransfer);
+    }
     void setThroughput(double value) { changeValue(m_throughput, value, Key::throughput); }
     void setTimeRemaining(double value) { changeValue(m_timeRemaining, value, Key::timeRemaining); }
     void setTimeRemainingInvalid(bool value) { changeValue(m_timeRemainingInvalid, value, Key::timeRemainingInvalid); }

@@ -11,7 +11,8 @@ class VLRUserSessionDelegate;
 using VLRSignInHandler = std::function<void(const VLRUserSessionPtr& session, const VLRLoginVerifierPtr& verifier,
                                             const vlr::OptionalError& error)>;
 using VLRSizeHandler = std::function<void(qint64 bytes, const vlr::OptionalError& error)>;
-using VLRTransferHandler = std::function<void(const VLRTransferReportingPtr& transfer, const vlr::OptionalError& error)>;
+using VLRTransferHandler =
+    std::function<void(const VLRTransferReportingPtr& transfer, const vlr::OptionalError& error)>;
 using VLRWorkspaceHandler = std::function<void(const VLRWorkspacePtr& workspace, const vlr::OptionalError& error)>;
 using VLRTextHandler = std::function<void(const QString& text, const vlr::OptionalError& error)>;
 
@@ -74,12 +75,11 @@ public:
     // error.
     virtual void uploadAndPublishNewRevision(const QUrl& fileURL, const QString& workspaceIdentifier, bool publish,
                                              const QString& publicationText, vlr::OptionalError* error) = 0;
-    virtual void createNewInstallerWithName(const QString& name, const QVariant& type, const QVariant& description,
-                                            const QVariant& platform, const QVariant& packageIdentifiers,
-                                            const QList<QUrl>& fileURLs, bool silentInstall,
-                                            const QVariant& productIDs, const QUrl& imageURL,
-                                            const std::function<void(const VLRInstallerPtr&, const vlr::OptionalError&)>&
-                                                completionHandler) = 0;
+    virtual void createNewInstallerWithName(
+        const QString& name, const QVariant& type, const QVariant& description, const QVariant& platform,
+        const QVariant& packageIdentifiers, const QList<QUrl>& fileURLs, bool silentInstall, const QVariant& productIDs,
+        const QUrl& imageURL,
+        const std::function<void(const VLRInstallerPtr&, const vlr::OptionalError&)>& completionHandler) = 0;
     virtual void uploadAndPublishNewInstaller(const QUrl& fileURL, const QString& installerID,
                                               const QVariantMap& installerVersionInfo, vlr::OptionalError* error) = 0;
     virtual void pauseAllTransfers(bool pause) = 0;
@@ -94,7 +94,10 @@ protected:
     void setUserID(const QString& value) { m_userID = value; }
     void setProjects(const VLRObjectList& value) { changeValue(m_projects, value, Key::projects); }
     void setWorkspaces(const VLRWorkspaceList& value) { changeValue(m_workspaces, value, Key::workspaces); }
-    void setCompletedTransfers(const VLRTransferList& value) { changeValue(m_completedTransfers, value, Key::completedTransfers); }
+    void setCompletedTransfers(const VLRTransferList& value)
+    {
+        changeValue(m_completedTransfers, value, Key::completedTransfers);
+    }
     void setSyncingWorkspaces(bool value) { changeValue(m_syncingWorkspaces, value, Key::syncingWorkspaces); }
     void setSyncingLists(bool value) { changeValue(m_syncingLists, value, Key::syncingLists); }
     void setTransfersPaused(bool value) { changeValue(m_transfersPaused, value, Key::transfersPaused); }

@@ -32,7 +32,10 @@ protected:
     void setIdentifier(const QString& value) { m_identifier = value; }
     void setName(const QString& value) { m_name = value; }
     void setUpdatedAt(const QDateTime& value) { m_updatedAt = value; }
-    void setWorkspaceUsers(const VLRWorkspaceUserList& value) { changeValue(m_workspaceUsers, value, Key::workspaceUsers); }
+    void setWorkspaceUsers(const VLRWorkspaceUserList& value)
+    {
+        changeValue(m_workspaceUsers, value, Key::workspaceUsers);
+    }
 
 private:
     QString m_identifier;

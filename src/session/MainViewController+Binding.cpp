@@ -2,7 +2,12 @@
 
 #include "session/MainViewController.h"
 
+#include "app/AppFlavor.h"
+#include "app/VLRTab.h"
+#include "app/VLRText.h"
+#include "app/VLRUserNotificationKeys.h"
 #include "platform/VLRDesktopServices.h"
+#include "platform/VLRNotificationScheduling.h"
 #include "service/VLRInstallerUpdater.h"
 #include "service/VLRRESTProvider.h"
 #include "service/VLRServiceLibrary.h"
@@ -11,12 +16,7 @@
 #include "service/VLRUtils.h"
 #include "session/ApplicationRoot.h"
 #include "session/MainViewController+Observations.h"
-#include "platform/VLRNotificationScheduling.h"
 #include "session/SessionLog.h"
-#include "app/VLRText.h"
-#include "app/VLRUserNotificationKeys.h"
-#include "app/AppFlavor.h"
-#include "app/VLRTab.h"
 
 using namespace MainViewControllerObservations;
 
@@ -51,8 +51,10 @@ void MainViewController::sessionDidChange(const VLRUserSessionPtr& session)
     if (m_parts.marketplaceViewController) {
         const VLRInstallerUpdaterPtr updater = session ? session->updater() : nullptr;
         m_parts.marketplaceViewController->updateNotInstalled(updater ? updater->notInstalled() : VLRInstallerList());
-        m_parts.marketplaceViewController->updateNewInstallers(updater ? updater->neverInstalled() : VLRInstallerList());
-        m_parts.marketplaceViewController->updateInstallerUpdates(updater ? updater->installerUpdates() : VLRInstallerList());
+        m_parts.marketplaceViewController->updateNewInstallers(updater ? updater->neverInstalled()
+                                                                       : VLRInstallerList());
+        m_parts.marketplaceViewController->updateInstallerUpdates(updater ? updater->installerUpdates()
+                                                                          : VLRInstallerList());
         m_parts.marketplaceViewController->updateInstallers(session ? session->installers() : VLRInstallerList());
         m_parts.marketplaceViewController->updatePurchases(session ? session->purchases() : VLRPurchaseList());
         m_parts.marketplaceViewController->setLoggedIn(bool(session));
@@ -185,11 +187,11 @@ void MainViewController::quit()
 
 void MainViewController::openHelp()
 {
-    m_services.library->utils().getHelpURLWithCompletionHandler([desktop = m_services.desktop](const QUrl& url,
-                                                                                           const vlr::OptionalError&) {
-        if (desktop)
-            desktop->openURL(url.isEmpty() ? FallbackHelpURL : url);
-    });
+    m_services.library->utils().getHelpURLWithCompletionHandler(
+        [desktop = m_services.desktop](const QUrl& url, const vlr::OptionalError&) {
+            if (desktop)
+                desktop->openURL(url.isEmpty() ? FallbackHelpURL : url);
+        });
 }
 
 void MainViewController::passwordChanged()
@@ -204,8 +206,9 @@ void MainViewController::passwordChanged()
 
 void MainViewController::downstreamProxyUnavailable()
 {
-    m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Communication error"),
-                                       vlr::localized("Veluria encountered a communication error. Please sign in again."));
+    m_services.notifications->vlr_scheduledNotificationWithTitle(
+        vlr::localized("Communication error"),
+        vlr::localized("Veluria encountered a communication error. Please sign in again."));
     signOut();
 }
 

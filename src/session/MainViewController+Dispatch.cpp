@@ -4,8 +4,12 @@
 
 #include "session/MainViewController.h"
 
+#include "app/VLRText.h"
+#include "app/VLRUserDefaultsKeys.h"
+#include "app/VLRUserNotificationKeys.h"
 #include "platform/VLRDesktopServices.h"
 #include "platform/VLRFileManager.h"
+#include "platform/VLRNotificationScheduling.h"
 #include "platform/VLRUserDefaults.h"
 #include "service/VLRException.h"
 #include "service/VLRInstallerUpdater.h"
@@ -13,10 +17,6 @@
 #include "service/VLRTransferReporting.h"
 #include "service/VLRUserSession.h"
 #include "session/MainViewController+Observations.h"
-#include "platform/VLRNotificationScheduling.h"
-#include "app/VLRText.h"
-#include "app/VLRUserNotificationKeys.h"
-#include "app/VLRUserDefaultsKeys.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -113,7 +113,7 @@ void MainViewController::uploadsDidChange(const QString&, const vlr::KeyValueCha
     const VLRUserSessionPtr session = m_userSession;
     if (m_parts.transfersViewController)
         m_parts.transfersViewController->setUploads(session && session->uploader() ? session->uploader()->transfers()
-                                                                                  : VLRTransferList());
+                                                                                   : VLRTransferList());
     updateStatusIndication(session);
 }
 
@@ -200,7 +200,8 @@ void MainViewController::neverInstalledDidChange(const QString&, const vlr::KeyV
 {
     VLRInstallerUpdater* updater = m_userSession ? m_userSession->updater().get() : nullptr;
     if (m_parts.marketplaceViewController)
-        m_parts.marketplaceViewController->updateNewInstallers(updater ? updater->neverInstalled() : VLRInstallerList());
+        m_parts.marketplaceViewController->updateNewInstallers(updater ? updater->neverInstalled()
+                                                                       : VLRInstallerList());
 }
 
 void MainViewController::notInstalledDidChange(const QString&, const vlr::KeyValueChange&)
@@ -232,18 +233,20 @@ void MainViewController::handleCurrentDownloadChange(const QString& keyPath, con
                     if (VLRDesktopServices* desktop = m_services.desktop)
                         desktop->openFile(path);
             } else {
-                m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Your download is ready!"),
-                                                   lastPathComponent(transfer->fileURL()), vlr::localized("Open"),
-                                                   transfer->identifier(), transfer->fileURL(),
-                                                   VLRUserNotificationTypeDownloadCompleted);
+                m_services.notifications->vlr_scheduledNotificationWithTitle(
+                    vlr::localized("Your download is ready!"), lastPathComponent(transfer->fileURL()),
+                    vlr::localized("Open"), transfer->identifier(), transfer->fileURL(),
+                    VLRUserNotificationTypeDownloadCompleted);
             }
         }
-    } else if (transfer && keyPath == VLRTransferReporting::Key::error && change.hasNewValue() && !change.newValueIsNull()) {
+    } else if (transfer && keyPath == VLRTransferReporting::Key::error && change.hasNewValue()
+               && !change.newValueIsNull()) {
         m_openedCurrentDownload = true;
         const vlr::OptionalError& error = transfer->error();
         if (error && !error->isCancellation()) {
             m_services.notifications->vlr_scheduledNotificationWithTitle(
-                vlr::format(vlr::localized("Error downloading project: \"%@\""), lastPathComponent(transfer->fileURL())),
+                vlr::format(vlr::localized("Error downloading project: \"%@\""),
+                            lastPathComponent(transfer->fileURL())),
                 error->localizedDescription, transfer->identifier(), VLRUserNotificationTypeTransferFailed);
         }
     }
@@ -280,8 +283,7 @@ void MainViewController::trackCurrentTransfers(const VLRUserSessionPtr& session)
         m_currentUpload = upload;
         if (upload)
             for (QLatin1StringView key : transferKeyPaths)
-                upload->addObserver(this, QString(key), vlr::KeyValueObservingOptionNew,
-                                    CurrentUploadContext);
+                upload->addObserver(this, QString(key), vlr::KeyValueObservingOptionNew, CurrentUploadContext);
     }
     if (download != m_currentDownload) {
         if (m_currentDownload)
@@ -291,8 +293,7 @@ void MainViewController::trackCurrentTransfers(const VLRUserSessionPtr& session)
         m_openedCurrentDownload = false;
         if (download)
             for (QLatin1StringView key : transferKeyPaths)
-                download->addObserver(this, QString(key), vlr::KeyValueObservingOptionNew,
-                                      CurrentDownloadContext);
+                download->addObserver(this, QString(key), vlr::KeyValueObservingOptionNew, CurrentDownloadContext);
     }
 }
 

@@ -75,8 +75,8 @@ const std::array<Observation, 23> removalOrder = [] {
 }();
 
 const std::array<QLatin1StringView, 4> transferKeyPaths = {
-    VLRTransferReporting::Key::fractionCompleted, VLRTransferReporting::Key::finished,
-    VLRTransferReporting::Key::error, VLRTransferReporting::Key::paused};
+    VLRTransferReporting::Key::fractionCompleted, VLRTransferReporting::Key::finished, VLRTransferReporting::Key::error,
+    VLRTransferReporting::Key::paused};
 
 VLRObject* targetObject(Target target, const VLRUserSessionPtr& session)
 {

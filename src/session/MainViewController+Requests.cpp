@@ -3,16 +3,16 @@
 
 #include "session/MainViewController.h"
 
+#include "app/AppFlavor.h"
+#include "app/VLRTab.h"
+#include "app/VLRText.h"
+#include "app/VLRUserNotificationKeys.h"
 #include "platform/VLRFileManager.h"
+#include "platform/VLRNotificationScheduling.h"
 #include "service/VLRTransferQueue.h"
 #include "service/VLRUserSession.h"
 #include "service/VLRWorkspace.h"
-#include "platform/VLRNotificationScheduling.h"
-#include "app/VLRText.h"
-#include "app/VLRUserNotificationKeys.h"
 #include "session/WorkspaceLocationDelegate.h"
-#include "app/AppFlavor.h"
-#include "app/VLRTab.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -35,8 +35,8 @@ void MainViewController::downloadUrl(const QString& url)
             return;
         self->m_downloadingURL = false;
         if (error)
-            self->m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Error processing download request"),
-                                               error->localizedDescription);
+            self->m_services.notifications->vlr_scheduledNotificationWithTitle(
+                vlr::localized("Error processing download request"), error->localizedDescription);
     };
     if (AppFlavor::supportsAutoRevisionedDownloads()) {
         m_userSession->downloadUrl(url, handler);
@@ -77,7 +77,8 @@ void MainViewController::getFolderURLFromUser(const QString& title, const QUrl&,
         // question that replaced the first.
         QFileDialog* current = self->m_workspaceLocationOpenPanel;
         const QStringList chosen = current ? current->selectedFiles() : QStringList();
-        const QUrl url = result == QDialog::Accepted && !chosen.isEmpty() ? QUrl::fromLocalFile(chosen.first()) : QUrl();
+        const QUrl url =
+            result == QDialog::Accepted && !chosen.isEmpty() ? QUrl::fromLocalFile(chosen.first()) : QUrl();
         if (self->m_workspaceLocationDelegate)
             self->m_workspaceLocationDelegate->callCompletionHandlerWithURL(url);
         if (current == panel) {
@@ -119,19 +120,22 @@ void MainViewController::transfersViewControllerRestartedUpload(TransfersPage*, 
     vlr::OptionalError error;
     m_userSession->uploader()->restartTransfer(transfer, &error);
     if (error)
-        m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Error retrying upload"), error->localizedDescription,
-                                           QString(), VLRUserNotificationTypeTransferFailed);
+        m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Error retrying upload"),
+                                                                     error->localizedDescription, QString(),
+                                                                     VLRUserNotificationTypeTransferFailed);
 }
 
-void MainViewController::transfersViewControllerRestartedDownload(TransfersPage*, const VLRTransferReportingPtr& transfer)
+void MainViewController::transfersViewControllerRestartedDownload(TransfersPage*,
+                                                                  const VLRTransferReportingPtr& transfer)
 {
     if (!m_userSession || !m_userSession->downloader())
         return;
     vlr::OptionalError error;
     m_userSession->downloader()->restartTransfer(transfer, &error);
     if (error)
-        m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Error retrying download"), error->localizedDescription,
-                                           QString(), VLRUserNotificationTypeTransferFailed);
+        m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Error retrying download"),
+                                                                     error->localizedDescription, QString(),
+                                                                     VLRUserNotificationTypeTransferFailed);
 }
 
 void MainViewController::transfersViewControllerDidPauseTransfers(TransfersPage*, bool pause)
@@ -160,7 +164,8 @@ void MainViewController::transfersViewControllerMovedDownloads(TransfersPage*, c
         m_userSession->downloader()->moveTransfersAbove(movedDownloads, aboveReferenceDownload);
 }
 
-void MainViewController::fileDropViewControllerUploadedFiles(FileDropPage*, const std::optional<QStringList>& uploadedFiles,
+void MainViewController::fileDropViewControllerUploadedFiles(FileDropPage*,
+                                                             const std::optional<QStringList>& uploadedFiles,
                                                              const VLRWorkspacePtr& toWorkspace,
                                                              const QString& withComment, bool publish,
                                                              const VLRErrorHandler& completionHandler)
@@ -183,7 +188,8 @@ void MainViewController::fileDropViewControllerUploadedFiles(FileDropPage*, cons
                     {vlr::NSLocalizedDescriptionKey, vlr::localized("File not found")},
                     {vlr::NSLocalizedFailureReasonErrorKey,
                      vlr::format(vlr::localized("Unable to locate the file: %@"), QFileInfo(path).fileName())}};
-                completionHandler(vlr::Error{vlr::VLRFrameworkErrorDomain, 23, vlr::localized("File not found"), userInfo});
+                completionHandler(
+                    vlr::Error{vlr::VLRFrameworkErrorDomain, 23, vlr::localized("File not found"), userInfo});
             }
             return;
         }
@@ -207,7 +213,8 @@ void MainViewController::fileDropViewControllerUploadedFiles(FileDropPage*, cons
         completionHandler(std::nullopt);
 }
 
-void MainViewController::fileDropViewControllerCreatedWorkspaceNamed(FileDropPage*, const QString& createdWorkspaceNamed,
+void MainViewController::fileDropViewControllerCreatedWorkspaceNamed(FileDropPage*,
+                                                                     const QString& createdWorkspaceNamed,
                                                                      const std::optional<QStringList>&, const QString&,
                                                                      const VLRErrorHandler& completionHandler)
 {
@@ -215,11 +222,11 @@ void MainViewController::fileDropViewControllerCreatedWorkspaceNamed(FileDropPag
     // workspace and leaves the publishing to the user.
     if (!m_userSession)
         return;
-    m_userSession->createNewWorkspaceWithName(createdWorkspaceNamed,
-                                              [completionHandler](const VLRWorkspacePtr&, const vlr::OptionalError& error) {
-                                                  if (completionHandler)
-                                                      completionHandler(error);
-                                              });
+    m_userSession->createNewWorkspaceWithName(
+        createdWorkspaceNamed, [completionHandler](const VLRWorkspacePtr&, const vlr::OptionalError& error) {
+            if (completionHandler)
+                completionHandler(error);
+        });
 }
 
 void MainViewController::workspaceViewControllerDidReceiveFiles(WorkspacesPage*, const QStringList& files,

@@ -3,15 +3,15 @@
 
 #include "session/MainViewController.h"
 
+#include "app/AppFlavor.h"
+#include "app/VLRText.h"
+#include "app/VLRUserNotificationKeys.h"
 #include "platform/VLRDesktopServices.h"
 #include "platform/VLRFileManager.h"
+#include "platform/VLRNotificationScheduling.h"
 #include "service/VLRPublication.h"
 #include "service/VLRUserSession.h"
 #include "service/VLRWorkspace.h"
-#include "platform/VLRNotificationScheduling.h"
-#include "app/VLRText.h"
-#include "app/VLRUserNotificationKeys.h"
-#include "app/AppFlavor.h"
 
 bool MainViewController::userNotificationCenterShouldPresentNotification(VLRUserNotificationCenter*,
                                                                          const VLRUserNotificationPtr&)
@@ -79,7 +79,8 @@ void MainViewController::workspace(const VLRWorkspacePtr& workspace, const VLRPu
             text = vlr::format(QStringLiteral("%@ uploaded %@."), person, publication->projectName());
         else
             text = vlr::format(QStringLiteral("%@: %@"), person, publication->text());
-        m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::format(QStringLiteral("New message in %@"), workspace->name()), text,
-                                           workspace->identifier(), VLRUserNotificationTypeNewPublication);
+        m_services.notifications->vlr_scheduledNotificationWithTitle(
+            vlr::format(QStringLiteral("New message in %@"), workspace->name()), text, workspace->identifier(),
+            VLRUserNotificationTypeNewPublication);
     }
 }

@@ -3,11 +3,11 @@
 
 #include "session/MainViewController.h"
 
+#include "app/AppFlavor.h"
+#include "app/VLRTab.h"
 #include "service/VLRInstallerUpdater.h"
 #include "service/VLRTransferQueue.h"
 #include "service/VLRUserSession.h"
-#include "app/AppFlavor.h"
-#include "app/VLRTab.h"
 #include "widgets/StatusItemImageView.h"
 
 void MainViewController::updateStatusIndication(const VLRUserSessionPtr& session)
@@ -23,8 +23,8 @@ void MainViewController::updateStatusIndication(const VLRUserSessionPtr& session
 
         if (m_parts.tabSelectorViewController) {
             m_parts.tabSelectorViewController->showActiveUploads(uploading, downloading);
-            const qint64 queued = (uploader ? uploader->transfers().size() : 0)
-                                  + (downloader ? downloader->transfers().size() : 0);
+            const qint64 queued =
+                (uploader ? uploader->transfers().size() : 0) + (downloader ? downloader->transfers().size() : 0);
             m_parts.tabSelectorViewController->setBadgeValue(queued, VLRTab::Transfers, false);
         }
         state = StatusItemImageView::Idle;

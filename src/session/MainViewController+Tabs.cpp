@@ -2,9 +2,9 @@
 
 #include "session/MainViewController.h"
 
-#include "service/VLRUserSession.h"
 #include "app/AppFlavor.h"
 #include "app/VLRTab.h"
+#include "service/VLRUserSession.h"
 
 void MainViewController::selectTab(int tab)
 {
@@ -43,7 +43,7 @@ void MainViewController::tabSelectorViewControllerDidReceiveDroppedFiles(TabBar*
 void MainViewController::showHideMarketplaceTab(const VLRUserSessionPtr& session)
 {
     const bool wanted = session && (session->hasPurchases() || !session->purchases().isEmpty())
-                        && AppFlavor::supportsTabType(VLRTab::Marketplace);
+        && AppFlavor::supportsTabType(VLRTab::Marketplace);
     if (wanted == m_marketplaceTabShown)
         return;
     m_marketplaceTabShown = wanted;

@@ -1,15 +1,15 @@
 #include "session/MainViewController.h"
 
-#include "service/VLRServiceLibrary.h"
+#include "app/VLRTab.h"
 #include "service/VLRRESTProvider.h"
+#include "service/VLRServiceLibrary.h"
 #include "service/VLRUser.h"
 #include "service/VLRUserSession.h"
 #include "session/ApplicationRoot.h"
 #include "session/WorkspaceLocationDelegate.h"
 #include "widgets/StatusItemImageView.h"
-#include "widgets/VLRViewControllerAdditions.h"
 #include "widgets/VLRView.h"
-#include "app/VLRTab.h"
+#include "widgets/VLRViewControllerAdditions.h"
 
 #include <QVBoxLayout>
 
@@ -26,8 +26,7 @@ MainViewController::MainViewController(MainViewControllerParts parts, Applicatio
     , m_application(application)
     , m_services(services)
     , m_parts(std::move(parts))
-{
-}
+{ }
 
 MainViewController::~MainViewController()
 {

@@ -1,15 +1,16 @@
 #pragma once
 
+#include "app/VLRTab.h"
 #include "marketplace/MarketplaceViewControllerDelegate.h"
 #include "platform/ClientServices.h"
 #include "platform/VLRUserNotificationCenterDelegate.h"
+#include "preferences/PreferencesViewControllerDelegate.h"
 #include "service/VLRObject.h"
 #include "service/VLRUserSessionDelegate.h"
 #include "session/MainViewControllerParts.h"
 #include "session/TabSelectorViewControllerDelegate.h"
 #include "signin/LoginMfaViewControllerDelegate.h"
 #include "signin/LoginViewControllerDelegate.h"
-#include "preferences/PreferencesViewControllerDelegate.h"
 #include "transfers/TransfersViewControllerDelegate.h"
 #include "widgets/StatusItemImageView.h"
 #include "widgets/StatusItemImageViewDelegate.h"
@@ -17,7 +18,6 @@
 #include "widgets/VLRViewDelegate.h"
 #include "workspaces/FileDropViewControllerDelegate.h"
 #include "workspaces/WorkspacesViewControllerDelegate.h"
-#include "app/VLRTab.h"
 
 #include <QFileDialog>
 #include <QObject>
@@ -101,8 +101,10 @@ public:
     // Transfers tab.
     void transfersViewControllerDidClearCompleted(TransfersPage* controller) override;
     void transfersViewControllerDidPauseTransfers(TransfersPage* controller, bool pause) override;
-    void transfersViewControllerRestartedUpload(TransfersPage* controller, const VLRTransferReportingPtr& transfer) override;
-    void transfersViewControllerRestartedDownload(TransfersPage* controller, const VLRTransferReportingPtr& transfer) override;
+    void transfersViewControllerRestartedUpload(TransfersPage* controller,
+                                                const VLRTransferReportingPtr& transfer) override;
+    void transfersViewControllerRestartedDownload(TransfersPage* controller,
+                                                  const VLRTransferReportingPtr& transfer) override;
     bool transfersViewControllerEmailNeedsConfirmation() override;
     bool transfersViewControllerLoading() override;
     void transfersViewControllerMovedUploads(TransfersPage* controller, const VLRTransferList& movedUploads,
@@ -115,7 +117,8 @@ public:
                                              const VLRWorkspacePtr& toWorkspace, const QString& withComment,
                                              bool publish, const VLRErrorHandler& completionHandler) override;
     void fileDropViewControllerCreatedWorkspaceNamed(FileDropPage* controller, const QString& createdWorkspaceNamed,
-                                                     const std::optional<QStringList>& withFiles, const QString& comment,
+                                                     const std::optional<QStringList>& withFiles,
+                                                     const QString& comment,
                                                      const VLRErrorHandler& completionHandler) override;
     void fileDropViewControllerWantsPopUpToggled(FileDropPage* controller) override;
     bool fileDropViewControllerEmailNeedsConfirmation() override;

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "marketplace/MarketplacePage.h"
+#include "preferences/PreferencesPage.h"
 #include "session/Popover.h"
 #include "session/TabBar.h"
 #include "signin/LoginMfaPage.h"
 #include "signin/LoginPage.h"
-#include "preferences/PreferencesPage.h"
 #include "transfers/TransfersPage.h"
 #include "workspaces/FileDropPage.h"
 #include "workspaces/WorkspacesPage.h"

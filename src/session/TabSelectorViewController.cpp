@@ -1,9 +1,9 @@
 #include "session/TabSelectorViewController.h"
 
-#include "session/TabSelectorViewControllerDelegate.h"
 #include "app/AppFlavor.h"
 #include "app/VLRColors.h"
 #include "app/VLRTab.h"
+#include "session/TabSelectorViewControllerDelegate.h"
 #include "widgets/VLRDropTargetButton.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRView.h"
@@ -64,8 +64,7 @@ int tagOf(const QWidget* button)
 
 TabSelectorViewController::TabSelectorViewController(QObject* parent)
     : QObject(parent)
-{
-}
+{ }
 
 TabSelectorViewController::~TabSelectorViewController()
 {
@@ -167,7 +166,8 @@ void TabSelectorViewController::setSelectedTab(int tab)
     setTransfersTabIcon();
     for (const PlainTabImages& images : plainTabs) {
         VLRButton* button = buttonForTab(images.tab);
-        button->setDefaultImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(images.tab == tab ? images.selected : images.unselected)));
+        button->setDefaultImage(VLRImageCatalogue::imageNamed(
+            QString::fromLatin1(images.tab == tab ? images.selected : images.unselected)));
     }
     for (const PlainTabImages& images : plainTabs)
         buttonForTab(images.tab)->setMouseOverStyle(images.tab == tab ? VLRMouseOverStyleNone : VLRMouseOverStyleImage);
@@ -181,7 +181,8 @@ void TabSelectorViewController::setTransfersTabIcon()
         return;
     const TransfersImages images = transfersImages(m_activeUploads, m_activeDownloads);
     const bool selected = m_selectedTab == VLRTab::Transfers;
-    m_transfersButton->setDefaultImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(selected ? images.active : images.inactive)));
+    m_transfersButton->setDefaultImage(
+        VLRImageCatalogue::imageNamed(QString::fromLatin1(selected ? images.active : images.inactive)));
     m_transfersButton->setMouseOverImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(images.mouseOver)));
     m_transfersButton->setClickedImage(VLRImageCatalogue::imageNamed(QString::fromLatin1(images.active)));
     m_transfersButton->setMouseOverStyle(selected ? VLRMouseOverStyleNone : VLRMouseOverStyleImage);

@@ -8,7 +8,6 @@
 #include <QObject>
 #include <QPointer>
 
-
 // The popover's tab bar: five picture buttons whose tag is their tab number.
 // Which tab may be selected is its delegate's decision.
 class TabSelectorViewController : public QObject, public TabBar, public VLRDropTargetButtonDelegate

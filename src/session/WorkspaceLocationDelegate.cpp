@@ -4,8 +4,7 @@ WorkspaceLocationDelegate::WorkspaceLocationDelegate(const VLRFolderValidationHa
                                                      const VLRFolderCompletionHandler& completionHandler)
     : m_validationHandler(validationHandler)
     , m_completionHandler(completionHandler)
-{
-}
+{ }
 
 void WorkspaceLocationDelegate::callCompletionHandlerWithURL(const QUrl& url)
 {

@@ -1,7 +1,13 @@
 #include "shell/AppDelegate.h"
 
+#include "app/AppFlavor.h"
+#include "app/VLRText.h"
+#include "app/VLRUserDefaultsKeys.h"
+#include "app/VLRUserNotificationKeys.h"
+#include "platform/HelperProgram.h"
 #include "platform/VLRFileManager.h"
 #include "platform/VLRMainQueue.h"
+#include "platform/VLRNotificationScheduling.h"
 #include "platform/VLRRunningApplication.h"
 #include "platform/VLRUserDefaults.h"
 #include "platform/VLRUserNotificationCenter.h"
@@ -15,14 +21,8 @@
 #include "service/VLRVersionChecker.h"
 #include "service/VLRVersionInfo.h"
 #include "session/MainViewController.h"
-#include "platform/VLRNotificationScheduling.h"
-#include "app/VLRText.h"
-#include "app/VLRUserNotificationKeys.h"
-#include "app/AppFlavor.h"
 #include "shell/GtkBookmarks.h"
-#include "platform/HelperProgram.h"
 #include "shell/VLRStatusItem.h"
-#include "app/VLRUserDefaultsKeys.h"
 #include "shell/XdgAutostart.h"
 #include "widgets/StatusItemImageView.h"
 
@@ -69,8 +69,8 @@ void AppDelegate::awakeFromNib()
         m_partsFactory ? m_partsFactory(m_services) : MainViewControllerParts(), this, m_services);
 
     m_statusItem = std::make_unique<VLRStatusItem>();
-    m_statusItemView = new StatusItemImageView(QRect(0, 0, StatusItemSize, StatusItemSize),
-                                               AppFlavor::supportsAnimatedStatusIcon());
+    m_statusItemView =
+        new StatusItemImageView(QRect(0, 0, StatusItemSize, StatusItemSize), AppFlavor::supportsAnimatedStatusIcon());
     m_statusItemView->setDelegate(m_mainViewController.get());
     connect(m_statusItem.get(), &VLRStatusItem::quitRequested, this, &AppDelegate::terminate);
     connect(m_statusItem.get(), &VLRStatusItem::moved, this, &AppDelegate::statusItemDidMove);
@@ -114,9 +114,9 @@ int AppDelegate::applicationShouldTerminate()
     vlr::OptionalError error;
     if (m_services.library->softwareUpdater().canLogout(&error))
         return NSTerminateNow;
-    m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Veluria is busy updating software...please stand by"),
-                                       error ? error->localizedDescription : QString(), QString(),
-                                       VLRUserNotificationTypeErrorLoggingOut);
+    m_services.notifications->vlr_scheduledNotificationWithTitle(
+        vlr::localized("Veluria is busy updating software...please stand by"),
+        error ? error->localizedDescription : QString(), QString(), VLRUserNotificationTypeErrorLoggingOut);
     return NSTerminateCancel;
 }
 
@@ -127,7 +127,8 @@ void AppDelegate::applicationWillTerminate()
         m_mainViewController->applicationWillTerminate();
 
     VLRUserDefaults* defaults = m_services.defaults;
-    for (const VLRRunningApplication& proxy : VLRRunningApplication::runningApplicationsWithExecutableName(RestProxyExecutableName)) {
+    for (const VLRRunningApplication& proxy :
+         VLRRunningApplication::runningApplicationsWithExecutableName(RestProxyExecutableName)) {
         defaults->setBool(true, VLRUserDefaultsKeyLaunchRestProxy);
         proxy.terminate();
     }
@@ -259,8 +260,8 @@ void AppDelegate::softwareUpdateTimer()
         const bool doOutOfDate = postponed.isValid() && PostponementSeconds > interval ? false : outOfDate;
         VLRLogFormat(4, UpdateTag,
                      "AppDelegate - versionInfo: unsupported=%d, outOfDate=%d, lastPostponedDate=%@, doOutOfDate=%d",
-                     unsupported, outOfDate, postponed.isValid() ? postponed.toString(Qt::ISODate) : QStringLiteral("(null)"),
-                     doOutOfDate);
+                     unsupported, outOfDate,
+                     postponed.isValid() ? postponed.toString(Qt::ISODate) : QStringLiteral("(null)"), doOutOfDate);
         if (!doOutOfDate && !unsupported)
             return;
         checker->getVersionInfo([self, unsupported](const vlr::OptionalError&, const VLRVersionInfoPtr& info) {

@@ -16,7 +16,6 @@ class MainViewController;
 class QTimer;
 class VLRStatusItem;
 
-
 // The root of the client: starts and stops it in its required order, owns the
 // main controller, the status item and the update timer, and manages the REST
 // proxy.

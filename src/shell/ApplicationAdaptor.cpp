@@ -5,8 +5,7 @@
 ApplicationAdaptor::ApplicationAdaptor(ClientInstance* instance)
     : QDBusAbstractAdaptor(instance)
     , m_instance(instance)
-{
-}
+{ }
 
 // What the desktop adds about the start (a startup notification id, the
 // display) changes nothing for a tray client.

@@ -1,11 +1,11 @@
 #include "shell/ClientInstance.h"
 
 #include "service/VLRLogFormat.h"
-#include "shell/ShellLog.h"
 #include "session/MainViewController.h"
 #include "shell/AppDelegate.h"
 #include "shell/ApplicationAdaptor.h"
 #include "shell/LaunchArguments.h"
+#include "shell/ShellLog.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>

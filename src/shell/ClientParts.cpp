@@ -1,10 +1,10 @@
 #include "shell/ClientParts.h"
 
+#include "preferences/PreferencesViewController.h"
 #include "session/TabSelectorViewController.h"
 #include "session/VLRPopover.h"
 #include "signin/LoginMfaViewController.h"
 #include "signin/LoginViewController.h"
-#include "preferences/PreferencesViewController.h"
 
 MainViewControllerParts makeClientParts(const ClientServices& services)
 {

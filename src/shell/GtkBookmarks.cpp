@@ -10,7 +10,7 @@
 QString GtkBookmarks::bookmarksFilePath()
 {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-           + QStringLiteral("/gtk-3.0/bookmarks");
+        + QStringLiteral("/gtk-3.0/bookmarks");
 }
 
 bool GtkBookmarks::insertFirst(const QString& folderPath, const QString& label)

@@ -1,7 +1,7 @@
 #include "shell/VLRStatusItem.h"
 
-#include "platform/VLRDesktopAppearance.h"
 #include "app/VLRText.h"
+#include "platform/VLRDesktopAppearance.h"
 #include "widgets/StatusItemImageView.h"
 
 #include <QCursor>
@@ -32,7 +32,8 @@ VLRStatusItem::VLRStatusItem(QObject* parent)
 
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (bus.isConnected()) {
-        m_watcher = new QDBusServiceWatcher(StatusNotifierWatcher, bus, QDBusServiceWatcher::WatchForRegistration, this);
+        m_watcher =
+            new QDBusServiceWatcher(StatusNotifierWatcher, bus, QDBusServiceWatcher::WatchForRegistration, this);
         connect(m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &VLRStatusItem::createTrayIconIfPossible);
     }
     // Trays that embed the icon know its place; it is looked at once a second,
@@ -77,8 +78,8 @@ void VLRStatusItem::createTrayIconIfPossible()
     if (m_trayIcon || !m_view)
         return;
     QDBusConnection bus = QDBusConnection::sessionBus();
-    const bool statusNotifierHost = bus.isConnected() && bus.interface()
-                                    && bus.interface()->isServiceRegistered(StatusNotifierWatcher).value();
+    const bool statusNotifierHost =
+        bus.isConnected() && bus.interface() && bus.interface()->isServiceRegistered(StatusNotifierWatcher).value();
     if (!statusNotifierHost && !QSystemTrayIcon::isSystemTrayAvailable())
         return;
     m_trayIcon = new QSystemTrayIcon(this);

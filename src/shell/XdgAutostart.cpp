@@ -181,8 +181,7 @@ QString XdgAutostart::userAutostartFolder()
 XdgAutostart::XdgAutostart(const QString& folder, const QString& program)
     : m_folder(folder)
     , m_program(program)
-{
-}
+{ }
 
 XdgAutostart XdgAutostart::forThisProgram()
 {

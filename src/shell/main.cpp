@@ -1,14 +1,14 @@
 // A resident application with no window: the status item and its popover are
 // the client's whole presence.
 
-#include "session/EmbeddedServiceLibrary.h"
 #include "platform/VLRFreedesktopNotificationCenter.h"
 #include "platform/VLRNotificationScheduling.h"
 #include "platform/VLRSystemDesktopServices.h"
 #include "platform/VLRUserDefaults.h"
-#include "shell/AppDelegate.h"
 #include "service/VLRLogFormat.h"
 #include "service/VLRLogHandler.h"
+#include "session/EmbeddedServiceLibrary.h"
+#include "shell/AppDelegate.h"
 #include "shell/ClientInstance.h"
 #include "shell/ClientParts.h"
 #include "shell/LaunchArguments.h"

@@ -1,13 +1,13 @@
 #include "signin/LoginMfaViewController.h"
 
-#include "service/VLRLoginVerifier.h"
-#include "app/VLRText.h"
 #include "app/AppFlavor.h"
+#include "app/VLRColors.h"
+#include "app/VLRText.h"
+#include "service/VLRLoginVerifier.h"
 #include "signin/LoginMfaViewControllerDelegate.h"
 #include "widgets/PageStyle.h"
 #include "widgets/TextFieldEditing.h"
 #include "widgets/VLRButton.h"
-#include "app/VLRColors.h"
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRView.h"
@@ -28,8 +28,7 @@ constexpr int SignInButtonHeight = 32;
 
 LoginMfaViewController::LoginMfaViewController(QObject* parent)
     : QObject(parent)
-{
-}
+{ }
 
 LoginMfaViewController::~LoginMfaViewController()
 {
@@ -130,12 +129,11 @@ void LoginMfaViewController::signIn()
     if (!m_loginVerifier)
         return;
     QPointer<LoginMfaViewController> self(this);
-    m_loginVerifier->verifyLoginWithCode(
-        code, AppFlavor::supportsMarketplace(),
-        [self](const VLRUserSessionPtr& session, const vlr::OptionalError& error) {
-            if (self)
-                self->didVerify(session, error);
-        });
+    m_loginVerifier->verifyLoginWithCode(code, AppFlavor::supportsMarketplace(),
+                                         [self](const VLRUserSessionPtr& session, const vlr::OptionalError& error) {
+                                             if (self)
+                                                 self->didVerify(session, error);
+                                         });
 }
 
 void LoginMfaViewController::didVerify(const VLRUserSessionPtr& session, const vlr::OptionalError& error)

@@ -1,24 +1,23 @@
 #include "signin/LoginViewController.h"
 
-#include "platform/VLRDesktopServices.h"
+#include "app/AppFlavor.h"
+#include "app/VLRColors.h"
+#include "app/VLRText.h"
+#include "app/VLRUserDefaultsKeys.h"
 #include "platform/VLRDesktopServices.h"
 #include "platform/VLRUserDefaults.h"
-#include "service/VLRServiceLibrary.h"
 #include "service/VLREnvironment.h"
 #include "service/VLRKeychain.h"
 #include "service/VLRLoginCredentials.h"
+#include "service/VLRServiceLibrary.h"
 #include "service/VLRUserSession.h"
 #include "service/VLRUtils.h"
-#include "app/VLRText.h"
-#include "app/AppFlavor.h"
-#include "app/VLRUserDefaultsKeys.h"
 #include "signin/EnvironmentPopUp.h"
 #include "signin/LoginViewControllerDelegate.h"
 #include "signin/SignInLog.h"
 #include "widgets/PageStyle.h"
 #include "widgets/TextFieldEditing.h"
 #include "widgets/VLRButton.h"
-#include "app/VLRColors.h"
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRResponderView.h"
@@ -86,8 +85,7 @@ const QStringList LoginViewController::EnvironmentDomainNames = {
 LoginViewController::LoginViewController(const ClientServices& services, QObject* parent)
     : QObject(parent)
     , m_services(services)
-{
-}
+{ }
 
 LoginViewController::~LoginViewController()
 {
@@ -211,7 +209,8 @@ void LoginViewController::defaultSignIn()
         password = defaults->value(QStringLiteral("password")).toString();
     } else {
         VLRUserDefaults* userDefaults = m_services.defaults;
-        const std::optional<QVariantMap> domain = userDefaults->persistentDomainForName(VLRUserDefaultsPersistentDomain);
+        const std::optional<QVariantMap> domain =
+            userDefaults->persistentDomainForName(VLRUserDefaultsPersistentDomain);
         environment = domain ? domain->value(VLRUserDefaultsKeyEnvironment).toString() : QString();
         email = userDefaults->stringForKey(VLRUserDefaultsKeyEmail);
         password = m_services.library->keychain().loadPassword();
@@ -272,8 +271,8 @@ void LoginViewController::signInBypassUI(bool bypass)
 }
 
 void LoginViewController::didSignIn(const VLRUserSessionPtr& session, const VLRLoginVerifierPtr& verifier,
-                                      const vlr::OptionalError& error, const QString& email, const QString& password,
-                                      bool bypass)
+                                    const vlr::OptionalError& error, const QString& email, const QString& password,
+                                    bool bypass)
 {
     enableControls(true);
 

@@ -68,7 +68,7 @@ protected:
 private:
     void loadView();
     void didSignIn(const VLRUserSessionPtr& session, const VLRLoginVerifierPtr& verifier,
-                     const vlr::OptionalError& error, const QString& email, const QString& password, bool bypass);
+                   const vlr::OptionalError& error, const QString& email, const QString& password, bool bypass);
     void showErrorMessage(const QString& message);
     void enableControls(bool enabled);
     void setBackgroundColorForTextField(const QColor& color, QLineEdit* field);

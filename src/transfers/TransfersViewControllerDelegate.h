@@ -11,8 +11,10 @@ public:
     virtual ~TransfersViewControllerDelegate() = default;
     virtual void transfersViewControllerDidClearCompleted(TransfersPage* controller) = 0;
     virtual void transfersViewControllerDidPauseTransfers(TransfersPage* controller, bool pause) = 0;
-    virtual void transfersViewControllerRestartedUpload(TransfersPage* controller, const VLRTransferReportingPtr& transfer) = 0;
-    virtual void transfersViewControllerRestartedDownload(TransfersPage* controller, const VLRTransferReportingPtr& transfer) = 0;
+    virtual void transfersViewControllerRestartedUpload(TransfersPage* controller,
+                                                        const VLRTransferReportingPtr& transfer) = 0;
+    virtual void transfersViewControllerRestartedDownload(TransfersPage* controller,
+                                                          const VLRTransferReportingPtr& transfer) = 0;
     virtual bool transfersViewControllerEmailNeedsConfirmation() = 0;
     virtual bool transfersViewControllerLoading() = 0;
     virtual void transfersViewControllerMovedUploads(TransfersPage* controller, const VLRTransferList& movedUploads,

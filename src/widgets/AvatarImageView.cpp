@@ -5,8 +5,7 @@
 
 AvatarImageView::AvatarImageView(QWidget* parent)
     : QWidget(parent)
-{
-}
+{ }
 
 void AvatarImageView::setImage(const QPixmap& image)
 {

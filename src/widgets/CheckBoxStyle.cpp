@@ -15,8 +15,7 @@ constexpr int IndicatorSize = 16;
 
 CheckBoxStyle::CheckBoxStyle()
     : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion")))
-{
-}
+{ }
 
 int CheckBoxStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
 {

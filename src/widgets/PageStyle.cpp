@@ -1,7 +1,7 @@
 #include "widgets/PageStyle.h"
 
-#include "widgets/VLRButton.h"
 #include "app/VLRColors.h"
+#include "widgets/VLRButton.h"
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRView.h"

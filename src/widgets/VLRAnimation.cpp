@@ -8,8 +8,7 @@ VLRAnimation::VLRAnimation(qreal duration, const QEasingCurve& animationCurve, Q
     : QAbstractAnimation(parent)
     , m_duration(int(std::lround(duration * 1000)))
     , m_animationCurve(animationCurve)
-{
-}
+{ }
 
 void VLRAnimation::updateCurrentTime(int currentTime)
 {

@@ -3,5 +3,4 @@
 VLRAvatar::VLRAvatar(const QPixmap& image, const QString& toolTip)
     : m_image(image)
     , m_toolTip(toolTip)
-{
-}
+{ }

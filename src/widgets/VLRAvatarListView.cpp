@@ -20,8 +20,7 @@ constexpr qsizetype kEllipsisNameCount = 20;
 
 VLRAvatarListView::VLRAvatarListView(QWidget* parent)
     : QWidget(parent)
-{
-}
+{ }
 
 qsizetype VLRAvatarListView::capacity() const
 {
@@ -60,10 +59,11 @@ QList<VLRAvatarListView::Slot> VLRAvatarListView::avatarSlots() const
         if (!overflows)
             slotList.append(Slot{frame, m_avatars.at(i)});
         else if (i == 0)
-            slotList.append(Slot{frame, VLRAvatar(VLRImageCatalogue::imageNamed(QStringLiteral("ellipsisAvatar"),
-                                                                             QSize(height(), height()),
-                                                                             devicePixelRatioF()),
-                                                  ellipsisToolTip(c))});
+            slotList.append(
+                Slot{frame,
+                     VLRAvatar(VLRImageCatalogue::imageNamed(QStringLiteral("ellipsisAvatar"),
+                                                             QSize(height(), height()), devicePixelRatioF()),
+                               ellipsisToolTip(c))});
         else
             slotList.append(Slot{frame, m_avatars.at(i - 1)});
         if (i + 1 >= c)

@@ -70,8 +70,8 @@ void VLRBadgeView::updateLayer()
 {
     if (m_isWarning && m_badgeValue >= 1) {
         m_layer.emplace();
-        m_layer->contents = VLRImageCatalogue::imageNamed(QStringLiteral("warning_triangle"), size(),
-                                                          devicePixelRatioF());
+        m_layer->contents =
+            VLRImageCatalogue::imageNamed(QStringLiteral("warning_triangle"), size(), devicePixelRatioF());
     } else {
         m_layer.reset();
     }

@@ -1,7 +1,7 @@
 #include "widgets/VLRButton.h"
 
-#include "widgets/VLRBadgeView.h"
 #include "app/VLRColors.h"
+#include "widgets/VLRBadgeView.h"
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRLabel.h"
 #include "widgets/VLRTextFieldAdditions.h"

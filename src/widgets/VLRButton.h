@@ -15,17 +15,17 @@ class VLRLabel;
 
 // What a press and a release do.
 enum VLRClickStyle : quint64 {
-    VLRClickStyleNone = 0,       // the platform's
+    VLRClickStyleNone = 0, // the platform's
     VLRClickStyleBackground = 1, // background black at 0.1 while pressed
-    VLRClickStyleImage = 2,      // clickedImage while pressed
+    VLRClickStyleImage = 2, // clickedImage while pressed
 };
 
 // What entering and leaving with the pointer do.
 enum VLRMouseOverStyle : quint64 {
-    VLRMouseOverStyleNone = 0,       // the platform's
+    VLRMouseOverStyleNone = 0, // the platform's
     VLRMouseOverStyleBackground = 1, // background black at 0.1 while over
-    VLRMouseOverStyleImage = 2,      // mouseOverImage while over
-    VLRMouseOverStyleText = 3,       // the title in mouseOverTextColor while over
+    VLRMouseOverStyleImage = 2, // mouseOverImage while over
+    VLRMouseOverStyleText = 3, // the title in mouseOverTextColor while over
 };
 
 // The program's one button: pictures and colours come from the page that

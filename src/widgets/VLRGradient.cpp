@@ -10,8 +10,7 @@ VLRGradient::VLRGradient(const QColor& startColor, const QColor& endColor, qint3
     : m_startColor(startColor)
     , m_endColor(endColor)
     , m_angle(angle)
-{
-}
+{ }
 
 QLinearGradient VLRGradient::linearGradientInRect(const QRectF& rect) const
 {

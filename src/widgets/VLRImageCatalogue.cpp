@@ -96,11 +96,8 @@ QPixmap VLRImageCatalogue::imageNamed(const QString& name, const QSize& logicalS
     if (pixels.isEmpty())
         return {};
 
-    const QString key = QStringLiteral("vlr-image:%1:%2x%3@%4")
-                            .arg(name)
-                            .arg(size.width())
-                            .arg(size.height())
-                            .arg(ratio);
+    const QString key =
+        QStringLiteral("vlr-image:%1:%2x%3@%4").arg(name).arg(size.width()).arg(size.height()).arg(ratio);
     QPixmap pixmap;
     if (QPixmapCache::find(key, &pixmap))
         return pixmap;

@@ -3,13 +3,12 @@
 #include "widgets/VLRImageCatalogue.h"
 
 #include <QImage>
-#include <QPainter>
 #include <QPaintDevice>
+#include <QPainter>
 
 VLRImageIconEngine::VLRImageIconEngine(const QString& name)
     : m_name(name)
-{
-}
+{ }
 
 void VLRImageIconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state)
 {

@@ -4,8 +4,7 @@
 
 VLRImageView::VLRImageView(QWidget* parent)
     : QWidget(parent)
-{
-}
+{ }
 
 void VLRImageView::setImage(const QPixmap& image)
 {

@@ -18,8 +18,7 @@ VLRLabel* VLRLabel::labelCenteredInFrameAttributedStringVerticalOffset(const QRe
     return label;
 }
 
-QRectF VLRLabel::labelFrameCenteredInFrame(const QRectF& frame, const VLRAttributedString& string,
-                                           qreal verticalOffset)
+QRectF VLRLabel::labelFrameCenteredInFrame(const QRectF& frame, const VLRAttributedString& string, qreal verticalOffset)
 {
     const qreal height = string.size().height() - verticalOffset;
     const qreal y = 0.5 * frame.height() - 0.5 * height + frame.y() + verticalOffset;

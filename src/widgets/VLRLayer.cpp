@@ -40,6 +40,7 @@ void VLRLayer::paintBorder(QPainter& painter, const QRectF& bounds) const
     painter.setRenderHint(QPainter::Antialiasing, cornerRadius > 0);
     painter.setPen(QPen(borderColor, borderWidth));
     painter.setBrush(Qt::NoBrush);
-    painter.drawPath(roundedPath(bounds.adjusted(inset, inset, -inset, -inset), std::max<qreal>(0, cornerRadius - inset)));
+    painter.drawPath(
+        roundedPath(bounds.adjusted(inset, inset, -inset, -inset), std::max<qreal>(0, cornerRadius - inset)));
     painter.restore();
 }

@@ -4,8 +4,7 @@
 
 VLRModalSession::VLRModalSession(QDialog* window)
     : m_window(window)
-{
-}
+{ }
 
 VLRModalSession VLRModalSession::beginModalSessionForWindow(QDialog* window)
 {

@@ -3,7 +3,6 @@
 #include <QDialog>
 #include <QPointer>
 
-
 // A dialog shown modal to the whole application while the event loop goes on
 // running; its answer is asked for step by step with run().
 class VLRModalSession

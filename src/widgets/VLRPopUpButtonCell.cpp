@@ -8,14 +8,13 @@
 
 VLRPopUpButtonCell::VLRPopUpButtonCell(QWidget* parent)
     : QComboBox(parent)
-{
-}
+{ }
 
 void VLRPopUpButtonCell::paintEvent(QPaintEvent*)
 {
     const QString name = QStringLiteral("file_drop_workspace_popup");
-    const QPixmap bezel = VLRImageCatalogue::imageNamed(name, VLRImageCatalogue::naturalSize(name),
-                                                        devicePixelRatioF());
+    const QPixmap bezel =
+        VLRImageCatalogue::imageNamed(name, VLRImageCatalogue::naturalSize(name), devicePixelRatioF());
     QStylePainter painter(this);
     if (!bezel.isNull()) {
         // The frame's own rectangle of the picture, copied over what is there.

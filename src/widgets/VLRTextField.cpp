@@ -8,8 +8,7 @@
 
 VLRTextField::VLRTextField(QWidget* parent)
     : QWidget(parent)
-{
-}
+{ }
 
 void VLRTextField::setFrame(const QRectF& frame)
 {

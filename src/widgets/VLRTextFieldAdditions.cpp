@@ -53,8 +53,8 @@ VLRTextField* vlr_labelCenteredInFrameAttributedStringVerticalOffset(const QRect
     const qreal height = string.size().height();
     auto* field = new VLRTextField(parent);
     field->setAttributedStringValue(string);
-    field->setFrame(QRectF(frame.x(), 0.5 * frame.height() - 0.5 * height + frame.y() + verticalOffset,
-                           frame.width(), height));
+    field->setFrame(
+        QRectF(frame.x(), 0.5 * frame.height() - 0.5 * height + frame.y() + verticalOffset, frame.width(), height));
     return field;
 }
 

@@ -20,15 +20,13 @@ VLRTextField* vlr_labelCenteredInFrameStringAlignment(const QRectF& frame, const
 // As above, not truncated: the font shrinks a point at a time from 12 until
 // the text fits the frame's width.
 VLRTextField* vlr_labelScalingFontCenteredInFrameStringAlignment(const QRectF& frame, const QString& string,
-                                                                 Qt::Alignment alignment,
-                                                                 QWidget* parent = nullptr);
+                                                                 Qt::Alignment alignment, QWidget* parent = nullptr);
 
 // The field has the frame's x and width and the text's height; its y is
 // 0.5 × frame height − 0.5 × text height + frame y + offset, not rounded.
 VLRTextField* vlr_labelCenteredInFrameAttributedStringVerticalOffset(const QRectF& frame,
                                                                      const VLRAttributedString& string,
-                                                                     qreal verticalOffset,
-                                                                     QWidget* parent = nullptr);
+                                                                     qreal verticalOffset, QWidget* parent = nullptr);
 
 // The size the text takes when laid out alone, without wrapping or
 // hyphenation.

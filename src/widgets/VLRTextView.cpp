@@ -4,8 +4,7 @@
 
 VLRTextView::VLRTextView(QWidget* parent)
     : QTextEdit(parent)
-{
-}
+{ }
 
 void VLRTextView::setEnabled(bool enabled)
 {

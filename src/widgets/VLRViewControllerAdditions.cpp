@@ -18,7 +18,7 @@ void setParentView(QWidget* controllerView, QWidget* parentView)
     vlr_setTranslatesAutoresizingMaskIntoConstraints(controllerView, false);
     controllerView->setParent(parentView);
     controllerView->show();
-    for (VLRLayoutAttribute attribute : {VLRLayoutAttributeLeft, VLRLayoutAttributeRight, VLRLayoutAttributeTop,
-                                         VLRLayoutAttributeBottom})
+    for (VLRLayoutAttribute attribute :
+         {VLRLayoutAttributeLeft, VLRLayoutAttributeRight, VLRLayoutAttributeTop, VLRLayoutAttributeBottom})
         addEdgeConstraintSuperviewSubview(attribute, parentView, controllerView);
 }

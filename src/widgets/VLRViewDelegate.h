@@ -13,5 +13,5 @@ public:
     virtual void viewDidReceiveDroppedFiles(VLRView* view, const QStringList& files) = 0;
 
     // Each time a drag enters the view; most delegates need not hear it.
-    virtual void viewDidReceiveDraggingEvent(VLRView*) {}
+    virtual void viewDidReceiveDraggingEvent(VLRView*) { }
 };

@@ -10,9 +10,9 @@
 class FakeInstallerOperation : public VLRInstallerOperation
 {
 public:
-    using VLRProgressReporting::setFractionCompleted;
-    using VLRProgressReporting::setFinished;
     using VLRProgressReporting::setError;
+    using VLRProgressReporting::setFinished;
+    using VLRProgressReporting::setFractionCompleted;
 
     bool cancelled = false;
 
@@ -23,15 +23,15 @@ public:
 class FakeInstaller : public VLRInstaller
 {
 public:
+    using VLRInstaller::setCurrentRevision;
+    using VLRInstaller::setDownloadOperation;
+    using VLRInstaller::setFirstProduct;
     using VLRInstaller::setIdentifier;
-    using VLRInstaller::setName;
     using VLRInstaller::setImage;
     using VLRInstaller::setImageURL;
-    using VLRInstaller::setFirstProduct;
-    using VLRInstaller::setCurrentRevision;
     using VLRInstaller::setInstalledVersionString;
-    using VLRInstaller::setDownloadOperation;
     using VLRInstaller::setInstallOperation;
+    using VLRInstaller::setName;
     using VLRInstaller::setOverallOperation;
 
     static std::shared_ptr<FakeInstaller> make(const QString& identifier, const QString& name);

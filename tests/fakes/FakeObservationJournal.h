@@ -16,8 +16,7 @@ public:
 };
 
 // Gives a fake record a name and a journal of its observers.
-template <typename Base>
-class Journaled : public Base
+template <typename Base> class Journaled : public Base
 {
 public:
     QString journalName;

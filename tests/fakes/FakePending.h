@@ -7,8 +7,7 @@
 
 // Completion handlers that a fake keeps, so that a test completes them later,
 // in any order, with any result, or never.
-template <typename Handler>
-class FakePending
+template <typename Handler> class FakePending
 {
 public:
     void add(Handler handler) { m_handlers.append(std::move(handler)); }
@@ -18,14 +17,9 @@ public:
 
     // Completes the oldest pending call; an empty handler is taken and skipped
     // as the library would.
-    template <typename... Args>
-    void complete(Args&&... args)
-    {
-        completeAt(0, std::forward<Args>(args)...);
-    }
+    template <typename... Args> void complete(Args&&... args) { completeAt(0, std::forward<Args>(args)...); }
 
-    template <typename... Args>
-    void completeAt(int index, Args&&... args)
+    template <typename... Args> void completeAt(int index, Args&&... args)
     {
         if (index < 0 || index >= m_handlers.size())
             throw std::logic_error("no pending completion handler to complete");

@@ -6,9 +6,9 @@
 class FakePublication final : public VLRPublication
 {
 public:
-    using VLRPublication::setUserID;
-    using VLRPublication::setUserFirstName;
-    using VLRPublication::setUserEmail;
     using VLRPublication::setProjectName;
     using VLRPublication::setText;
+    using VLRPublication::setUserEmail;
+    using VLRPublication::setUserFirstName;
+    using VLRPublication::setUserID;
 };

@@ -80,9 +80,11 @@ std::shared_ptr<VLRVersionChecker> FakeService::createVersionChecker()
 }
 
 void FakeService::createUserSessionWithLoginCredentials(const VLRLoginCredentials& credentials, const QString& apiKey,
-                                                        bool supportsMarketplace, const VLRSignInHandler& completionHandler)
+                                                        bool supportsMarketplace,
+                                                        const VLRSignInHandler& completionHandler)
 {
-    log.record(QStringLiteral("createUserSessionWithLoginCredentials"), {credentials.email(), apiKey, supportsMarketplace});
+    log.record(QStringLiteral("createUserSessionWithLoginCredentials"),
+               {credentials.email(), apiKey, supportsMarketplace});
     signIns.append({credentials.email(), credentials.password(), apiKey, supportsMarketplace});
     signInHandlers.add(completionHandler);
 }

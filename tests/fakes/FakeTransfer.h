@@ -9,15 +9,15 @@
 class FakeTransfer : public Journaled<VLRTransferReporting>
 {
 public:
-    using VLRTransferReporting::setIdentifier;
-    using VLRTransferReporting::setType;
-    using VLRTransferReporting::setSubType;
-    using VLRTransferReporting::setFileURL;
-    using VLRTransferReporting::setTotalSize;
-    using VLRTransferReporting::setFractionCompleted;
-    using VLRTransferReporting::setFinished;
-    using VLRTransferReporting::setPaused;
     using VLRTransferReporting::setError;
+    using VLRTransferReporting::setFileURL;
+    using VLRTransferReporting::setFinished;
+    using VLRTransferReporting::setFractionCompleted;
+    using VLRTransferReporting::setIdentifier;
+    using VLRTransferReporting::setPaused;
+    using VLRTransferReporting::setSubType;
+    using VLRTransferReporting::setTotalSize;
+    using VLRTransferReporting::setType;
 
     // A transfer of type 1 (upload) or another type (download) for the file.
     static std::shared_ptr<FakeTransfer> make(const QString& identifier, qint64 type, const QString& filePath,

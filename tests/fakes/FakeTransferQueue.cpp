@@ -9,7 +9,8 @@ void FakeTransferQueue::restartTransfer(const VLRTransferReportingPtr& transfer,
         *error = restartError;
 }
 
-void FakeTransferQueue::moveTransfersAbove(const VLRTransferList& transfers, const VLRTransferReportingPtr& referenceTransfer)
+void FakeTransferQueue::moveTransfersAbove(const VLRTransferList& transfers,
+                                           const VLRTransferReportingPtr& referenceTransfer)
 {
     log.record(QStringLiteral("moveTransfersAbove"), {transfers.size()});
     lastMoved = transfers;

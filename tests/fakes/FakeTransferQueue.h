@@ -7,11 +7,11 @@
 class FakeTransferQueue : public Journaled<VLRTransferQueue>
 {
 public:
-    using VLRTransferQueue::setTransfers;
     using VLRTransferQueue::setCurrentTransfer;
     using VLRTransferQueue::setThroughput;
     using VLRTransferQueue::setTimeRemaining;
     using VLRTransferQueue::setTimeRemainingInvalid;
+    using VLRTransferQueue::setTransfers;
 
     FakeCallLog log;
     // What restartTransfer answers in its error out-parameter.
@@ -20,5 +20,6 @@ public:
     VLRTransferReportingPtr lastReference;
 
     void restartTransfer(const VLRTransferReportingPtr& transfer, vlr::OptionalError* error) override;
-    void moveTransfersAbove(const VLRTransferList& transfers, const VLRTransferReportingPtr& referenceTransfer) override;
+    void moveTransfersAbove(const VLRTransferList& transfers,
+                            const VLRTransferReportingPtr& referenceTransfer) override;
 };

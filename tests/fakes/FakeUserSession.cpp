@@ -108,9 +108,8 @@ void FakeUserSession::publishText(const QString& text, const QString& intoWorksp
     publishTextHandlers.add(completionHandler);
 }
 
-void FakeUserSession::uploadAndPublishNewRevision(const QUrl& fileURL, const QString& workspaceIdentifier,
-                                                  bool publish, const QString& publicationText,
-                                                  vlr::OptionalError* error)
+void FakeUserSession::uploadAndPublishNewRevision(const QUrl& fileURL, const QString& workspaceIdentifier, bool publish,
+                                                  const QString& publicationText, vlr::OptionalError* error)
 {
     log.record(QStringLiteral("uploadAndPublishNewRevision"), {fileURL, workspaceIdentifier, publish, publicationText});
     if (error)
@@ -120,7 +119,8 @@ void FakeUserSession::uploadAndPublishNewRevision(const QUrl& fileURL, const QSt
 void FakeUserSession::createNewInstallerWithName(
     const QString& name, const QVariant& type, const QVariant& description, const QVariant& platform,
     const QVariant& packageIdentifiers, const QList<QUrl>& fileURLs, bool silentInstall, const QVariant& productIDs,
-    const QUrl& imageURL, const std::function<void(const VLRInstallerPtr&, const vlr::OptionalError&)>& completionHandler)
+    const QUrl& imageURL,
+    const std::function<void(const VLRInstallerPtr&, const vlr::OptionalError&)>& completionHandler)
 {
     QVariantList urls;
     for (const QUrl& url : fileURLs)

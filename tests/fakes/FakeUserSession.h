@@ -3,8 +3,8 @@
 #include "fakes/FakeCallLog.h"
 #include "fakes/FakeObservationJournal.h"
 #include "fakes/FakePending.h"
-#include "fakes/FakeUser.h"
 #include "fakes/FakeTransferQueue.h"
+#include "fakes/FakeUser.h"
 #include "service/VLRInstallerUpdater.h"
 #include "service/VLRUser.h"
 #include "service/VLRUserSession.h"
@@ -14,12 +14,12 @@
 class FakeInstallerUpdater : public Journaled<VLRInstallerUpdater>
 {
 public:
+    using VLRInstallerUpdater::overallOperationsDidChange;
+    using VLRInstallerUpdater::setCurrentInstall;
+    using VLRInstallerUpdater::setDownloadOperations;
     using VLRInstallerUpdater::setInstallerUpdates;
     using VLRInstallerUpdater::setNeverInstalled;
     using VLRInstallerUpdater::setNotInstalled;
-    using VLRInstallerUpdater::setDownloadOperations;
-    using VLRInstallerUpdater::setCurrentInstall;
-    using VLRInstallerUpdater::overallOperationsDidChange;
 };
 
 // A session whose every property a test sets through the contract's setters,
@@ -33,21 +33,21 @@ public:
     static std::shared_ptr<FakeUserSession> make(const QString& email = QStringLiteral("ada@example.com"));
 
     FakeObservationJournal observations;
-    using VLRUserSession::setUser;
-    using VLRUserSession::setUserID;
-    using VLRUserSession::setProjects;
-    using VLRUserSession::setWorkspaces;
     using VLRUserSession::setCompletedTransfers;
-    using VLRUserSession::setSyncingWorkspaces;
-    using VLRUserSession::setSyncingLists;
-    using VLRUserSession::setTransfersPaused;
-    using VLRUserSession::setInstallers;
-    using VLRUserSession::setPurchases;
+    using VLRUserSession::setDownloader;
     using VLRUserSession::setHasPurchases;
     using VLRUserSession::setHasWorkspaces;
-    using VLRUserSession::setUploader;
-    using VLRUserSession::setDownloader;
+    using VLRUserSession::setInstallers;
+    using VLRUserSession::setProjects;
+    using VLRUserSession::setPurchases;
+    using VLRUserSession::setSyncingLists;
+    using VLRUserSession::setSyncingWorkspaces;
+    using VLRUserSession::setTransfersPaused;
     using VLRUserSession::setUpdater;
+    using VLRUserSession::setUploader;
+    using VLRUserSession::setUser;
+    using VLRUserSession::setUserID;
+    using VLRUserSession::setWorkspaces;
 
     FakeCallLog log;
 
@@ -78,15 +78,13 @@ public:
                      const VLRTextHandler& completionHandler) override;
     void uploadAndPublishNewRevision(const QUrl& fileURL, const QString& workspaceIdentifier, bool publish,
                                      const QString& publicationText, vlr::OptionalError* error) override;
-    void createNewInstallerWithName(const QString& name, const QVariant& type, const QVariant& description,
-                                    const QVariant& platform, const QVariant& packageIdentifiers,
-                                    const QList<QUrl>& fileURLs, bool silentInstall, const QVariant& productIDs,
-                                    const QUrl& imageURL,
-                                    const std::function<void(const VLRInstallerPtr&, const vlr::OptionalError&)>&
-                                        completionHandler) override;
+    void createNewInstallerWithName(
+        const QString& name, const QVariant& type, const QVariant& description, const QVariant& platform,
+        const QVariant& packageIdentifiers, const QList<QUrl>& fileURLs, bool silentInstall, const QVariant& productIDs,
+        const QUrl& imageURL,
+        const std::function<void(const VLRInstallerPtr&, const vlr::OptionalError&)>& completionHandler) override;
     void uploadAndPublishNewInstaller(const QUrl& fileURL, const QString& installerID,
                                       const QVariantMap& installerVersionInfo, vlr::OptionalError* error) override;
     void pauseAllTransfers(bool pause) override;
     void clearCompletedTransfers() override;
-
 };

@@ -2,8 +2,8 @@
 
 #include "platform/VLRDesktopServices.h"
 
-#include <QStringList>
 #include <QList>
+#include <QStringList>
 
 // Desktop services that open nothing: they keep every URL and file asked
 // for, in order, and answer as the test says (true unless told otherwise).

@@ -17,8 +17,7 @@ QStringList PageJournal::withPrefix(const QString& prefix) const
 RecordingPage::RecordingPage(PageJournal* journal, const QString& name)
     : m_journal(journal)
     , m_name(name)
-{
-}
+{ }
 
 RecordingPage::~RecordingPage()
 {
@@ -56,7 +55,8 @@ void RecordingTabBar::selectTab(int tab)
 
 bool RecordingApplication::launchAppAtStartup(bool launch)
 {
-    m_journal->add(QStringLiteral("app.launchAppAtStartup ") + (launch ? QStringLiteral("true") : QStringLiteral("false")));
+    m_journal->add(QStringLiteral("app.launchAppAtStartup ")
+                   + (launch ? QStringLiteral("true") : QStringLiteral("false")));
     launchesAtStartup = launch;
     return true;
 }

@@ -31,8 +31,7 @@ protected:
     QWidget* pageView();
     // Writes "name.operation argument argument ...": flags as true/false,
     // lists as their size, file lists joined by commas, users by e-mail.
-    template <typename... Arguments>
-    void note(const char* operation, const Arguments&... arguments)
+    template <typename... Arguments> void note(const char* operation, const Arguments&... arguments)
     {
         QString entry = m_name + QLatin1Char('.') + QLatin1String(operation);
         ((entry += QLatin1Char(' ') + text(arguments)), ...);
@@ -46,8 +45,7 @@ protected:
     static QString text(const QStringList& value) { return value.join(QLatin1Char(',')); }
     static QString text(const VLRUserPtr& user);
     static QString text(const VLRWorkspacePtr& workspace);
-    template <typename T>
-    static QString text(const QList<T>& list) { return QString::number(list.size()); }
+    template <typename T> static QString text(const QList<T>& list) { return QString::number(list.size()); }
 
     PageJournal* m_journal;
     QString m_name;
@@ -57,7 +55,9 @@ protected:
 class RecordingTabBar : public TabBar, public RecordingPage
 {
 public:
-    explicit RecordingTabBar(PageJournal* journal) : RecordingPage(journal, QStringLiteral("tabs")) {}
+    explicit RecordingTabBar(PageJournal* journal)
+        : RecordingPage(journal, QStringLiteral("tabs"))
+    { }
 
     TabSelectorViewControllerDelegate* delegate = nullptr;
     int selected = 0;
@@ -71,22 +71,42 @@ public:
     int selectedTab() const override { return selected; }
     // Asks the delegate like the real bar: it may refuse.
     void selectTab(int tab) override;
-    void showActiveUploads(bool uploads, bool downloads) override { activeUploads = uploads; activeDownloads = downloads; note(__func__, uploads, downloads); }
-    void setBadgeValue(qint64 value, int forTab, bool isWarning) override { badges[forTab] = {value, isWarning}; note(__func__, value, forTab, isWarning); }
+    void showActiveUploads(bool uploads, bool downloads) override
+    {
+        activeUploads = uploads;
+        activeDownloads = downloads;
+        note(__func__, uploads, downloads);
+    }
+    void setBadgeValue(qint64 value, int forTab, bool isWarning) override
+    {
+        badges[forTab] = {value, isWarning};
+        note(__func__, value, forTab, isWarning);
+    }
     void enableDisableTabs() override { note(__func__); }
 };
 
 class RecordingPopover : public Popover, public RecordingPage
 {
 public:
-    explicit RecordingPopover(PageJournal* journal) : RecordingPage(journal, QStringLiteral("popover")) {}
+    explicit RecordingPopover(PageJournal* journal)
+        : RecordingPage(journal, QStringLiteral("popover"))
+    { }
 
     bool shown = false;
     QRect lastRect;
 
     bool isShown() const override { return shown; }
-    void performClose() override { shown = false; note(__func__); }
-    void showRelativeToRect(const QRect& rect, QWidget*, int preferredEdge) override { shown = true; lastRect = rect; note("show", preferredEdge); }
+    void performClose() override
+    {
+        shown = false;
+        note(__func__);
+    }
+    void showRelativeToRect(const QRect& rect, QWidget*, int preferredEdge) override
+    {
+        shown = true;
+        lastRect = rect;
+        note("show", preferredEdge);
+    }
     void setContentView(QWidget*) override { note(__func__); }
     QWidget* window() override { return pageView(); }
 };
@@ -94,16 +114,30 @@ public:
 class RecordingTransfersPage : public TransfersPage, public RecordingPage
 {
 public:
-    explicit RecordingTransfersPage(PageJournal* journal) : RecordingPage(journal, QStringLiteral("transfers")) {}
+    explicit RecordingTransfersPage(PageJournal* journal)
+        : RecordingPage(journal, QStringLiteral("transfers"))
+    { }
 
     TransfersViewControllerDelegate* delegate = nullptr;
     VLRTransferList uploads, downloads, completed;
 
     QWidget* view() override { return pageView(); }
     void setDelegate(TransfersViewControllerDelegate* d) override { delegate = d; }
-    void setUploads(const VLRTransferList& list) override { uploads = list; note(__func__, list); }
-    void setDownloads(const VLRTransferList& list) override { downloads = list; note(__func__, list); }
-    void setCompleted(const VLRTransferList& list) override { completed = list; note(__func__, list); }
+    void setUploads(const VLRTransferList& list) override
+    {
+        uploads = list;
+        note(__func__, list);
+    }
+    void setDownloads(const VLRTransferList& list) override
+    {
+        downloads = list;
+        note(__func__, list);
+    }
+    void setCompleted(const VLRTransferList& list) override
+    {
+        completed = list;
+        note(__func__, list);
+    }
     void setTransfersPaused(bool paused) override { note(__func__, paused); }
     void updateUploadThroughput(double value) override { note(__func__, value); }
     void updateDownloadThroughput(double value) override { note(__func__, value); }
@@ -116,7 +150,9 @@ public:
 class RecordingWorkspacesPage : public WorkspacesPage, public RecordingPage
 {
 public:
-    explicit RecordingWorkspacesPage(PageJournal* journal) : RecordingPage(journal, QStringLiteral("workspaces")) {}
+    explicit RecordingWorkspacesPage(PageJournal* journal)
+        : RecordingPage(journal, QStringLiteral("workspaces"))
+    { }
 
     WorkspacesViewControllerDelegate* delegate = nullptr;
 
@@ -129,7 +165,9 @@ public:
 class RecordingFileDropPage : public FileDropPage, public RecordingPage
 {
 public:
-    explicit RecordingFileDropPage(PageJournal* journal) : RecordingPage(journal, QStringLiteral("fileDrop")) {}
+    explicit RecordingFileDropPage(PageJournal* journal)
+        : RecordingPage(journal, QStringLiteral("fileDrop"))
+    { }
 
     FileDropViewControllerDelegate* delegate = nullptr;
     QStringList files;
@@ -138,7 +176,11 @@ public:
     void setDelegate(FileDropViewControllerDelegate* d) override { delegate = d; }
     void updateWorkspaces(const VLRWorkspaceList& workspaces) override { note(__func__, workspaces); }
     void updateState() override { note(__func__); }
-    void updateFiles(const QStringList& list) override { files = list; note(__func__, list); }
+    void updateFiles(const QStringList& list) override
+    {
+        files = list;
+        note(__func__, list);
+    }
     void selectWorkspace(const VLRWorkspacePtr& workspace) override { note(__func__, workspace); }
     void clearFields() override { note(__func__); }
     void refreshButtonState() override { note(__func__); }
@@ -147,7 +189,9 @@ public:
 class RecordingMarketplacePage : public MarketplacePage, public RecordingPage
 {
 public:
-    explicit RecordingMarketplacePage(PageJournal* journal) : RecordingPage(journal, QStringLiteral("marketplace")) {}
+    explicit RecordingMarketplacePage(PageJournal* journal)
+        : RecordingPage(journal, QStringLiteral("marketplace"))
+    { }
 
     MarketplaceViewControllerDelegate* delegate = nullptr;
 
@@ -167,14 +211,20 @@ public:
 class RecordingPreferencesPage : public PreferencesPage, public RecordingPage
 {
 public:
-    explicit RecordingPreferencesPage(PageJournal* journal) : RecordingPage(journal, QStringLiteral("preferences")) {}
+    explicit RecordingPreferencesPage(PageJournal* journal)
+        : RecordingPage(journal, QStringLiteral("preferences"))
+    { }
 
     PreferencesViewControllerDelegate* delegate = nullptr;
     VLRUserPtr user;
 
     QWidget* view() override { return pageView(); }
     void setDelegate(PreferencesViewControllerDelegate* d) override { delegate = d; }
-    void updateWithUser(const VLRUserPtr& u) override { user = u; note(__func__, u); }
+    void updateWithUser(const VLRUserPtr& u) override
+    {
+        user = u;
+        note(__func__, u);
+    }
     void setLoggedIn(bool loggedIn) override { note(__func__, loggedIn); }
     void updateDownloadCacheSize(qint64 bytes) override { note(__func__, bytes); }
 };
@@ -182,7 +232,9 @@ public:
 class RecordingLoginPage : public LoginPage, public RecordingPage
 {
 public:
-    explicit RecordingLoginPage(PageJournal* journal) : RecordingPage(journal, QStringLiteral("login")) {}
+    explicit RecordingLoginPage(PageJournal* journal)
+        : RecordingPage(journal, QStringLiteral("login"))
+    { }
 
     LoginViewControllerDelegate* delegate = nullptr;
 
@@ -195,20 +247,28 @@ public:
 class RecordingLoginMfaPage : public LoginMfaPage, public RecordingPage
 {
 public:
-    explicit RecordingLoginMfaPage(PageJournal* journal) : RecordingPage(journal, QStringLiteral("loginMfa")) {}
+    explicit RecordingLoginMfaPage(PageJournal* journal)
+        : RecordingPage(journal, QStringLiteral("loginMfa"))
+    { }
 
     LoginMfaViewControllerDelegate* delegate = nullptr;
     VLRLoginVerifierPtr verifier;
 
     QWidget* view() override { return pageView(); }
     void setDelegate(LoginMfaViewControllerDelegate* d) override { delegate = d; }
-    void setLoginVerifier(const VLRLoginVerifierPtr& v) override { verifier = v; note(__func__); }
+    void setLoginVerifier(const VLRLoginVerifierPtr& v) override
+    {
+        verifier = v;
+        note(__func__);
+    }
 };
 
 class RecordingApplication : public ApplicationRoot
 {
 public:
-    explicit RecordingApplication(PageJournal* journal) : m_journal(journal) {}
+    explicit RecordingApplication(PageJournal* journal)
+        : m_journal(journal)
+    { }
 
     StatusItemImageView* statusView = nullptr;
     bool launchesAtStartup = false;

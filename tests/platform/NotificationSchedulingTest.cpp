@@ -1,5 +1,5 @@
-#include "fakes/FakeClientServices.h"
 #include "app/VLRUserDefaultsKeys.h"
+#include "fakes/FakeClientServices.h"
 #include "support/CapturedLog.h"
 
 #include <QTemporaryDir>
@@ -28,7 +28,8 @@ TEST_F(NotificationSchedulingTest, ABurstComesOutSixSecondsApartAndAPauseResetsT
     const QDateTime start = now;
     auto a = vlr_scheduledNotificationWithTitle("A", "a");
     auto b = vlr_scheduledNotificationWithTitle("B", "b", "obj", "VLRUserNotificationTypeNewPublication");
-    auto c = vlr_scheduledNotificationWithTitle("C", "c", "Open", QString(), QUrl(), "VLRUserNotificationTypeDownloadCompleted");
+    auto c = vlr_scheduledNotificationWithTitle("C", "c", "Open", QString(), QUrl(),
+                                                "VLRUserNotificationTypeDownloadCompleted");
     EXPECT_EQ(a->deliveryDate(), start);
     EXPECT_EQ(b->deliveryDate(), start.addSecs(6));
     EXPECT_EQ(c->deliveryDate(), start.addSecs(12));
@@ -69,8 +70,9 @@ TEST_F(NotificationSchedulingTest, TheUserDictionaryOfEachFormAndTheLogLine)
                                                          "inst-1", QUrl(), "VLRUserNotificationTypeUpdateAvailable");
     EXPECT_TRUE(withButton->hasActionButton());
     EXPECT_EQ(withButton->actionButtonTitle(), "Update");
-    EXPECT_EQ(withButton->userInfo(), (QVariantMap{{"VLRUserNotificationTypeKey", "VLRUserNotificationTypeUpdateAvailable"},
-                                                   {"VLRUserNotificationObjectIdentifierKey", "inst-1"}}));
+    EXPECT_EQ(withButton->userInfo(),
+              (QVariantMap{{"VLRUserNotificationTypeKey", "VLRUserNotificationTypeUpdateAvailable"},
+                           {"VLRUserNotificationObjectIdentifierKey", "inst-1"}}));
     EXPECT_EQ(lines.first(), "5 SDKClient User Notification: Title: Text");
     EXPECT_EQ(lines.size(), 2);
 }

@@ -174,10 +174,12 @@ TEST_F(FreedesktopNotificationCenterTest, SendsWhatTheServerExpectsAndEscapesBod
     // The title is never read as markup; the body is, so it is escaped.
     const QList<QVariantList> notify = server->calls("Notify");
     const QVariantMap hints{{"desktop-entry", "veluria"}};
-    EXPECT_EQ(notify[0], (QVariantList{"Veluria", 0u, "veluria", "Error uploading project: \"<b>Plan</b>\"",
-                                       "Disk &lt;full&gt; &amp; \"more\"", QStringList{"default", "Open"}, hints, -1}));
-    EXPECT_EQ(notify[1], (QVariantList{"Veluria", 0u, "veluria", "Update Available", "Muli &amp; Co has an update",
-                                       QStringList{"default", "Open", "action", "Update"}, hints, -1}));
+    EXPECT_EQ(notify[0],
+              (QVariantList{"Veluria", 0u, "veluria", "Error uploading project: \"<b>Plan</b>\"",
+                            "Disk &lt;full&gt; &amp; \"more\"", QStringList{"default", "Open"}, hints, -1}));
+    EXPECT_EQ(notify[1],
+              (QVariantList{"Veluria", 0u, "veluria", "Update Available", "Muli &amp; Co has an update",
+                            QStringList{"default", "Open", "action", "Update"}, hints, -1}));
     EXPECT_EQ(server->calls("GetCapabilities").size(), 1);
     EXPECT_EQ(logLines, QStringList());
 }
@@ -196,7 +198,8 @@ TEST_F(FreedesktopNotificationCenterTest, ActivationsReachTheDelegateAndCloseThe
     const auto last = notification("Thank You!", "Your new purchase is available for download");
     EXPECT_CALL(delegate, userNotificationCenterShouldPresentNotification(&center, testing::_))
         .WillRepeatedly(testing::Return(true));
-    EXPECT_CALL(delegate, userNotificationCenterShouldPresentNotification(&center, hidden)).WillOnce(testing::Return(false));
+    EXPECT_CALL(delegate, userNotificationCenterShouldPresentNotification(&center, hidden))
+        .WillOnce(testing::Return(false));
     for (const auto& each : {failed, hidden, update, last})
         center.scheduleNotification(each);
     // The server numbers what it shows from 1 on: failed 1, update 2, last 3.
@@ -216,8 +219,8 @@ TEST_F(FreedesktopNotificationCenterTest, ActivationsReachTheDelegateAndCloseThe
         server->invokeAction(1, "default");
         return server->calls("CloseNotification").size() == 1;
     }));
-    for (const auto& [id, key] : {std::pair(2u, "snooze"), {2u, "action"}, {999u, "default"}, {1u, "default"},
-                                  {3u, "default"}})
+    for (const auto& [id, key] :
+         {std::pair(2u, "snooze"), {2u, "action"}, {999u, "default"}, {1u, "default"}, {3u, "default"}})
         server->invokeAction(id, key);
     ASSERT_TRUE(waitFor([&] { return server->calls("CloseNotification").size() >= 3; }));
     EXPECT_EQ(server->calls("CloseNotification"), (QList<QVariantList>{{1u}, {2u}, {3u}}));

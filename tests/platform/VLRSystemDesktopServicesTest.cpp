@@ -39,7 +39,8 @@ TEST(SystemDesktopServicesTest, OpensOnlyWebAndMailAddressesAndLocalFilesThatExi
     const QUrl mail("mailto:support@veluria.example");
     EXPECT_TRUE(services.openURL(manage));
     EXPECT_TRUE(services.openURL(mail));
-    for (const char* refused : {"file:///etc/passwd", "javascript:alert(1)", "ftp://veluria.example/x", "https:no-host", ""})
+    for (const char* refused :
+         {"file:///etc/passwd", "javascript:alert(1)", "ftp://veluria.example/x", "https:no-host", ""})
         EXPECT_FALSE(services.openURL(QUrl(refused))) << refused;
     EXPECT_EQ(logLines.size(), 5);
     EXPECT_EQ(logLines.value(0), "Not opening \"file:///etc/passwd\": only web and mail addresses are opened");

@@ -47,13 +47,19 @@ protected:
 TEST_F(UserDefaultsTest, EveryTypeComesBackAfterARestartFromAFileAPersonCanRead)
 {
     const QDateTime summer(QDate(2024, 5, 1), QTime(9, 30, 0, 250), QTimeZone(7200));
-    const QVariantMap values{
-        {"VLRUserDefaultsKeyShowNotifications", true}, {"VLRUserDefaultsKeyUpdatePostponedDate", summer},
-        {"VLRUserDefaultsKeyFirstLaunchDate", QDateTime::currentDateTime()}, {"empty", ""},
-        {"looks like a tag", "bool:true"}, {"odd text", "@Variant(x), \"quoted\" = ; #\nnext line\tÜber 😀"},
-        {"number", -42}, {"big number", qlonglong(1) << 53}, {"fraction", 2.0 / 3}, {"group/key", 7u},
-        {"list", QStringList{"a, b", QString()}}, {"bytes", QByteArray("\0\xff", 2)},
-        {"dictionary", QVariantMap{{"when", summer}, {"on", true}}}};
+    const QVariantMap values{{"VLRUserDefaultsKeyShowNotifications", true},
+                             {"VLRUserDefaultsKeyUpdatePostponedDate", summer},
+                             {"VLRUserDefaultsKeyFirstLaunchDate", QDateTime::currentDateTime()},
+                             {"empty", ""},
+                             {"looks like a tag", "bool:true"},
+                             {"odd text", "@Variant(x), \"quoted\" = ; #\nnext line\tÜber 😀"},
+                             {"number", -42},
+                             {"big number", qlonglong(1) << 53},
+                             {"fraction", 2.0 / 3},
+                             {"group/key", 7u},
+                             {"list", QStringList{"a, b", QString()}},
+                             {"bytes", QByteArray("\0\xff", 2)},
+                             {"dictionary", QVariantMap{{"when", summer}, {"on", true}}}};
     for (auto it = values.cbegin(); it != values.cend(); ++it)
         instance()->setObject(it.value(), it.key());
 
@@ -155,7 +161,8 @@ TEST_F(UserDefaultsTest, AnUnwritableFolderKeepsTheValuesForThisRunAndSaysSoOnce
 
     EXPECT_TRUE(defaults->objectForKey("VLRUserDefaultsKeyShowNotifications").isValid());
     EXPECT_EQ(defaults->stringForKey("com.veluria.Veluria.Email"), "ann@example.com");
-    EXPECT_EQ(defaults->persistentDomainForName(environmentDomain), (QVariantMap{{environmentKey, "a.veluria.example"}}));
+    EXPECT_EQ(defaults->persistentDomainForName(environmentDomain),
+              (QVariantMap{{environmentKey, "a.veluria.example"}}));
     EXPECT_FALSE(defaults->synchronize());
     const QString failure = "5 SDKClient User defaults: cannot create the folder %1; the values are kept in memory "
                             "for this run";

@@ -7,14 +7,29 @@
 
 namespace {
 
-const QStringList registrationOrder = {
-    "add session user", "add session projects", "add session workspaces", "add session completedTransfers",
-    "add session syncingLists", "add session syncingWorkspaces", "add session transfersPaused",
-    "add session installers", "add session purchases", "add updater installerUpdates", "add updater neverInstalled",
-    "add updater notInstalled", "add updater overallOperations", "add uploader transfers", "add uploader throughput",
-    "add uploader timeRemaining", "add uploader timeRemainingInvalid", "add uploader currentTransfer",
-    "add downloader transfers", "add downloader throughput", "add downloader timeRemaining",
-    "add downloader timeRemainingInvalid", "add downloader currentTransfer"};
+const QStringList registrationOrder = {"add session user",
+                                       "add session projects",
+                                       "add session workspaces",
+                                       "add session completedTransfers",
+                                       "add session syncingLists",
+                                       "add session syncingWorkspaces",
+                                       "add session transfersPaused",
+                                       "add session installers",
+                                       "add session purchases",
+                                       "add updater installerUpdates",
+                                       "add updater neverInstalled",
+                                       "add updater notInstalled",
+                                       "add updater overallOperations",
+                                       "add uploader transfers",
+                                       "add uploader throughput",
+                                       "add uploader timeRemaining",
+                                       "add uploader timeRemainingInvalid",
+                                       "add uploader currentTransfer",
+                                       "add downloader transfers",
+                                       "add downloader throughput",
+                                       "add downloader timeRemaining",
+                                       "add downloader timeRemainingInvalid",
+                                       "add downloader currentTransfer"};
 
 QStringList asRemovals(QStringList order)
 {
@@ -26,7 +41,7 @@ QStringList asRemovals(QStringList order)
 int observationsLeft(const std::shared_ptr<FakeUserSession>& session)
 {
     return session->observationCount() + session->uploader()->observationCount()
-           + session->downloader()->observationCount() + session->updater()->observationCount();
+        + session->downloader()->observationCount() + session->updater()->observationCount();
 }
 
 } // namespace
@@ -80,11 +95,16 @@ TEST_F(MainViewControllerTest, InitialDeliveriesFillTheListsInsideTheBindingBefo
     EXPECT_EQ(parts.tabs->badges.value(4), qMakePair(qint64(2), false));
 
     // The fills of the binding, in their order, after the initial deliveries.
-    const QStringList expectedFills = {
-        "workspaces.updateWorkspaces 1", "fileDrop.updateWorkspaces 1", "marketplace.updateNotInstalled 0",
-        "marketplace.updateNewInstallers 0", "marketplace.updateInstallerUpdates 0", "marketplace.updateInstallers 0",
-        "marketplace.updatePurchases 0", "marketplace.setLoggedIn true", "preferences.updateWithUser ada@example.com",
-        "preferences.setLoggedIn true"};
+    const QStringList expectedFills = {"workspaces.updateWorkspaces 1",
+                                       "fileDrop.updateWorkspaces 1",
+                                       "marketplace.updateNotInstalled 0",
+                                       "marketplace.updateNewInstallers 0",
+                                       "marketplace.updateInstallerUpdates 0",
+                                       "marketplace.updateInstallers 0",
+                                       "marketplace.updatePurchases 0",
+                                       "marketplace.setLoggedIn true",
+                                       "preferences.updateWithUser ada@example.com",
+                                       "preferences.setLoggedIn true"};
     EXPECT_EQ(fills.mid(at("workspaces.updateWorkspaces 1"), expectedFills.size()), expectedFills);
     EXPECT_EQ(fills.indexOf("tabs.selectTab 2"), fills.size() - 1);
     EXPECT_EQ(service().announcedSessions.value(0), session);
@@ -94,7 +114,8 @@ TEST_F(MainViewControllerTest, UnbindingWithNothingBoundShowsTheLoginPageAndFill
 {
     controller->sessionDidChange(nullptr);
     EXPECT_EQ(journal.entries.first(), "tabs.selectTab 0");
-    for (const char* fill : {"preferences.updateWithUser nil", "marketplace.setLoggedIn false", "workspaces.updateWorkspaces 0"})
+    for (const char* fill :
+         {"preferences.updateWithUser nil", "marketplace.setLoggedIn false", "workspaces.updateWorkspaces 0"})
         EXPECT_TRUE(journal.entries.contains(fill)) << fill;
     EXPECT_EQ(parts.tabs->badges.value(4), qMakePair(qint64(0), false));
     EXPECT_EQ(parts.tabs->badges.value(3), qMakePair(qint64(0), false));
@@ -140,7 +161,8 @@ TEST_F(MainViewControllerTest, SigningOutWaitsForTheLibraryAndAKeepsTheSessionWh
     const auto refused = notifications->lastScheduledNotification();
     EXPECT_EQ(refused->title(), "Veluria is busy updating software...please stand by");
     EXPECT_EQ(refused->informativeText(), "An update is being installed.");
-    EXPECT_EQ(refused->userInfo(), (QVariantMap{{"VLRUserNotificationTypeKey", "VLRUserNotificationTypeErrorLoggingOut"}}));
+    EXPECT_EQ(refused->userInfo(),
+              (QVariantMap{{"VLRUserNotificationTypeKey", "VLRUserNotificationTypeErrorLoggingOut"}}));
     EXPECT_FALSE(journal.entries.contains("login.clearPassword"));
 
     controller->preferencesViewControllerWantsLogOut(parts.preferences);

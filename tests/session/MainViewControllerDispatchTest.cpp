@@ -42,25 +42,26 @@ TEST_F(MainViewControllerTest, EachObservedPropertyReachesItsPages)
 
     session->fakeUser()->setNeedsConfirmation(true);
     session->setUser(session->user());
-    EXPECT_EQ(journal.entries, (QStringList{"preferences.updateWithUser ada@example.com", "workspaces.updateState",
-                                            "fileDrop.updateState", "transfers.updateState"}));
+    EXPECT_EQ(journal.entries,
+              (QStringList{"preferences.updateWithUser ada@example.com", "workspaces.updateState",
+                           "fileDrop.updateState", "transfers.updateState"}));
     EXPECT_TRUE(controller->workspaceViewControllerEmailNeedsConfirmation());
 
     journal.clear();
     session->setWorkspaces({FakeWorkspace::make("w1", "A"), FakeWorkspace::make("w2", "B")});
     session->setProjects({});
-    EXPECT_EQ(journal.entries, (QStringList{"workspaces.updateWorkspaces 2", "fileDrop.updateWorkspaces 2",
-                                            "workspaces.updateWorkspaces 2", "fileDrop.updateWorkspaces 2"}));
+    EXPECT_EQ(journal.entries,
+              (QStringList{"workspaces.updateWorkspaces 2", "fileDrop.updateWorkspaces 2",
+                           "workspaces.updateWorkspaces 2", "fileDrop.updateWorkspaces 2"}));
 
     journal.clear();
     session->fakeUploader()->setThroughput(812.5);
     session->fakeDownloader()->setTimeRemaining(42);
     session->fakeDownloader()->setTimeRemainingInvalid(false);
     session->setTransfersPaused(true);
-    EXPECT_EQ(journal.entries, (QStringList{"transfers.updateUploadThroughput 812.5",
-                                            "transfers.updateDownloadTimeRemaining 42 false",
-                                            "transfers.updateDownloadTimeRemaining 42 true",
-                                            "transfers.setTransfersPaused true"}));
+    EXPECT_EQ(journal.entries,
+              (QStringList{"transfers.updateUploadThroughput 812.5", "transfers.updateDownloadTimeRemaining 42 false",
+                           "transfers.updateDownloadTimeRemaining 42 true", "transfers.setTransfersPaused true"}));
 
     journal.clear();
     session->setSyncingLists(true);
@@ -81,8 +82,9 @@ TEST_F(MainViewControllerTest, EachObservedPropertyReachesItsPages)
     session->fakeUpdater()->setNeverInstalled({});
     session->fakeUpdater()->setInstallerUpdates({});
     session->setInstallers({});
-    EXPECT_EQ(journal.entries, (QStringList{"marketplace.updateNewInstallers 0",
-                                            "marketplace.updateInstallerUpdates 0", "marketplace.updateInstallers 0"}));
+    EXPECT_EQ(journal.entries,
+              (QStringList{"marketplace.updateNewInstallers 0", "marketplace.updateInstallerUpdates 0",
+                           "marketplace.updateInstallers 0"}));
 }
 
 TEST_F(MainViewControllerTest, AFinishedDownloadOpensOnceAndOnlyWhenItsFileIsThere)
@@ -133,9 +135,10 @@ TEST_F(MainViewControllerTest, AFinishedDownloadIsAnnouncedWhenAutoOpenIsOff)
     EXPECT_EQ(ready->informativeText(), "Model <v2>.fbx");
     EXPECT_TRUE(ready->hasActionButton());
     EXPECT_EQ(ready->actionButtonTitle(), "Open");
-    EXPECT_EQ(ready->userInfo(), (QVariantMap{{"VLRUserNotificationTypeKey", "VLRUserNotificationTypeDownloadCompleted"},
-                                              {"VLRUserNotificationFilePathKey", "/home/ada/Veluria/Alpha/Model <v2>.fbx"},
-                                              {"VLRUserNotificationObjectIdentifierKey", "d1"}}));
+    EXPECT_EQ(ready->userInfo(),
+              (QVariantMap{{"VLRUserNotificationTypeKey", "VLRUserNotificationTypeDownloadCompleted"},
+                           {"VLRUserNotificationFilePathKey", "/home/ada/Veluria/Alpha/Model <v2>.fbx"},
+                           {"VLRUserNotificationObjectIdentifierKey", "d1"}}));
     EXPECT_TRUE(desktop->openedFiles().isEmpty());
 }
 
@@ -157,8 +160,9 @@ TEST_F(MainViewControllerTest, DownloadFailuresAreReportedOnceAndCancellationsNe
     const auto failed = notifications->lastScheduledNotification();
     EXPECT_EQ(failed->title(), "Error downloading project: \"Scene.blend\"");
     EXPECT_EQ(failed->informativeText(), "The service went away.");
-    EXPECT_EQ(failed->userInfo(), (QVariantMap{{"VLRUserNotificationTypeKey", "VLRUserNotificationTypeTransferFailed"},
-                                               {"VLRUserNotificationObjectIdentifierKey", "d1"}}));
+    EXPECT_EQ(failed->userInfo(),
+              (QVariantMap{{"VLRUserNotificationTypeKey", "VLRUserNotificationTypeTransferFailed"},
+                           {"VLRUserNotificationObjectIdentifierKey", "d1"}}));
 
     auto cancelled = FakeTransfer::make("d2", 2, "/tmp/Other.blend", 1);
     session->fakeDownloader()->setCurrentTransfer(cancelled);

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "app/VLRUserDefaultsKeys.h"
 #include "fakes/FakeClientServices.h"
 #include "fakes/FakeUserSession.h"
 #include "pages/RecordingPages.h"
 #include "session/MainViewController.h"
-#include "app/VLRUserDefaultsKeys.h"
 #include "widgets/StatusItemImageView.h"
 
 #include <QTemporaryDir>

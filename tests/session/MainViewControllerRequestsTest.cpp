@@ -1,9 +1,9 @@
 #include "session/MainViewControllerHarness.h"
 
 #include "fakes/FakePending.h"
+#include "fakes/FakePublication.h"
 #include "fakes/FakeTransfer.h"
 #include "fakes/FakeWorkspace.h"
-#include "fakes/FakePublication.h"
 
 #include <QDir>
 #include <QFile>
@@ -58,8 +58,9 @@ TEST_F(MainViewControllerTest, TheLibrarysFolderQuestionAndTheScriptsAnswer)
     ASSERT_TRUE(error);
     EXPECT_EQ(error->domain, "VLRAppleScriptDomain");
     EXPECT_EQ(error->code, 1);
-    EXPECT_EQ(error->localizedDescription, "Can't set workspace location because user is not currently being asked to "
-                                           "set the download location for any workspace.");
+    EXPECT_EQ(error->localizedDescription,
+              "Can't set workspace location because user is not currently being asked to "
+              "set the download location for any workspace.");
     EXPECT_FALSE(controller->setWorkspaceDownloadLocation(QUrl::fromLocalFile("/tmp"), nullptr));
 
     parts.popover->shown = true;
@@ -116,7 +117,8 @@ TEST_F(MainViewControllerTest, PublishingChecksEachFileAndStopsAtTheFirstMissing
     QFile(folder.filePath("one.png")).open(QIODevice::WriteOnly);
     folder.mkdir("Tool.app");
     folder.mkdir("Plain");
-    const QStringList paths = {folder.filePath("one.png"), folder.filePath("missing.png"), folder.filePath("three.png")};
+    const QStringList paths = {folder.filePath("one.png"), folder.filePath("missing.png"),
+                               folder.filePath("three.png")};
     auto workspace = FakeWorkspace::make("w1", "Alpha");
 
     QList<vlr::OptionalError> results;
@@ -132,7 +134,8 @@ TEST_F(MainViewControllerTest, PublishingChecksEachFileAndStopsAtTheFirstMissing
     EXPECT_NE(parts.tabs->selected, 4);
 
     // A package goes as a file, a folder as a folder; then the uploads list.
-    controller->fileDropViewControllerUploadedFiles(parts.fileDrop, QStringList{folder.filePath("Tool.app"), folder.filePath("Plain")},
+    controller->fileDropViewControllerUploadedFiles(parts.fileDrop,
+                                                    QStringList{folder.filePath("Tool.app"), folder.filePath("Plain")},
                                                     workspace, "v3", true, record);
     const QList<FakeCall> calls = session->log.calls();
     EXPECT_FALSE(calls[calls.size() - 2].arguments[0].toUrl().path().endsWith('/'));
@@ -158,27 +161,28 @@ TEST_F(MainViewControllerTest, ActivatedNotificationsLeadToTheirObject)
     auto workspace = FakeWorkspace::make("w1", "Alpha");
     session->setWorkspaces({workspace});
 
-    const auto newMessage = fakes.notifications->vlr_scheduledNotificationWithTitle("New message in Alpha", "x", "w1",
-                                                               "VLRUserNotificationTypeNewPublication");
+    const auto newMessage = fakes.notifications->vlr_scheduledNotificationWithTitle(
+        "New message in Alpha", "x", "w1", "VLRUserNotificationTypeNewPublication");
     notifications->activate(newMessage, VLRUserNotificationActivationTypeContentsClicked);
     EXPECT_EQ(workspace->log.lastArguments("openInBrowser"), QVariantList{false});
 
-    const auto card = fakes.notifications->vlr_scheduledNotificationWithTitle("Your credit card has expired!", "Click here to update it.",
-                                                         "https://pay.example.com/manage", "VLRUserNotificationTypeCCExpired");
-    const auto hostile = fakes.notifications->vlr_scheduledNotificationWithTitle("Your credit card has expired!", "x", "file:///etc/passwd",
-                                                            "VLRUserNotificationTypeCCExpired");
+    const auto card = fakes.notifications->vlr_scheduledNotificationWithTitle(
+        "Your credit card has expired!", "Click here to update it.", "https://pay.example.com/manage",
+        "VLRUserNotificationTypeCCExpired");
+    const auto hostile = fakes.notifications->vlr_scheduledNotificationWithTitle(
+        "Your credit card has expired!", "x", "file:///etc/passwd", "VLRUserNotificationTypeCCExpired");
     notifications->activate(card, VLRUserNotificationActivationTypeContentsClicked);
     notifications->activate(hostile, VLRUserNotificationActivationTypeContentsClicked);
     EXPECT_EQ(desktop->openedURLs(), QList<QUrl>{QUrl("https://pay.example.com/manage")});
 
-    const auto ready = fakes.notifications->vlr_scheduledNotificationWithTitle("Your download is ready!", "gone.zip", "Open", "d1",
-                                                          QUrl::fromLocalFile("/nonexistent/gone.zip"),
-                                                          "VLRUserNotificationTypeDownloadCompleted");
+    const auto ready = fakes.notifications->vlr_scheduledNotificationWithTitle(
+        "Your download is ready!", "gone.zip", "Open", "d1", QUrl::fromLocalFile("/nonexistent/gone.zip"),
+        "VLRUserNotificationTypeDownloadCompleted");
     notifications->activate(ready, VLRUserNotificationActivationTypeActionButtonClicked);
     EXPECT_TRUE(desktop->openedFiles().isEmpty());
 
-    const auto update = fakes.notifications->vlr_scheduledNotificationWithTitle("Update Available", "x", "Update", "i1", QUrl(),
-                                                           "VLRUserNotificationTypeUpdateAvailable");
+    const auto update = fakes.notifications->vlr_scheduledNotificationWithTitle(
+        "Update Available", "x", "Update", "i1", QUrl(), "VLRUserNotificationTypeUpdateAvailable");
     notifications->activate(update, VLRUserNotificationActivationTypeActionButtonClicked);
     EXPECT_TRUE(journal.entries.contains("marketplace.downloadAndInstallInstallerWithID i1"));
     notifications->activate(update, VLRUserNotificationActivationTypeContentsClicked);
@@ -191,18 +195,19 @@ TEST_F(MainViewControllerTest, NewPublicationsOfOthersAreAnnouncedOneEach)
 {
     auto session = bind();
     auto workspace = FakeWorkspace::make("w1", "Alpha");
-    controller->workspace(workspace, {publication("user-1", "Ada", "ada@example.com", "Mine", "skip me"),
-                                      publication("u2", "Grace", "grace@example.com", "Deck", "Looks good"),
-                                      publication("u3", "", "lin@example.com", "Deck", ""),
-                                      publication("u4", "Bo", "", "", "Just a note"),
-                                      publication("u5", "", QString(), "Deck", "nobody"),
-                                      publication("u6", "Cy", "", "", "")});
+    controller->workspace(workspace,
+                          {publication("user-1", "Ada", "ada@example.com", "Mine", "skip me"),
+                           publication("u2", "Grace", "grace@example.com", "Deck", "Looks good"),
+                           publication("u3", "", "lin@example.com", "Deck", ""),
+                           publication("u4", "Bo", "", "", "Just a note"),
+                           publication("u5", "", QString(), "Deck", "nobody"), publication("u6", "Cy", "", "", "")});
     QStringList texts;
     for (const auto& n : notifications->scheduledNotifications()) {
         texts.append(n->informativeText());
         EXPECT_EQ(n->title(), "New message in Alpha");
         EXPECT_EQ(n->userInfo().value("VLRUserNotificationObjectIdentifierKey"), "w1");
     }
-    EXPECT_EQ(texts, (QStringList{"Grace uploaded Deck and commented: Looks good", "lin@example.com uploaded Deck.",
-                                  "Bo: Just a note", "Cy: "}));
+    EXPECT_EQ(texts,
+              (QStringList{"Grace uploaded Deck and commented: Looks good", "lin@example.com uploaded Deck.",
+                           "Bo: Just a note", "Cy: "}));
 }

@@ -139,8 +139,8 @@ TEST_F(MainViewControllerTest, ScriptsAndNotificationsOpenThePopoverOnTheirTab)
     EXPECT_TRUE(parts.popover->shown);
 
     parts.popover->shown = false;
-    const auto failed = fakes.notifications->vlr_scheduledNotificationWithTitle("Error retrying upload", "no", QString(),
-                                                           "VLRUserNotificationTypeTransferFailed");
+    const auto failed = fakes.notifications->vlr_scheduledNotificationWithTitle(
+        "Error retrying upload", "no", QString(), "VLRUserNotificationTypeTransferFailed");
     notifications->activate(failed, VLRUserNotificationActivationTypeActionButtonClicked);
     EXPECT_FALSE(parts.popover->shown);
     notifications->activate(failed, VLRUserNotificationActivationTypeContentsClicked);

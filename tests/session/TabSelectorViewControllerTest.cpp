@@ -25,13 +25,20 @@ public:
         calls.append(QStringLiteral("should %1").arg(tab));
         return !refused.contains(tab);
     }
-    void tabSelectorViewControllerDidSelectTab(TabBar*, int tab) override { calls.append(QStringLiteral("did %1").arg(tab)); }
-    void tabSelectorViewControllerDidReceiveDroppedFiles(TabBar*, const QStringList& files) override { dropped = files; }
+    void tabSelectorViewControllerDidSelectTab(TabBar*, int tab) override
+    {
+        calls.append(QStringLiteral("did %1").arg(tab));
+    }
+    void tabSelectorViewControllerDidReceiveDroppedFiles(TabBar*, const QStringList& files) override
+    {
+        dropped = files;
+    }
 };
 
 bool shows(const QPixmap& shown, const QString& name)
 {
-    const QPixmap expected = VLRImageCatalogue::imageNamed(name, VLRImageCatalogue::naturalSize(name), qApp->devicePixelRatio());
+    const QPixmap expected =
+        VLRImageCatalogue::imageNamed(name, VLRImageCatalogue::naturalSize(name), qApp->devicePixelRatio());
     return !shown.isNull() && shown.toImage() == expected.toImage();
 }
 

@@ -1,16 +1,16 @@
+#include "shell/AppDelegate.h"
+#include "app/VLRUserDefaultsKeys.h"
 #include "fakes/FakeClientServices.h"
 #include "fakes/FakeUserSession.h"
 #include "fakes/RecordingNotificationCenter.h"
 #include "pages/RecordingPages.h"
+#include "platform/VLRNotificationScheduling.h"
 #include "platform/VLRUserDefaults.h"
 #include "platform/VLRUserNotificationCenter.h"
 #include "service/VLRLogFormat.h"
 #include "service/VLRLogHandler.h"
 #include "session/MainViewController.h"
-#include "platform/VLRNotificationScheduling.h"
-#include "shell/AppDelegate.h"
 #include "shell/TerminationSignalWatcher.h"
-#include "app/VLRUserDefaultsKeys.h"
 #include "support/CapturedLog.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TestFiles.h"
@@ -78,7 +78,8 @@ TEST_F(AppDelegateTest, TheFirstLaunchMakesTheUserFolderAndPutsItFirstInTheFavou
     QFile bookmarks(home.path() + "/.config/gtk-3.0/bookmarks");
     ASSERT_TRUE(bookmarks.open(QIODevice::ReadOnly));
     EXPECT_EQ(QString::fromUtf8(bookmarks.readAll()),
-              QUrl::fromLocalFile(home.path() + "/Veluria").toString() + " Veluria\nfile:///srv/music Music\nfile:///srv/films\n");
+              QUrl::fromLocalFile(home.path() + "/Veluria").toString()
+                  + " Veluria\nfile:///srv/music Music\nfile:///srv/films\n");
     EXPECT_TRUE(defaults()->objectForKey(VLRUserDefaultsKeyFirstLaunchDate).toDateTime().isValid());
     EXPECT_TRUE(defaults()->boolForKey(VLRUserDefaultsKeyShowNotifications));
     EXPECT_TRUE(defaults()->boolForKey(VLRUserDefaultsKeyAutoOpenAssets));
@@ -94,8 +95,9 @@ TEST_F(AppDelegateTest, AUserFolderThatCannotBeMadeLeavesTheFirstLaunchForNextTi
     environment.set("HOME", home.path() + "/blocker/home");
     {
         auto delegate = start();
-        EXPECT_TRUE(log.contains(QStringLiteral("5 SDKClient Error: Create directory failed for: %1/blocker/home/Veluria/")
-                                     .arg(home.path())));
+        EXPECT_TRUE(
+            log.contains(QStringLiteral("5 SDKClient Error: Create directory failed for: %1/blocker/home/Veluria/")
+                             .arg(home.path())));
         EXPECT_FALSE(defaults()->objectForKey(VLRUserDefaultsKeyFirstLaunchDate).isValid());
         EXPECT_FALSE(defaults()->objectForKey(VLRUserDefaultsKeyShowNotifications).isValid());
         EXPECT_FALSE(defaults()->boolForKey(VLRUserDefaultsKeyAutoOpenAssets));
@@ -149,8 +151,7 @@ TEST_F(AppDelegateTest, TheLaunchHandsOverTheDatabaseAndTheEnvironmentAndOpensTh
     auto second = start(&loginItemParts);
     second->setLaunchedAsLoginItem(true);
     second->applicationDidFinishLaunching();
-    EXPECT_EQ(service().log.lastArguments("setEnvironmentWithDomainName"),
-              QVariantList{"staging.veluria.test"});
+    EXPECT_EQ(service().log.lastArguments("setEnvironmentWithDomainName"), QVariantList{"staging.veluria.test"});
     EXPECT_EQ(service().versionCheckers.size(), 1);
     EXPECT_TRUE(second->skipOpeningPop());
     wait(1200);
@@ -193,7 +194,8 @@ TEST_F(AppDelegateTest, TheStopAsksTheUpdaterThenLogsOutStopsTheProxyAndShutsThe
     delegate->terminate();
     EXPECT_EQ(ended.count(), 0);
     ASSERT_EQ(notifications->scheduledNotifications().size(), 1u);
-    EXPECT_EQ(notifications->lastScheduledNotification()->title(), "Veluria is busy updating software...please stand by");
+    EXPECT_EQ(notifications->lastScheduledNotification()->title(),
+              "Veluria is busy updating software...please stand by");
     EXPECT_EQ(notifications->lastScheduledNotification()->informativeText(), "Installing Veluria 2.1.");
     EXPECT_EQ(session->log.count("logoutWithCompletionHandler"), 0);
 
@@ -223,7 +225,8 @@ TEST_F(AppDelegateTest, TheProxyIsStartedOnlyIfItWasStoppedAndNeverTriedTwice)
     environment.set("PATH", home.path());
     auto delegate = start();
     delegate->applicationDidFinishLaunching();
-    EXPECT_TRUE(log.contains("4 RestProxy Bundle Identifier \"veluria-rest-proxy\" is invalid or specified app is not installed"));
+    EXPECT_TRUE(log.contains(
+        "4 RestProxy Bundle Identifier \"veluria-rest-proxy\" is invalid or specified app is not installed"));
     EXPECT_EQ(defaults()->objectForKey(VLRUserDefaultsKeyLaunchRestProxy), QVariant(false));
 
     // Installed but unable to start: logged with the reason, and off again.

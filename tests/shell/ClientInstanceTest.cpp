@@ -1,10 +1,10 @@
+#include "shell/ClientInstance.h"
 #include "fakes/FakeClientServices.h"
 #include "fakes/FakeUserSession.h"
 #include "pages/RecordingPages.h"
 #include "platform/VLRUserDefaults.h"
 #include "session/MainViewController.h"
 #include "shell/AppDelegate.h"
-#include "shell/ClientInstance.h"
 #include "shell/LaunchArguments.h"
 
 #include <QCoreApplication>
@@ -33,7 +33,8 @@ protected:
     {
         if (!QDBusConnection::sessionBus().isConnected())
             GTEST_SKIP() << "no session bus; run under dbus-run-session";
-        delegate = std::make_unique<AppDelegate>(fakes.services(), [this](const ClientServices&) { return parts.take(); });
+        delegate =
+            std::make_unique<AppDelegate>(fakes.services(), [this](const ClientServices&) { return parts.take(); });
         delegate->awakeFromNib();
         instance = std::make_unique<ClientInstance>();
         ASSERT_EQ(instance->claim(), ClientInstance::ClaimedName);

@@ -32,6 +32,7 @@ TEST_F(HelperProgramTest, AHelperIsAnExecutableFileOnThePath)
     EXPECT_TRUE(HelperProgram::executablePath("veluria-rest-proxy").isNull());
     EXPECT_TRUE(HelperProgram::executablePath("veluria-uninstall").isNull());
 
-    writeFile(bin.filePath("veluria-helper"), "#!/bin/sh\nexit 0\n", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    writeFile(bin.filePath("veluria-helper"), "#!/bin/sh\nexit 0\n",
+              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     EXPECT_EQ(HelperProgram::executablePath("veluria-helper"), bin.filePath("veluria-helper"));
 }

@@ -1,10 +1,10 @@
 #include "accounts/AccountStore.h"
 #include "base/Database.h"
-#include "session/EmbeddedServiceLibrary.h"
 #include "fakes/FakeClientServices.h"
 #include "fakes/FakeUserSession.h"
 #include "service/VLRLogHandler.h"
 #include "service/VLRUser.h"
+#include "session/EmbeddedServiceLibrary.h"
 #include "signin/LoginViewController.h"
 #include "signin/LoginViewControllerDelegate.h"
 
@@ -20,8 +20,8 @@ struct SessionCatcher : LoginViewControllerDelegate
 {
     VLRUserSessionPtr session;
     void didLoginWithSession(const VLRUserSessionPtr& s, bool) override { session = s; }
-    void loginWithVerifier(const VLRLoginVerifierPtr&) override {}
-    void currentVersionIsUnsupported() override {}
+    void loginWithVerifier(const VLRLoginVerifierPtr&) override { }
+    void currentVersionIsUnsupported() override { }
 };
 
 // Signs in as a user would; answer, if any, plays the library's part.
@@ -70,7 +70,8 @@ TEST(ServiceLibraryChoiceTest, TheSamePageSignsInThroughWhicheverLibraryItIsHand
 
     services.library = &fakes.library;
     const auto session = FakeUserSession::make();
-    EXPECT_EQ(signIn(services, [&] { fakes.library.signInHandlers.complete(session, nullptr, std::nullopt); }), session);
+    EXPECT_EQ(signIn(services, [&] { fakes.library.signInHandlers.complete(session, nullptr, std::nullopt); }),
+              session);
     ASSERT_EQ(fakes.library.signIns.size(), 1);
     EXPECT_EQ(fakes.library.signIns.first().password, "s3cret");
 

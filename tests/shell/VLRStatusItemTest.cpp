@@ -1,7 +1,7 @@
-#include "fakes/FakeClientServices.h"
-#include "shell/ClientParts.h"
 #include "shell/VLRStatusItem.h"
+#include "fakes/FakeClientServices.h"
 #include "session/MainViewController.h"
+#include "shell/ClientParts.h"
 #include "widgets/StatusItemImageView.h"
 
 #include <QDBusConnection>
@@ -50,9 +50,9 @@ TEST(VLRStatusItemTest, TheMenusFirstItemPressesTheViewAndItsLastOneAsksToQuit)
     {
     public:
         int presses = 0;
-        void statusItemImageViewDidReceiveDragEvent(StatusItemImageView*) override {}
+        void statusItemImageViewDidReceiveDragEvent(StatusItemImageView*) override { }
         void statusItemImageViewDidReceiveMouseDownEvent(StatusItemImageView*) override { ++presses; }
-        void statusItemImageViewDidReceiveFiles(StatusItemImageView*, const QStringList&) override {}
+        void statusItemImageViewDidReceiveFiles(StatusItemImageView*, const QStringList&) override { }
     } recorder;
 
     VLRStatusItem item;

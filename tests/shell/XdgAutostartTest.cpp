@@ -1,9 +1,9 @@
+#include "shell/XdgAutostart.h"
 #include "fakes/FakeClientServices.h"
 #include "platform/VLRUserDefaults.h"
 #include "service/VLRLogFormat.h"
 #include "service/VLRLogHandler.h"
 #include "shell/AppDelegate.h"
-#include "shell/XdgAutostart.h"
 #include "support/CapturedLog.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TestFiles.h"
@@ -23,10 +23,7 @@ namespace {
 class AutostartTest : public ::testing::Test
 {
 protected:
-    void SetUp() override
-    {
-        environment.set("XDG_CONFIG_HOME", config.path());
-    }
+    void SetUp() override { environment.set("XDG_CONFIG_HOME", config.path()); }
 
     QString folder() const { return config.filePath("autostart"); }
     QString entry() const { return config.filePath("autostart/veluria.desktop"); }
@@ -83,7 +80,9 @@ TEST_F(AutostartTest, OnlyLiveEntriesOfThisProgramCountAndRemovalTakesTheFirst)
     writeFile(config.filePath("autostart/2-hidden.desktop"),
               QStringLiteral("[Desktop Entry]\nExec=%1\nHidden=true\n").arg(program()).toUtf8());
     writeFile(config.filePath("autostart/3-off.desktop"),
-              QStringLiteral("[Desktop Entry]\nExec=%1 --autostart\nX-GNOME-Autostart-enabled=false\n").arg(program()).toUtf8());
+              QStringLiteral("[Desktop Entry]\nExec=%1 --autostart\nX-GNOME-Autostart-enabled=false\n")
+                  .arg(program())
+                  .toUtf8());
     writeFile(config.filePath("autostart/4-noexec.desktop"), "[Desktop Entry]\nName=Nothing to run\n");
     EXPECT_FALSE(delegate.willLaunchAppAtStartup());
 
@@ -111,8 +110,8 @@ TEST_F(AutostartTest, AFolderThatCannotBeWrittenAnswersYesAndIsLogged)
     EXPECT_TRUE(delegate.launchAppAtStartup(true));
     EXPECT_FALSE(delegate.willLaunchAppAtStartup());
     ASSERT_EQ(log.size(), 1);
-    EXPECT_TRUE(log.first().startsWith(QStringLiteral("5 SDKClient Error: the autostart entry %1 could not be written: ")
-                                           .arg(entry())))
+    EXPECT_TRUE(log.first().startsWith(
+        QStringLiteral("5 SDKClient Error: the autostart entry %1 could not be written: ").arg(entry())))
         << log.first().toStdString();
 
     // Without a folder or a program there is no list at all.

@@ -1,8 +1,8 @@
 #include "signin/SignInFixture.h"
 
+#include "app/AppFlavor.h"
 #include "fakes/FakeLoginVerifier.h"
 #include "fakes/FakeUserSession.h"
-#include "app/AppFlavor.h"
 #include "signin/LoginMfaViewController.h"
 #include "widgets/PageStyle.h"
 

@@ -1,11 +1,11 @@
 #include "signin/SignInFixture.h"
 
+#include "app/AppFlavor.h"
+#include "app/VLRUserDefaultsKeys.h"
 #include "fakes/FakeLoginVerifier.h"
 #include "fakes/FakeUserSession.h"
 #include "pages/RecordingPages.h"
 #include "session/MainViewController.h"
-#include "app/AppFlavor.h"
-#include "app/VLRUserDefaultsKeys.h"
 #include "signin/LoginViewController.h"
 #include "widgets/PageStyle.h"
 #include "widgets/StatusItemImageView.h"
@@ -149,8 +149,9 @@ TEST_F(LoginTest, ATypedSignInAsksForWhatIsMissingAndSendsTheAddressTrimmed)
     EXPECT_FALSE(page->signInButton()->isEnabled());
     // The selector was never shown, yet its choice is applied and stored.
     EXPECT_EQ(service().log.lastArguments("setEnvironmentWithDomainName"), QVariantList{"localhost"});
-    EXPECT_EQ(defaults()->persistentDomainForName(VLRUserDefaultsPersistentDomain)->value(VLRUserDefaultsKeyEnvironment),
-              QVariant("localhost"));
+    EXPECT_EQ(
+        defaults()->persistentDomainForName(VLRUserDefaultsPersistentDomain)->value(VLRUserDefaultsKeyEnvironment),
+        QVariant("localhost"));
 }
 
 TEST_F(LoginTest, AFailedSignInIsToldAsItsErrorSays)
@@ -165,10 +166,14 @@ TEST_F(LoginTest, AFailedSignInIsToldAsItsErrorSays)
     const QList<Case> cases = {
         {{"VLRWebErrorDomain", 2, "Wrong email or password.", {}}, true, {}, "Wrong email or password."},
         {{"SomewhereElse", 2, "Try again.", {}}, true, {}, "Try again."},
-        {{"VLRWebErrorDomain", 6, "This version is no longer supported.", {}}, false, {"currentVersionIsUnsupported"},
+        {{"VLRWebErrorDomain", 6, "This version is no longer supported.", {}},
+         false,
+         {"currentVersionIsUnsupported"},
          "This version is no longer supported."},
         {{"SomewhereElse", 6, "Six, but elsewhere.", {}}, false, {}, "Six, but elsewhere."},
-        {{"NSURLErrorDomain", -1009, "The Internet connection appears to be offline.", {}}, false, {},
+        {{"NSURLErrorDomain", -1009, "The Internet connection appears to be offline.", {}},
+         false,
+         {},
          "The Internet connection appears to be offline."},
         // Markup from the service is shown as the text it is.
         {{"X", 9, "<b>bold</b> & more", {}}, false, {}, "<b>bold</b> & more"},
@@ -315,6 +320,7 @@ TEST_F(LoginTest, AStoredEnvironmentThatNoItemCarriesSelectsNothingAndIsNeverApp
     signInAs(page.get(), QStringLiteral("ada@example.com"), QStringLiteral("s3cret"));
     EXPECT_EQ(service().signIns.size(), 1);
     EXPECT_EQ(service().log.count("setEnvironmentWithDomainName"), 0);
-    EXPECT_EQ(defaults()->persistentDomainForName(VLRUserDefaultsPersistentDomain)->value(VLRUserDefaultsKeyEnvironment),
-              QVariant("gone.example"));
+    EXPECT_EQ(
+        defaults()->persistentDomainForName(VLRUserDefaultsPersistentDomain)->value(VLRUserDefaultsKeyEnvironment),
+        QVariant("gone.example"));
 }

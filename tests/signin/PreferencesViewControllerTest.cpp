@@ -1,7 +1,7 @@
 #include "signin/SignInFixture.h"
 
-#include "fakes/FakeUser.h"
 #include "app/VLRUserDefaultsKeys.h"
+#include "fakes/FakeUser.h"
 #include "preferences/PreferencesViewController.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRViewAdditions.h"
@@ -108,8 +108,9 @@ TEST_F(PreferencesTest, TheStartupBoxAlwaysShowsWhatTheLoginItemsHold)
     auto page = makePage();
     delegate.calls.clear();
     page->launchAtStartupCheckBox()->click();
-    EXPECT_EQ(delegate.calls, (QStringList{"willVeluriaLaunchAtStartup", "wantsVeluriaLaunchedAtStartup 1",
-                                           "willVeluriaLaunchAtStartup"}));
+    EXPECT_EQ(
+        delegate.calls,
+        (QStringList{"willVeluriaLaunchAtStartup", "wantsVeluriaLaunchedAtStartup 1", "willVeluriaLaunchAtStartup"}));
     EXPECT_TRUE(page->launchAtStartupCheckBox()->isChecked());
 
     // A change that fails leaves the box as the list stands.
@@ -219,8 +220,7 @@ TEST_F(PreferencesTest, TheUserIsShownByTheNameRulesWithALivePortrait)
             && c.secondItem == page->avatarView() && c.constant == -3;
     });
     EXPECT_TRUE(centred);
-    EXPECT_EQ(page->emailField()->geometry().center().y(),
-              page->avatarView()->geometry().center().y() - 3);
+    EXPECT_EQ(page->emailField()->geometry().center().y(), page->avatarView()->geometry().center().y() - 3);
 
     // Signed out: nothing shown, the button back in the middle.
     page->setLoggedIn(false);

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "fakes/FakeClientServices.h"
+#include "preferences/PreferencesViewControllerDelegate.h"
 #include "signin/LoginMfaViewControllerDelegate.h"
 #include "signin/LoginViewControllerDelegate.h"
-#include "preferences/PreferencesViewControllerDelegate.h"
 
 #include <QStringList>
 #include <QTemporaryDir>
@@ -42,7 +42,8 @@ public:
     void didLoginWithSession(const VLRUserSessionPtr& s, bool bypassedUI) override
     {
         session = s;
-        calls.append(bypassedUI ? QStringLiteral("didLoginWithSession bypassed") : QStringLiteral("didLoginWithSession"));
+        calls.append(bypassedUI ? QStringLiteral("didLoginWithSession bypassed")
+                                : QStringLiteral("didLoginWithSession"));
     }
     void loginWithVerifier(const VLRLoginVerifierPtr& v) override
     {
@@ -79,7 +80,10 @@ public:
         calls.append(QStringLiteral("didModifyArchiveMode"));
     }
     void preferencesViewControllerWantsLogIn(PreferencesPage*) override { calls.append(QStringLiteral("wantsLogIn")); }
-    void preferencesViewControllerWantsLogOut(PreferencesPage*) override { calls.append(QStringLiteral("wantsLogOut")); }
+    void preferencesViewControllerWantsLogOut(PreferencesPage*) override
+    {
+        calls.append(QStringLiteral("wantsLogOut"));
+    }
     void preferencesViewControllerWantsHelp(PreferencesPage*) override { calls.append(QStringLiteral("wantsHelp")); }
     void preferencesViewControllerWantsQuit(PreferencesPage*) override { calls.append(QStringLiteral("wantsQuit")); }
 };

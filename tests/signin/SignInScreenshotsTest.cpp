@@ -2,12 +2,12 @@
 
 #include "signin/SignInFixture.h"
 
+#include "app/VLRUserDefaultsKeys.h"
 #include "fakes/FakeLoginVerifier.h"
 #include "fakes/FakeUser.h"
-#include "app/VLRUserDefaultsKeys.h"
+#include "preferences/PreferencesViewController.h"
 #include "signin/LoginMfaViewController.h"
 #include "signin/LoginViewController.h"
-#include "preferences/PreferencesViewController.h"
 #include "widgets/VLRFonts.h"
 
 #include <QComboBox>

@@ -1,6 +1,6 @@
+#include "app/VLRColors.h"
 #include "widgets/VLRBadgeView.h"
 #include "widgets/VLRButton.h"
-#include "app/VLRColors.h"
 #include "widgets/VLRDropTargetButton.h"
 #include "widgets/VLRDropTargetButtonDelegate.h"
 #include "widgets/VLRLabel.h"

@@ -8,6 +8,8 @@
 // drawing fails a test instead of leaving a blank button on some page.
 inline QStringList clientImageAssetNames()
 {
+    // The names go in rows of a kind, as the picture sheet shows them.
+    // clang-format off
     QStringList names = {
         // Tab bar
         "tabBarWorkspacesMouseOver", "tabBarWorkspacesSelected", "tabBarWorkspacesUnselected",
@@ -67,6 +69,7 @@ inline QStringList clientImageAssetNames()
         "marketplace_button_cc_expired_inactive", "marketplace_button_cc_expired_active",
         "marketplace_button_cc_warning_inactive", "marketplace_button_cc_warning_active",
     };
+    // clang-format on
     // The status item's busy animation, named as the status item asks for them.
     for (int frame = 0; frame <= 32; ++frame)
         names << QString::asprintf("V-icon2_%05i", frame);

@@ -21,7 +21,8 @@ QColor groundFor(const QString& name)
         return QColor(249, 109, 109);
     if (name.contains("cc_warning") || name.contains("cc_about_to_expire"))
         return QColor(255, 206, 0);
-    if ((name.startsWith("queue_") && !name.startsWith("queue_main")) || name == "upload" || name == "download" || name == "auto_revision")
+    if ((name.startsWith("queue_") && !name.startsWith("queue_main")) || name == "upload" || name == "download"
+        || name == "auto_revision")
         return QColor(250, 250, 250);
     return QColor(233, 233, 233);
 }

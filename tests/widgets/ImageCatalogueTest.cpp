@@ -69,9 +69,14 @@ TEST(ImageCatalogue, PicturesAreDrawnForTheViewsThatHoldThem)
 {
     // The status item is 24 by 24; transfer rows hold their icons and buttons in
     // 15 by 15 views; the warning badge is 16 by 16; tab buttons take 32 by 32.
-    const std::pair<const char*, int> sizes[] = {{"statusItemGreyedOut", 24}, {"statusItemDarkMode", 24},
-        {"V-icon2_00017", 24}, {"queue_icon_auto_revision_active", 15}, {"queue_icons_transfer_retry", 15},
-        {"warning_triangle", 16}, {"tabBarPreferencesSelected", 32}, {"queue_main_icon_transfers_in_progress_active", 32}};
+    const std::pair<const char*, int> sizes[] = {{"statusItemGreyedOut", 24},
+                                                 {"statusItemDarkMode", 24},
+                                                 {"V-icon2_00017", 24},
+                                                 {"queue_icon_auto_revision_active", 15},
+                                                 {"queue_icons_transfer_retry", 15},
+                                                 {"warning_triangle", 16},
+                                                 {"tabBarPreferencesSelected", 32},
+                                                 {"queue_main_icon_transfers_in_progress_active", 32}};
     for (const auto& [name, side] : sizes)
         EXPECT_EQ(VLRImageCatalogue::naturalSize(name), QSize(side, side)) << name;
 
@@ -115,8 +120,9 @@ TEST(ImageCatalogue, UnknownNameGivesNothingAndIsReportedOnce)
     EXPECT_TRUE(VLRImageCatalogue::imageNamed("no_such_picture.pdf", QSize(), 1.0).isNull());
 
     qInstallMessageHandler(previous);
-    EXPECT_EQ(warnings.join('\n').toStdString(), "Image \"no_such_picture\": no such image in the resources\n"
-                                                  "Image \"no_such_picture.pdf\": no such image in the resources");
+    EXPECT_EQ(warnings.join('\n').toStdString(),
+              "Image \"no_such_picture\": no such image in the resources\n"
+              "Image \"no_such_picture.pdf\": no such image in the resources");
 }
 
 TEST(ImageCatalogue, RendersTheAskedSizeAndKeepsEachRendering)

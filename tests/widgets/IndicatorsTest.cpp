@@ -1,6 +1,6 @@
+#include "app/VLRColors.h"
 #include "widgets/VLRAvatarListView.h"
 #include "widgets/VLRBadgeView.h"
-#include "app/VLRColors.h"
 #include "widgets/VLRLevelView.h"
 #include "widgets/WidgetTesting.h"
 

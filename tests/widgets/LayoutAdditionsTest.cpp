@@ -143,13 +143,15 @@ TEST(LayoutAdditions, LabelsFromPlainStringsTruncateOrShrinkToFit)
     EXPECT_EQ(field->attributedStringValue().lineBreakMode, Qt::ElideNone);
     // Too wide: a point smaller at a time until it fits; fits at no size:
     // ends at the smallest font instead of looping forever.
-    field.reset(vlr_labelScalingFontCenteredInFrameStringAlignment(QRectF(0, 0, 50, 20), "1,023.9 MB", Qt::AlignHCenter));
+    field.reset(
+        vlr_labelScalingFontCenteredInFrameStringAlignment(QRectF(0, 0, 50, 20), "1,023.9 MB", Qt::AlignHCenter));
     VLRAttributedString fitted = field->attributedStringValue();
     EXPECT_LT(fitted.font.pixelSize(), 12);
     EXPECT_LE(layoutSizeForAttributedString(fitted).width(), 50);
     fitted.font = VLRFonts::muli(fitted.font.pixelSize() + 1);
     EXPECT_GT(layoutSizeForAttributedString(fitted).width(), 50);
-    field.reset(vlr_labelScalingFontCenteredInFrameStringAlignment(QRectF(0, 0, 0, 20), "1,023.9 MB", Qt::AlignHCenter));
+    field.reset(
+        vlr_labelScalingFontCenteredInFrameStringAlignment(QRectF(0, 0, 0, 20), "1,023.9 MB", Qt::AlignHCenter));
     EXPECT_EQ(field->attributedStringValue().font.pixelSize(), 1);
 
     // Lines are never wrapped, only broken where the text breaks them.

@@ -143,7 +143,11 @@ TEST(View, TrackingOwnerHearsEnterMoveAndLeave)
 {
     struct Owner : QObject
     {
-        bool event(QEvent* event) override { types.append(event->type()); return true; }
+        bool event(QEvent* event) override
+        {
+            types.append(event->type());
+            return true;
+        }
         QList<QEvent::Type> types;
     };
     auto owner = std::make_unique<Owner>();

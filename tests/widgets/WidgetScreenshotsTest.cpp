@@ -1,8 +1,8 @@
+#include "app/VLRColors.h"
 #include "widgets/StatusItemImageView.h"
 #include "widgets/VLRAvatarListView.h"
 #include "widgets/VLRBadgeView.h"
 #include "widgets/VLRButton.h"
-#include "app/VLRColors.h"
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRLevelView.h"
@@ -182,9 +182,10 @@ TEST(WidgetScreenshots, TheKitsViewsInTheirStates)
         list.setAvatars(members(count));
         avatars.write(16, y + 26, count == 4 ? "Members that fit" : "Overflow", true);
         const QString tip = list.avatarSlots().first().avatar.toolTip();
-        avatars.cell(&list, 16, y + 38, count == 4 ? QStringLiteral("4 members, room for 5")
-                                                   : QStringLiteral("30 members: ellipsis, then 4; tip ends \"%1\"")
-                                                         .arg(tip.section('\n', -1)));
+        avatars.cell(&list, 16, y + 38,
+                     count == 4
+                         ? QStringLiteral("4 members, room for 5")
+                         : QStringLiteral("30 members: ellipsis, then 4; tip ends \"%1\"").arg(tip.section('\n', -1)));
     }
     avatars.save("widgets-avatars.png");
 

@@ -17,8 +17,7 @@
 // desktop would send them, and what they then show.
 
 // A child of the given type at the given place in its parent.
-template <typename View>
-View* placed(QWidget* parent, const QRect& geometry)
+template <typename View> View* placed(QWidget* parent, const QRect& geometry)
 {
     auto* view = new View(parent);
     view->setGeometry(geometry);

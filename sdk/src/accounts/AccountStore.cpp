@@ -9,8 +9,7 @@
 
 AccountStore::AccountStore(Database& database)
     : m_database(database)
-{
-}
+{ }
 
 std::optional<AccountStore::Account> AccountStore::findOne(const char* sql, const QString& key)
 {
@@ -34,7 +33,7 @@ std::optional<AccountStore::Account> AccountStore::findOne(const char* sql, cons
 }
 
 #define ACCOUNT_COLUMNS                                                                                                \
-    "SELECT id, email, first_name, last_name, password_hash, password_version, needs_confirmation, totp_secret, "     \
+    "SELECT id, email, first_name, last_name, password_hash, password_version, needs_confirmation, totp_secret, "      \
     "totp_last_step, avatar, download_cache_size FROM users "
 
 std::optional<AccountStore::Account> AccountStore::findByEmail(const QString& email)
@@ -77,8 +76,8 @@ QString AccountStore::add(const QString& email, const QString& firstName, const 
     if (!statement.run()) {
         if (failure)
             *failure = sqlite3_extended_errcode(m_database.handle()) == SQLITE_CONSTRAINT_UNIQUE
-                           ? QStringLiteral("an account with the address %1 exists already").arg(address)
-                           : m_database.errorMessage();
+                ? QStringLiteral("an account with the address %1 exists already").arg(address)
+                : m_database.errorMessage();
         return {};
     }
     return id;
@@ -95,8 +94,9 @@ bool AccountStore::setPassword(const QString& id, const QString& password)
     const QString hash = PasswordHasher::hash(password);
     if (hash.isNull() || password.isEmpty())
         return false;
-    SqlStatement statement(m_database.handle(),
-                           "UPDATE users SET password_hash = ?2, password_version = password_version + 1 WHERE id = ?1");
+    SqlStatement statement(
+        m_database.handle(),
+        "UPDATE users SET password_hash = ?2, password_version = password_version + 1 WHERE id = ?1");
     return statement.bind(1, id).bind(2, hash).run();
 }
 

@@ -6,9 +6,9 @@
 class LocalUser final : public VLRUser
 {
 public:
+    using VLRUser::setAvatar;
+    using VLRUser::setEmail;
     using VLRUser::setFirstName;
     using VLRUser::setLastName;
-    using VLRUser::setEmail;
-    using VLRUser::setAvatar;
     using VLRUser::setNeedsConfirmation;
 };

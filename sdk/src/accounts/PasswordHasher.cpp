@@ -6,7 +6,6 @@
 
 #include <mutex>
 
-
 QString PasswordHasher::hash(const QString& password)
 {
     Sodium::initialise();
@@ -24,7 +23,8 @@ bool PasswordHasher::verify(const QString& password, const QString& storedHash)
     Sodium::initialise();
     const QByteArray utf8 = password.toUtf8();
     const QByteArray stored = storedHash.toLatin1();
-    return !stored.isEmpty() && crypto_pwhash_str_verify(stored.constData(), utf8.constData(), quint64(utf8.size())) == 0;
+    return !stored.isEmpty()
+        && crypto_pwhash_str_verify(stored.constData(), utf8.constData(), quint64(utf8.size())) == 0;
 }
 
 void PasswordHasher::verifyNothing(const QString& password)

@@ -16,7 +16,7 @@ QString Totp::code(const QByteArray& secret, qint64 step, int length)
     const QByteArray mac = QMessageAuthenticationCode::hash(counter, secret, QCryptographicHash::Sha1);
     const int offset = mac.at(mac.size() - 1) & 0x0f;
     const quint32 binary = (quint32(quint8(mac.at(offset)) & 0x7f) << 24) | (quint32(quint8(mac.at(offset + 1))) << 16)
-                           | (quint32(quint8(mac.at(offset + 2))) << 8) | quint32(quint8(mac.at(offset + 3)));
+        | (quint32(quint8(mac.at(offset + 2))) << 8) | quint32(quint8(mac.at(offset + 3)));
     quint64 modulus = 1;
     for (int i = 0; i < length; ++i)
         modulus *= 10;

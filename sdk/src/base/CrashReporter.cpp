@@ -72,7 +72,8 @@ void CrashReporter::install(const QString& folder)
     // backtrace() loads its unwinder on first use; do that now, not in the handler.
     void* warmUp[1];
     backtrace(warmUp, 1);
-    struct sigaction action {};
+    struct sigaction action
+    { };
     action.sa_handler = onFatalSignal;
     action.sa_flags = SA_RESETHAND;
     sigemptyset(&action.sa_mask);

@@ -49,8 +49,7 @@ std::unique_ptr<Database> Database::open(const QString& folder, QString* failure
 Database::Database(sqlite3* handle, const QString& folder)
     : m_handle(handle)
     , m_folder(folder)
-{
-}
+{ }
 
 Database::~Database()
 {
@@ -65,8 +64,8 @@ bool Database::exec(const char* sql)
 QString Database::errorMessage() const
 {
     return sqlite3_errcode(m_handle) == SQLITE_OK && !m_rolledBackFailure.isEmpty()
-               ? m_rolledBackFailure
-               : QString::fromUtf8(sqlite3_errmsg(m_handle));
+        ? m_rolledBackFailure
+        : QString::fromUtf8(sqlite3_errmsg(m_handle));
 }
 
 bool Database::transaction(const std::function<bool()>& work)

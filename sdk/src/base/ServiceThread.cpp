@@ -4,8 +4,7 @@
 
 ServiceThread::ServiceThread()
     : m_thread([this] { run(); })
-{
-}
+{ }
 
 ServiceThread::~ServiceThread()
 {

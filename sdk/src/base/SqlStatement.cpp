@@ -70,8 +70,7 @@ bool SqlStatement::next()
 
 bool SqlStatement::run()
 {
-    while (next()) {
-    }
+    while (next()) { }
     return !m_failed;
 }
 

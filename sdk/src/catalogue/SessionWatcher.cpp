@@ -7,7 +7,7 @@
 namespace {
 // Failed looks in a row after which the service counts as lost.
 constexpr int failuresBeforeLoss = 6;
-}
+} // namespace
 
 SessionWatcher::SessionWatcher(const QString& databaseFolder, const QString& userId, qint64 passwordVersion,
                                qint64 catalogVersion, qint64 lastPublicationSeq, Handlers handlers)
@@ -18,8 +18,7 @@ SessionWatcher::SessionWatcher(const QString& databaseFolder, const QString& use
     , m_lastPublicationSeq(lastPublicationSeq)
     , m_handlers(std::move(handlers))
     , m_thread([this] { run(); })
-{
-}
+{ }
 
 SessionWatcher::~SessionWatcher()
 {

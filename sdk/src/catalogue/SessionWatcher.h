@@ -32,8 +32,8 @@ public:
         std::function<void()> serviceLost;
     };
 
-    SessionWatcher(const QString& databaseFolder, const QString& userId, qint64 passwordVersion,
-                   qint64 catalogVersion, qint64 lastPublicationSeq, Handlers handlers);
+    SessionWatcher(const QString& databaseFolder, const QString& userId, qint64 passwordVersion, qint64 catalogVersion,
+                   qint64 lastPublicationSeq, Handlers handlers);
     SessionWatcher(const SessionWatcher&) = delete;
     SessionWatcher& operator=(const SessionWatcher&) = delete;
     ~SessionWatcher();

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "accounts/LocalKeychain.h"
 #include "base/LocalEnvironment.h"
 #include "session/LocalInit.h"
-#include "accounts/LocalKeychain.h"
-#include "session/LocalReachabilityManager.h"
 #include "session/LocalRESTProvider.h"
-#include "versions/LocalSoftwareUpdater.h"
+#include "session/LocalReachabilityManager.h"
 #include "session/LocalUtils.h"
+#include "versions/LocalSoftwareUpdater.h"
 
 #include "service/VLRServiceLibrary.h"
 

@@ -34,10 +34,11 @@ QUrl LocalHelpPages::write(const QString& fileName, const QString& title, const 
     if (!PrivateFiles::makeFolder(helpFolder))
         return {};
     const QString path = helpFolder + QLatin1Char('/') + fileName;
-    const QByteArray page = QStringLiteral("<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>%1</title></head>"
-                                           "<body><h1>%1</h1>%2</body></html>\n")
-                                .arg(title, body)
-                                .toUtf8();
+    const QByteArray page =
+        QStringLiteral("<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>%1</title></head>"
+                       "<body><h1>%1</h1>%2</body></html>\n")
+            .arg(title, body)
+            .toUtf8();
     QFile existing(path);
     if (existing.open(QIODevice::ReadOnly) && existing.readAll() == page)
         return QUrl::fromLocalFile(path);

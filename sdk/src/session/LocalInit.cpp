@@ -4,8 +4,8 @@
 
 #include "accounts/SessionRegistry.h"
 #include "base/CrashReporter.h"
-#include "transfers/Reaper.h"
 #include "base/LibraryLog.h"
+#include "transfers/Reaper.h"
 
 #include <QFileInfo>
 

@@ -12,8 +12,7 @@
 LocalLoginVerifier::LocalLoginVerifier(const AccountStore::Account& account, const QString& databaseFolder)
     : m_account(account)
     , m_databaseFolder(databaseFolder)
-{
-}
+{ }
 
 void LocalLoginVerifier::verifyLoginWithCode(const QString& code, bool, const VLRVerifyHandler& completionHandler)
 {
@@ -26,8 +25,7 @@ void LocalLoginVerifier::verifyLoginWithCode(const QString& code, bool, const VL
         return;
     }
     ++m_attempts;
-    const std::weak_ptr<LocalLoginVerifier> weak =
-        std::static_pointer_cast<LocalLoginVerifier>(shared_from_this());
+    const std::weak_ptr<LocalLoginVerifier> weak = std::static_pointer_cast<LocalLoginVerifier>(shared_from_this());
     const QString userId = m_account.id;
     const QString folder = m_databaseFolder;
     const qint64 now = QDateTime::currentSecsSinceEpoch();
@@ -35,20 +33,19 @@ void LocalLoginVerifier::verifyLoginWithCode(const QString& code, bool, const VL
         QString failure;
         Database* database = worker.database(folder, &failure);
         if (!database)
-            return MainThread::post([answer, failure] {
-                answer(nullptr, ServiceError::make(ServiceError::DatabaseFailure, failure));
-            });
+            return MainThread::post(
+                [answer, failure] { answer(nullptr, ServiceError::make(ServiceError::DatabaseFailure, failure)); });
         AccountStore accounts(*database);
         const auto account = accounts.findById(userId);
         const qint64 step = account ? Totp::verify(account->totpSecret, code, now, account->totpLastStep) : -1;
         if (step < 0 || !accounts.useCodeStep(userId, step))
             return MainThread::post([answer] { answer(nullptr, ServiceError::make(ServiceError::WrongCode)); });
-        LocalSignIn::signedIn(worker, *account, folder, [weak, answer](const VLRUserSessionPtr& session,
-                                                                        const VLRLoginVerifierPtr&,
-                                                                        const vlr::OptionalError& error) {
-            if (auto self = weak.lock())
-                self->m_used = true;
-            answer(session, error);
-        });
+        LocalSignIn::signedIn(worker, *account, folder,
+                              [weak, answer](const VLRUserSessionPtr& session, const VLRLoginVerifierPtr&,
+                                             const vlr::OptionalError& error) {
+                                  if (auto self = weak.lock())
+                                      self->m_used = true;
+                                  answer(session, error);
+                              });
     });
 }

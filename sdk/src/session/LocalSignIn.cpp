@@ -1,5 +1,6 @@
 #include "session/LocalSignIn.h"
 
+#include "accounts/AccountsLog.h"
 #include "accounts/PasswordHasher.h"
 #include "accounts/SessionRegistry.h"
 #include "base/Database.h"
@@ -10,12 +11,10 @@
 #include "session/LocalLoginVerifier.h"
 #include "session/LocalUserSession.h"
 #include "workspaces/WorkspaceStore.h"
-#include "accounts/AccountsLog.h"
 
 #include "base/LocalEnvironment.h"
 
 #include <mutex>
-
 
 namespace {
 
@@ -101,8 +100,8 @@ void LocalSignIn::start(const VLRLoginCredentials& credentials, const QString& a
 }
 
 // Runs on the sign-in thread; the session is made on the GUI thread.
-void LocalSignIn::signedIn(ServiceThread& worker, const AccountStore::Account& account,
-                           const QString& databaseFolder, const VLRSignInHandler& completionHandler)
+void LocalSignIn::signedIn(ServiceThread& worker, const AccountStore::Account& account, const QString& databaseFolder,
+                           const VLRSignInHandler& completionHandler)
 {
     QString failure;
     Database* database = worker.database(databaseFolder, &failure);

@@ -22,7 +22,8 @@ namespace {
 // Where a download of the file goes in the folder: its own name, unless
 // another file has that name; the file of an earlier download of the same
 // file is replaced.
-QString targetIn(Database& database, const QString& userId, const QString& folder, const WorkspaceStore::Revision& revision)
+QString targetIn(Database& database, const QString& userId, const QString& folder,
+                 const WorkspaceStore::Revision& revision)
 {
     const QString name = SafeName::component(revision.assetName);
     QString target = folder + QLatin1Char('/') + name;
@@ -30,7 +31,8 @@ QString targetIn(Database& database, const QString& userId, const QString& folde
         const QFileInfo info(target);
         if (!info.exists() && !info.isSymLink())
             return target;
-        SqlStatement earlier(database.handle(), "SELECT 1 FROM downloads WHERE user_id = ?1 AND path = ?2 AND asset_id = ?3");
+        SqlStatement earlier(database.handle(),
+                             "SELECT 1 FROM downloads WHERE user_id = ?1 AND path = ?2 AND asset_id = ?3");
         earlier.bind(1, userId).bind(2, target).bind(3, revision.assetId);
         if (earlier.next())
             return target;
@@ -212,12 +214,12 @@ void LocalUserSession::requestDownload(const QString& url, const QString& folder
             else if (!workspaces.isMember(revision->workspaceId, userId))
                 error = ServiceError::make(ServiceError::NotAMember);
             else
-                job = downloadJob(userId, *revision,
-                                  targetIn(database, userId,
-                                           folder.isEmpty() ? UserFolders::workspaceFolder(revision->workspaceName)
-                                                            : folder,
-                                           *revision),
-                                  VLRTransferReporting::RequestedDownloadSubType);
+                job = downloadJob(
+                    userId, *revision,
+                    targetIn(database, userId,
+                             folder.isEmpty() ? UserFolders::workspaceFolder(revision->workspaceName) : folder,
+                             *revision),
+                    VLRTransferReporting::RequestedDownloadSubType);
             MainThread::post([weak, job, error, answer] {
                 auto self = weak.lock();
                 if (!self || self->m_ended)
@@ -228,9 +230,8 @@ void LocalUserSession::requestDownload(const QString& url, const QString& folder
             });
         },
         [answer](const QString& failure) {
-            MainThread::post([answer, failure] {
-                answer(nullptr, ServiceError::make(ServiceError::DatabaseFailure, failure));
-            });
+            MainThread::post(
+                [answer, failure] { answer(nullptr, ServiceError::make(ServiceError::DatabaseFailure, failure)); });
         });
 }
 
@@ -253,8 +254,9 @@ void LocalUserSession::queueRevisionDownloads(const QList<WorkspaceStore::Public
             const auto revision = workspaces.revision(revisionId);
             if (!revision)
                 continue;
-            SqlStatement earlier(database.handle(),
-                                 "SELECT path FROM downloads WHERE user_id = ?1 AND asset_id = ?2 AND revision_id != ?3");
+            SqlStatement earlier(
+                database.handle(),
+                "SELECT path FROM downloads WHERE user_id = ?1 AND asset_id = ?2 AND revision_id != ?3");
             earlier.bind(1, userId).bind(2, revision->assetId).bind(3, revision->id);
             while (earlier.next()) {
                 if (!QFileInfo::exists(earlier.text(0)))

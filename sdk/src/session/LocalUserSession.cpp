@@ -1,5 +1,6 @@
 #include "session/LocalUserSession.h"
 
+#include "accounts/AccountsLog.h"
 #include "accounts/SessionRegistry.h"
 #include "base/Clock.h"
 #include "base/Database.h"
@@ -11,10 +12,9 @@
 #include "transfers/Reaper.h"
 #include "transfers/TransferStore.h"
 #include "workspaces/LocalProject.h"
-#include "accounts/AccountsLog.h"
 
-#include "workspaces/LocalPublication.h"
 #include "accounts/LocalUser.h"
+#include "workspaces/LocalPublication.h"
 
 #include "service/VLRInstallerUpdater.h"
 #include "service/VLRPublication.h"
@@ -38,7 +38,7 @@ VLRUserPtr userRecord(const AccountStore::Account& account)
 bool sameShownAccount(const AccountStore::Account& a, const AccountStore::Account& b)
 {
     return a.firstName == b.firstName && a.lastName == b.lastName && a.email == b.email
-           && a.needsConfirmation == b.needsConfirmation && a.avatar == b.avatar;
+        && a.needsConfirmation == b.needsConfirmation && a.avatar == b.avatar;
 }
 
 } // namespace
@@ -345,9 +345,9 @@ void LocalUserSession::createNewWorkspaceWithName(const QString& name, const VLR
             WorkspaceStore workspaces(database);
             const QString id = workspaces.create(trimmed, userId, Clock::nowMs());
             const auto created = id.isNull() ? std::nullopt : workspaces.workspace(id);
-            const vlr::OptionalError error =
-                created ? std::nullopt
-                        : vlr::OptionalError(ServiceError::make(ServiceError::DatabaseFailure, database.errorMessage()));
+            const vlr::OptionalError error = created
+                ? std::nullopt
+                : vlr::OptionalError(ServiceError::make(ServiceError::DatabaseFailure, database.errorMessage()));
             MainThread::post([weak, created, error, answer] {
                 auto self = weak.lock();
                 if (!self || self->m_ended || !created)
@@ -359,9 +359,8 @@ void LocalUserSession::createNewWorkspaceWithName(const QString& name, const VLR
             });
         },
         [answer](const QString& failure) {
-            MainThread::post([answer, failure] {
-                answer(nullptr, ServiceError::make(ServiceError::DatabaseFailure, failure));
-            });
+            MainThread::post(
+                [answer, failure] { answer(nullptr, ServiceError::make(ServiceError::DatabaseFailure, failure)); });
         });
 }
 
@@ -401,17 +400,15 @@ void LocalUserSession::publishText(const QString& text, const QString& intoWorks
             });
         },
         [answer](const QString& failure) {
-            MainThread::post([answer, failure] {
-                answer(QString(), ServiceError::make(ServiceError::DatabaseFailure, failure));
-            });
+            MainThread::post(
+                [answer, failure] { answer(QString(), ServiceError::make(ServiceError::DatabaseFailure, failure)); });
         });
 }
 
-void LocalUserSession::createNewInstallerWithName(const QString&, const QVariant&, const QVariant&, const QVariant&,
-                                                  const QVariant&, const QList<QUrl>&, bool, const QVariant&,
-                                                  const QUrl&,
-                                                  const std::function<void(const VLRInstallerPtr&,
-                                                                           const vlr::OptionalError&)>& completionHandler)
+void LocalUserSession::createNewInstallerWithName(
+    const QString&, const QVariant&, const QVariant&, const QVariant&, const QVariant&, const QList<QUrl>&, bool,
+    const QVariant&, const QUrl&,
+    const std::function<void(const VLRInstallerPtr&, const vlr::OptionalError&)>& completionHandler)
 {
     if (completionHandler)
         MainThread::post([completionHandler] {

@@ -47,12 +47,11 @@ public:
                      const VLRTextHandler& completionHandler) override;
     void uploadAndPublishNewRevision(const QUrl& fileURL, const QString& workspaceIdentifier, bool publish,
                                      const QString& publicationText, vlr::OptionalError* error) override;
-    void createNewInstallerWithName(const QString& name, const QVariant& type, const QVariant& description,
-                                    const QVariant& platform, const QVariant& packageIdentifiers,
-                                    const QList<QUrl>& fileURLs, bool silentInstall, const QVariant& productIDs,
-                                    const QUrl& imageURL,
-                                    const std::function<void(const VLRInstallerPtr&, const vlr::OptionalError&)>&
-                                        completionHandler) override;
+    void createNewInstallerWithName(
+        const QString& name, const QVariant& type, const QVariant& description, const QVariant& platform,
+        const QVariant& packageIdentifiers, const QList<QUrl>& fileURLs, bool silentInstall, const QVariant& productIDs,
+        const QUrl& imageURL,
+        const std::function<void(const VLRInstallerPtr&, const vlr::OptionalError&)>& completionHandler) override;
     void uploadAndPublishNewInstaller(const QUrl& fileURL, const QString& installerID,
                                       const QVariantMap& installerVersionInfo, vlr::OptionalError* error) override;
     void pauseAllTransfers(bool pause) override;

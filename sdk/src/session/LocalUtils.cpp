@@ -31,7 +31,7 @@ void LocalUtils::getHelpURLWithCompletionHandler(const VLRURLHandler& handler)
     if (!handler)
         return;
     const QUrl page = LocalEnvironment().environment() == VLREnvironment::DefaultEnvironment
-                          ? LocalHelpPages::helpPage()
-                          : QUrl(QStringLiteral("https://%1/help-center").arg(LocalEnvironment().appHostname()));
+        ? LocalHelpPages::helpPage()
+        : QUrl(QStringLiteral("https://%1/help-center").arg(LocalEnvironment().appHostname()));
     MainThread::post([handler, page] { handler(page, std::nullopt); });
 }

@@ -14,8 +14,7 @@
 
 ContentStore::ContentStore(const QString& databaseFolder)
     : m_root(databaseFolder + QLatin1Char('/') + DatabaseLocation::storeFolderName())
-{
-}
+{ }
 
 bool ContentStore::prepare(QString* failure) const
 {
@@ -39,7 +38,7 @@ bool ContentStore::isDigest(const QByteArray& text)
 QString ContentStore::pathOf(const QByteArray& digest) const
 {
     return m_root + QLatin1Char('/') + QString::fromLatin1(digest.left(2)) + QLatin1Char('/')
-           + QString::fromLatin1(digest);
+        + QString::fromLatin1(digest);
 }
 
 QString ContentStore::partialPath(const QString& name) const
@@ -84,7 +83,8 @@ QByteArray ContentStore::put(const QByteArray& data, QString* failure) const
         return {};
     const QString partial = partialPath(QString::fromLatin1(digest));
     const int fd = PrivateFiles::createFile(partial, false);
-    const bool written = fd >= 0 && ::write(fd, data.constData(), size_t(data.size())) == data.size() && ::fsync(fd) == 0;
+    const bool written =
+        fd >= 0 && ::write(fd, data.constData(), size_t(data.size())) == data.size() && ::fsync(fd) == 0;
     const int error = errno;
     if (fd >= 0)
         ::close(fd);

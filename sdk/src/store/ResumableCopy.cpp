@@ -6,13 +6,13 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <atomic>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <atomic>
 #include <memory>
-#include <thread>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -22,8 +22,7 @@ class FileDescriptor
 public:
     explicit FileDescriptor(int fd)
         : m_fd(fd)
-    {
-    }
+    { }
     FileDescriptor(const FileDescriptor&) = delete;
     FileDescriptor& operator=(const FileDescriptor&) = delete;
     ~FileDescriptor()
@@ -71,7 +70,7 @@ bool writeFully(int fd, const char* buffer, qint64 size)
 bool sameFile(const struct stat& a, const struct stat& b)
 {
     return a.st_size == b.st_size && a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec
-           && a.st_ino == b.st_ino;
+        && a.st_ino == b.st_ino;
 }
 
 } // namespace
@@ -82,12 +81,12 @@ ResumableCopy::ResumableCopy(const QString& source, const QString& partial, std:
     , m_partial(partial)
     , m_shouldStop(std::move(shouldStop))
     , m_advanced(std::move(advanced))
-{
-}
+{ }
 
 ResumableCopy::Outcome ResumableCopy::fail(const QString& path, int error, bool onSource)
 {
-    m_failure = QStringLiteral("\"%1\": %2").arg(QFileInfo(path).fileName(), QString::fromLocal8Bit(std::strerror(error)));
+    m_failure =
+        QStringLiteral("\"%1\": %2").arg(QFileInfo(path).fileName(), QString::fromLocal8Bit(std::strerror(error)));
     m_failedOnSource = onSource;
     return Outcome::Failed;
 }
@@ -187,7 +186,7 @@ ResumableCopy::Outcome ResumableCopy::run()
     const qint64 hashFrom = offset;
     std::thread hasher([&] {
         const std::unique_ptr<char[]> block(new char[hashBlockSize]);
-        for (qint64 at = hashFrom; at < before.st_size && !abandon; ) {
+        for (qint64 at = hashFrom; at < before.st_size && !abandon;) {
             const qint64 got = readFully(source.get(), block.get(), std::min(hashBlockSize, before.st_size - at), at);
             if (got <= 0) {
                 hashed = false;

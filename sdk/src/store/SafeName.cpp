@@ -9,8 +9,8 @@ bool harmful(QChar c)
 {
     const char16_t code = c.unicode();
     return code < 0x20 || code == 0x7f || (code >= 0x80 && code < 0xa0) || code == u'/' || code == u'\\'
-           || c.category() == QChar::Other_Format || c.category() == QChar::Separator_Line
-           || c.category() == QChar::Separator_Paragraph;
+        || c.category() == QChar::Other_Format || c.category() == QChar::Separator_Line
+        || c.category() == QChar::Separator_Paragraph;
 }
 
 } // namespace
@@ -60,7 +60,7 @@ bool SafeName::staysUnder(const QString& root, const QString& path)
         resolved += QLatin1Char('/') + rest;
     resolved = QDir::cleanPath(resolved);
     return resolved.startsWith(canonicalRoot + QLatin1Char('/')) && !resolved.contains(QLatin1String("/../"))
-           && !resolved.endsWith(QLatin1String("/.."));
+        && !resolved.endsWith(QLatin1String("/.."));
 }
 
 QString SafeName::numbered(const QString& name, int number)

@@ -51,8 +51,7 @@ bool copyAcross(const QString& from, const QString& to)
 DownloadCache::DownloadCache(Database& database, const QString& databaseFolder)
     : m_database(database)
     , m_root(databaseFolder + QLatin1Char('/') + DatabaseLocation::cacheFolderName())
-{
-}
+{ }
 
 bool DownloadCache::keep(const QString& userId, const QString& path, QString* failure)
 {
@@ -65,22 +64,24 @@ bool DownloadCache::keep(const QString& userId, const QString& path, QString* fa
         return false;
     }
     const bool moved = ::rename(QFile::encodeName(path).constData(), QFile::encodeName(target).constData()) == 0
-                       || (errno == EXDEV && copyAcross(path, target));
+        || (errno == EXDEV && copyAcross(path, target));
     if (!moved) {
         if (failure)
             *failure = QStringLiteral("\"%1\": %2").arg(path, QString::fromLocal8Bit(std::strerror(errno)));
         QDir(entryFolder).removeRecursively();
         return false;
     }
-    SqlStatement statement(m_database.handle(),
-                           "INSERT OR REPLACE INTO cache_entries(path, user_id, size, added_at) VALUES(?1, ?2, ?3, ?4)");
+    SqlStatement statement(
+        m_database.handle(),
+        "INSERT OR REPLACE INTO cache_entries(path, user_id, size, added_at) VALUES(?1, ?2, ?3, ?4)");
     return statement.bind(1, entryFolder).bind(2, userId).bind(3, size).bind(4, Clock::nowMs()).run();
 }
 
 bool DownloadCache::trim(const QString& userId, qint64 limit)
 {
     qint64 total = usage(userId);
-    SqlStatement oldest(m_database.handle(), "SELECT path, size FROM cache_entries WHERE user_id = ?1 ORDER BY added_at");
+    SqlStatement oldest(m_database.handle(),
+                        "SELECT path, size FROM cache_entries WHERE user_id = ?1 ORDER BY added_at");
     oldest.bind(1, userId);
     QStringList evicted;
     while (total > limit && oldest.next()) {

@@ -22,8 +22,8 @@ std::optional<DownloadLink::Target> DownloadLink::parse(const QString& text)
 {
     const QUrl url(text.trimmed(), QUrl::StrictMode);
     if (!url.isValid() || url.scheme() != QLatin1String("veluria") || url.host() != QLatin1String("download")
-        || !(url.path().isEmpty() || url.path() == QLatin1String("/")) || !url.userInfo().isEmpty()
-        || url.port() != -1 || url.hasFragment())
+        || !(url.path().isEmpty() || url.path() == QLatin1String("/")) || !url.userInfo().isEmpty() || url.port() != -1
+        || url.hasFragment())
         return std::nullopt;
     const QUrlQuery query(url);
     const QString workspace = query.queryItemValue(QStringLiteral("workspace"));

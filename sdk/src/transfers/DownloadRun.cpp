@@ -26,9 +26,9 @@ namespace {
 
 vlr::Error unwritable(const QString& path)
 {
-    return ServiceError::make(ServiceError::FileUnwritable,
-                              QStringLiteral("\"%1\": %2").arg(QFileInfo(path).fileName(),
-                                                               QString::fromLocal8Bit(std::strerror(errno))));
+    return ServiceError::make(
+        ServiceError::FileUnwritable,
+        QStringLiteral("\"%1\": %2").arg(QFileInfo(path).fileName(), QString::fromLocal8Bit(std::strerror(errno))));
 }
 
 // Whether an earlier download of this user put the file at this path.
@@ -48,8 +48,7 @@ DownloadRun::DownloadRun(const TransferJob& job, const QString& databaseFolder, 
     , m_database(database)
     , m_shouldStop(std::move(shouldStop))
     , m_advanced(std::move(advanced))
-{
-}
+{ }
 
 QString DownloadRun::partialPathFor(const QString& target)
 {
@@ -81,21 +80,24 @@ TransferResult DownloadRun::run()
 TransferResult DownloadRun::copyFile(const ContentStore& store, const QByteArray& digest, const QString& partial)
 {
     if (!store.contains(digest))
-        return TransferResult::failed(ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName()));
+        return TransferResult::failed(
+            ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName()));
     ResumableCopy copy(store.pathOf(digest), partial, m_shouldStop, m_advanced);
     switch (copy.run()) {
     case ResumableCopy::Outcome::Stopped:
         return TransferResult::stopped();
     case ResumableCopy::Outcome::Failed:
-        return TransferResult::failed(copy.failedOnSource()
-                                          ? ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName())
-                                          : ServiceError::make(ServiceError::FileUnwritable, copy.failure()));
+        return TransferResult::failed(
+            copy.failedOnSource()
+                ? ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName())
+                : ServiceError::make(ServiceError::FileUnwritable, copy.failure()));
     case ResumableCopy::Outcome::Done:
         break;
     }
     if (copy.digest() != digest) {
         QFile::remove(partial);
-        return TransferResult::failed(ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName()));
+        return TransferResult::failed(
+            ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName()));
     }
     TransferResult result;
     result.totalSize = copy.size();
@@ -108,7 +110,8 @@ TransferResult DownloadRun::copyFolder(const ContentStore& store, const QByteArr
     const QByteArray manifest = store.read(manifestDigest);
     const QJsonDocument document = QJsonDocument::fromJson(manifest);
     if (manifest.isNull() || !document.isObject())
-        return TransferResult::failed(ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName()));
+        return TransferResult::failed(
+            ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName()));
     if (!PrivateFiles::makeFolder(partialFolder))
         return TransferResult::failed(unwritable(partialFolder));
     TransferResult result;
@@ -159,8 +162,9 @@ TransferResult DownloadRun::putInPlace(const QString& partial, const QString& as
     if (::rename(QFile::encodeName(partial).constData(), QFile::encodeName(target).constData()) != 0)
         return TransferResult::failed(unwritable(target));
     PrivateFiles::syncFolder(QFileInfo(target).path());
-    SqlStatement record(m_database.handle(), "INSERT OR REPLACE INTO downloads(user_id, asset_id, revision_id, path) "
-                                             "VALUES(?1, ?2, ?3, ?4)");
+    SqlStatement record(m_database.handle(),
+                        "INSERT OR REPLACE INTO downloads(user_id, asset_id, revision_id, path) "
+                        "VALUES(?1, ?2, ?3, ?4)");
     record.bind(1, m_job.userId).bind(2, assetId).bind(3, revisionId).bind(4, target).run();
     TransferResult result;
     result.filePath = target;

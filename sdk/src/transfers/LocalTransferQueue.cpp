@@ -13,8 +13,7 @@ LocalTransferQueue::LocalTransferQueue(const QString& databaseFolder, TransferQu
     : m_databaseFolder(databaseFolder)
     , m_host(host)
     , m_worker(std::make_unique<TransferWorker>(databaseFolder))
-{
-}
+{ }
 
 LocalTransferQueue::~LocalTransferQueue()
 {
@@ -37,9 +36,8 @@ std::shared_ptr<LocalTransferQueue> LocalTransferQueue::shared()
 LocalTransferPtr LocalTransferQueue::add(const TransferJob& job)
 {
     auto transfer = std::make_shared<LocalTransfer>(job, shared());
-    transfer->job().position = transfers().isEmpty()
-                                   ? 1
-                                   : std::static_pointer_cast<LocalTransfer>(transfers().last())->job().position + 1;
+    transfer->job().position =
+        transfers().isEmpty() ? 1 : std::static_pointer_cast<LocalTransfer>(transfers().last())->job().position + 1;
     m_host.persistTransfer(transfer->job());
     VLRTransferList list = transfers();
     list.append(transfer);
@@ -277,8 +275,9 @@ void LocalTransferQueue::restartTransfer(const VLRTransferReportingPtr& transfer
     }
     TransferJob& job = local->job();
     if (job.type == TransferJob::Upload && !QFileInfo::exists(job.filePath)) {
-        refuse(ServiceError::make(ServiceError::FileUnreadable, QStringLiteral("\"%1\": No such file or directory")
-                                                                   .arg(QFileInfo(job.filePath).fileName())));
+        refuse(ServiceError::make(
+            ServiceError::FileUnreadable,
+            QStringLiteral("\"%1\": No such file or directory").arg(QFileInfo(job.filePath).fileName())));
         return;
     }
     if (!m_host.takeCompletedTransfer(local)) {
@@ -289,9 +288,8 @@ void LocalTransferQueue::restartTransfer(const VLRTransferReportingPtr& transfer
     job.error.reset();
     job.finishedAt = 0;
     job.paused = false;
-    job.position = transfers().isEmpty()
-                       ? 1
-                       : std::static_pointer_cast<LocalTransfer>(transfers().last())->job().position + 1;
+    job.position =
+        transfers().isEmpty() ? 1 : std::static_pointer_cast<LocalTransfer>(transfers().last())->job().position + 1;
     local->setError(std::nullopt);
     local->setFinished(false);
     local->setFractionCompleted(0);
@@ -304,7 +302,8 @@ void LocalTransferQueue::restartTransfer(const VLRTransferReportingPtr& transfer
     schedule();
 }
 
-void LocalTransferQueue::moveTransfersAbove(const VLRTransferList& moved, const VLRTransferReportingPtr& referenceTransfer)
+void LocalTransferQueue::moveTransfersAbove(const VLRTransferList& moved,
+                                            const VLRTransferReportingPtr& referenceTransfer)
 {
     VLRTransferList remaining;
     VLRTransferList taken;
@@ -313,9 +312,8 @@ void LocalTransferQueue::moveTransfersAbove(const VLRTransferList& moved, const 
     if (taken.isEmpty())
         return;
     // Keep the order in which the client listed them.
-    std::stable_sort(taken.begin(), taken.end(), [&](const auto& a, const auto& b) {
-        return moved.indexOf(a) < moved.indexOf(b);
-    });
+    std::stable_sort(taken.begin(), taken.end(),
+                     [&](const auto& a, const auto& b) { return moved.indexOf(a) < moved.indexOf(b); });
     qsizetype at = remaining.indexOf(referenceTransfer);
     if (at < 0)
         at = remaining.size();

@@ -34,7 +34,8 @@ public:
     void cancelTransfer(LocalTransfer& transfer);
 
     void restartTransfer(const VLRTransferReportingPtr& transfer, vlr::OptionalError* error) override;
-    void moveTransfersAbove(const VLRTransferList& transfers, const VLRTransferReportingPtr& referenceTransfer) override;
+    void moveTransfersAbove(const VLRTransferList& transfers,
+                            const VLRTransferReportingPtr& referenceTransfer) override;
 
 private:
     enum class StopIntent { None, Interrupt, Pause, Cancel };

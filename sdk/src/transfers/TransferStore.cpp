@@ -5,8 +5,7 @@
 
 TransferStore::TransferStore(Database& database)
     : m_database(database)
-{
-}
+{ }
 
 bool TransferStore::save(const TransferJob& job)
 {

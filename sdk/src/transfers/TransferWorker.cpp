@@ -9,8 +9,7 @@
 TransferWorker::TransferWorker(const QString& databaseFolder)
     : m_databaseFolder(databaseFolder)
     , m_thread([this] { run(); })
-{
-}
+{ }
 
 TransferWorker::~TransferWorker()
 {

@@ -25,8 +25,7 @@ UploadRun::UploadRun(const TransferJob& job, const QString& databaseFolder, Data
     , m_shouldStop(std::move(shouldStop))
     , m_sized(std::move(sized))
     , m_advanced(std::move(advanced))
-{
-}
+{ }
 
 // The service refuses uploads from accounts that may not publish there.
 TransferResult UploadRun::refusal()

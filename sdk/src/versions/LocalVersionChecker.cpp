@@ -10,8 +10,7 @@
 
 LocalVersionChecker::LocalVersionChecker(const QUrl& manifestURL)
     : m_manifestURL(manifestURL)
-{
-}
+{ }
 
 void LocalVersionChecker::checkVersion(const VLRVersionCheckHandler& handler)
 {

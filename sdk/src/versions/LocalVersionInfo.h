@@ -7,8 +7,8 @@ class LocalVersionInfo final : public VLRVersionInfo
 {
 public:
     using VLRVersionInfo::setCurrentVersion;
+    using VLRVersionInfo::setDownloadPageURL;
     using VLRVersionInfo::setLatestVersionNice;
     using VLRVersionInfo::setReleaseNotesHTML;
     using VLRVersionInfo::setTermsOfService;
-    using VLRVersionInfo::setDownloadPageURL;
 };

@@ -19,8 +19,7 @@ VersionManifest VersionManifest::current(const QString& runningVersion)
     return manifest;
 }
 
-VersionManifest VersionManifest::parse(const QByteArray& json, const QString& runningVersion,
-                                       vlr::OptionalError* error)
+VersionManifest VersionManifest::parse(const QByteArray& json, const QString& runningVersion, vlr::OptionalError* error)
 {
     QJsonParseError parseError;
     const QJsonDocument document = QJsonDocument::fromJson(json, &parseError);

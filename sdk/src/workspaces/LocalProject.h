@@ -10,8 +10,7 @@ class LocalProject : public VLRObject
 public:
     explicit LocalProject(const WorkspaceStore::Asset& asset)
         : m_asset(asset)
-    {
-    }
+    { }
 
     const QString& identifier() const { return m_asset.id; }
     const QString& name() const { return m_asset.name; }

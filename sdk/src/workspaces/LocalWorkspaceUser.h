@@ -7,7 +7,7 @@ class LocalWorkspaceUser final : public VLRWorkspaceUser
 {
 public:
     using VLRWorkspaceUser::setAvatar;
-    using VLRWorkspaceUser::setRole;
     using VLRWorkspaceUser::setFirstName;
     using VLRWorkspaceUser::setLastName;
+    using VLRWorkspaceUser::setRole;
 };

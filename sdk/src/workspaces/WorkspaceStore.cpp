@@ -6,8 +6,7 @@
 
 WorkspaceStore::WorkspaceStore(Database& database)
     : m_database(database)
-{
-}
+{ }
 
 // Members of every workspace that the query's key selects, grouped by
 // workspace, owners first. Each avatar is decoded once, however many
@@ -119,8 +118,7 @@ QString WorkspaceStore::create(const QString& name, const QString& ownerId, qint
     const bool created = m_database.transaction([&] {
         SqlStatement insert(m_database.handle(),
                             "INSERT INTO workspaces(id, name, created_at, updated_at) VALUES(?1, ?2, ?3, ?3)");
-        return insert.bind(1, id).bind(2, name).bind(3, updatedAt).run()
-               && addMember(id, ownerId, OwnerRole);
+        return insert.bind(1, id).bind(2, name).bind(3, updatedAt).run() && addMember(id, ownerId, OwnerRole);
     });
     return created ? id : QString();
 }
@@ -135,8 +133,7 @@ bool WorkspaceStore::addMember(const QString& workspaceId, const QString& userId
 
 bool WorkspaceStore::touch(const QString& workspaceId, qint64 when)
 {
-    SqlStatement statement(m_database.handle(),
-                           "UPDATE workspaces SET updated_at = max(updated_at, ?2) WHERE id = ?1");
+    SqlStatement statement(m_database.handle(), "UPDATE workspaces SET updated_at = max(updated_at, ?2) WHERE id = ?1");
     return statement.bind(1, workspaceId).bind(2, when).run();
 }
 
@@ -145,8 +142,9 @@ qint64 WorkspaceStore::publishText(const QString& workspaceId, const QString& us
     qint64 seq = 0;
     const qint64 now = Clock::nowMs();
     m_database.transaction([&] {
-        SqlStatement insert(m_database.handle(), "INSERT INTO publications(workspace_id, user_id, text, created_at) "
-                                                 "VALUES(?1, ?2, ?3, ?4) RETURNING seq");
+        SqlStatement insert(m_database.handle(),
+                            "INSERT INTO publications(workspace_id, user_id, text, created_at) "
+                            "VALUES(?1, ?2, ?3, ?4) RETURNING seq");
         insert.bind(1, workspaceId).bind(2, userId).bind(3, text.isNull() ? QStringLiteral("") : text).bind(4, now);
         if (!insert.next())
             return false;
@@ -157,7 +155,7 @@ qint64 WorkspaceStore::publishText(const QString& workspaceId, const QString& us
 }
 
 QString WorkspaceStore::addRevision(const QString& workspaceId, const QString& userId, const QString& assetName,
-                                   const QString& content, bool isFolder, qint64 size, const QString& text)
+                                    const QString& content, bool isFolder, qint64 size, const QString& text)
 {
     const QString revisionId = Clock::newIdentifier();
     const qint64 now = Clock::nowMs();
@@ -187,8 +185,8 @@ QString WorkspaceStore::addRevision(const QString& workspaceId, const QString& u
     return added ? revisionId : QString();
 }
 
-#define REVISION_COLUMNS                                                                                              \
-    "SELECT r.id, r.asset_id, a.name, a.workspace_id, w.name, r.number, r.content, r.is_folder, r.size "             \
+#define REVISION_COLUMNS                                                                                               \
+    "SELECT r.id, r.asset_id, a.name, a.workspace_id, w.name, r.number, r.content, r.is_folder, r.size "               \
     "FROM revisions r JOIN assets a ON a.id = r.asset_id JOIN workspaces w ON w.id = a.workspace_id "
 
 namespace {
@@ -197,9 +195,9 @@ std::optional<WorkspaceStore::Revision> readRevision(SqlStatement& statement)
 {
     if (!statement.next())
         return std::nullopt;
-    return WorkspaceStore::Revision{statement.text(0),    statement.text(1),        statement.text(2),
-                                    statement.text(3),    statement.text(4),        statement.integer(5),
-                                    statement.text(6),    statement.integer(7) != 0, statement.integer(8)};
+    return WorkspaceStore::Revision{statement.text(0), statement.text(1),         statement.text(2),
+                                    statement.text(3), statement.text(4),         statement.integer(5),
+                                    statement.text(6), statement.integer(7) != 0, statement.integer(8)};
 }
 
 } // namespace
@@ -213,7 +211,8 @@ std::optional<WorkspaceStore::Revision> WorkspaceStore::revision(const QString& 
 
 std::optional<WorkspaceStore::Revision> WorkspaceStore::latestRevision(const QString& assetId)
 {
-    SqlStatement statement(m_database.handle(), REVISION_COLUMNS "WHERE r.asset_id = ?1 ORDER BY r.number DESC LIMIT 1");
+    SqlStatement statement(m_database.handle(),
+                           REVISION_COLUMNS "WHERE r.asset_id = ?1 ORDER BY r.number DESC LIMIT 1");
     statement.bind(1, assetId);
     return readRevision(statement);
 }

@@ -90,6 +90,7 @@ public:
     qint64 lastPublicationSeq();
     // Moves with every change of what sessions show; -1 on failure.
     qint64 catalogVersion();
+
 private:
     std::optional<QList<Member>> membersOf(const char* sql, const QString& key,
                                            QHash<QString, QList<Member>>* byWorkspace);
