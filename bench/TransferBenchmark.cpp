@@ -4,15 +4,15 @@
 // latency of a sign-in, and a session with 10,000 workspaces and 10,000
 // completed transfers loading its lists.
 
-#include "accounts/AccountStore.h"
-#include "base/Clock.h"
-#include "base/Database.h"
-#include "session/EmbeddedServiceLibrary.h"
-#include "session/LocalUserSession.h"
-#include "transfers/DownloadLink.h"
-#include "transfers/LocalTransfer.h"
-#include "transfers/TransferStore.h"
-#include "workspaces/WorkspaceStore.h"
+#include "sdk/accounts/AccountStore.h"
+#include "sdk/base/Clock.h"
+#include "sdk/base/Database.h"
+#include "sdk/local/EmbeddedServiceLibrary.h"
+#include "sdk/local/LocalUserSession.h"
+#include "sdk/transfers/DownloadLink.h"
+#include "sdk/transfers/LocalTransfer.h"
+#include "sdk/transfers/TransferStore.h"
+#include "sdk/workspaces/WorkspaceStore.h"
 
 #include "service/VLRLogFormat.h"
 #include "service/VLRLogHandler.h"

@@ -1,13 +1,13 @@
 #include "AdminTool.h"
 
 #include "DemoSeeder.h"
-#include "accounts/Base32.h"
-#include "accounts/Totp.h"
-#include "base/Clock.h"
-#include "base/Database.h"
-#include "base/SqlStatement.h"
-#include "transfers/DownloadLink.h"
-#include "transfers/UploadRun.h"
+#include "sdk/accounts/Base32.h"
+#include "sdk/accounts/Totp.h"
+#include "sdk/base/Clock.h"
+#include "sdk/base/Database.h"
+#include "sdk/base/SqlStatement.h"
+#include "sdk/transfers/DownloadLink.h"
+#include "sdk/transfers/UploadRun.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "accounts/AccountStore.h"
-#include "workspaces/WorkspaceStore.h"
+#include "sdk/accounts/AccountStore.h"
+#include "sdk/workspaces/WorkspaceStore.h"
 
 #include <QStringList>
 #include <QTextStream>

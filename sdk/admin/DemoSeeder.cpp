@@ -1,12 +1,12 @@
 #include "DemoSeeder.h"
 
-#include "accounts/AccountStore.h"
-#include "base/Clock.h"
-#include "base/Database.h"
-#include "base/SqlStatement.h"
-#include "transfers/TransferJob.h"
-#include "transfers/UploadRun.h"
-#include "workspaces/WorkspaceStore.h"
+#include "sdk/accounts/AccountStore.h"
+#include "sdk/base/Clock.h"
+#include "sdk/base/Database.h"
+#include "sdk/base/SqlStatement.h"
+#include "sdk/transfers/TransferJob.h"
+#include "sdk/transfers/UploadRun.h"
+#include "sdk/workspaces/WorkspaceStore.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,8 +1,8 @@
 #include "ServiceFixture.h"
 
 #include "AdminTool.h"
-#include "accounts/Base32.h"
-#include "transfers/DownloadLink.h"
+#include "sdk/accounts/Base32.h"
+#include "sdk/transfers/DownloadLink.h"
 
 #include "service/VLRTransferReporting.h"
 #include "service/VLRUser.h"

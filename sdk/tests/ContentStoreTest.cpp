@@ -1,9 +1,9 @@
 #include "ServiceFixture.h"
 
-#include "store/ContentStore.h"
-#include "store/ResumableCopy.h"
-#include "store/Sha256.h"
-#include "transfers/DownloadLink.h"
+#include "sdk/store/ContentStore.h"
+#include "sdk/store/ResumableCopy.h"
+#include "sdk/store/Sha256.h"
+#include "sdk/transfers/DownloadLink.h"
 
 #include "service/VLRTransferReporting.h"
 

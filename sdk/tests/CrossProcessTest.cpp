@@ -1,10 +1,10 @@
 #include "ChildProcess.h"
 #include "ServiceFixture.h"
 
-#include "store/ContentStore.h"
-#include "store/Sha256.h"
-#include "transfers/DownloadLink.h"
-#include "transfers/LocalTransfer.h"
+#include "sdk/store/ContentStore.h"
+#include "sdk/store/Sha256.h"
+#include "sdk/transfers/DownloadLink.h"
+#include "sdk/transfers/LocalTransfer.h"
 
 #include "service/VLRTransferQueue.h"
 #include "service/VLRTransferReporting.h"

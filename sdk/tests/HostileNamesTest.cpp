@@ -1,8 +1,8 @@
 #include "ServiceFixture.h"
 
-#include "store/ContentStore.h"
-#include "store/SafeName.h"
-#include "transfers/DownloadLink.h"
+#include "sdk/store/ContentStore.h"
+#include "sdk/store/SafeName.h"
+#include "sdk/transfers/DownloadLink.h"
 
 #include "service/VLRTransferQueue.h"
 #include "service/VLRTransferReporting.h"

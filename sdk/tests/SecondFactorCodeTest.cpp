@@ -1,5 +1,5 @@
-#include "accounts/Base32.h"
-#include "accounts/Totp.h"
+#include "sdk/accounts/Base32.h"
+#include "sdk/accounts/Totp.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "ServiceFixture.h"
 
-#include "accounts/Sodium.h"
-#include "base/Clock.h"
+#include "sdk/accounts/Sodium.h"
+#include "sdk/base/Clock.h"
 
 #include "service/VLRInit.h"
 #include "service/VLRUtils.h"

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "accounts/AccountStore.h"
-#include "base/Database.h"
-#include "session/EmbeddedServiceLibrary.h"
-#include "session/LocalUserSession.h"
-#include "workspaces/WorkspaceStore.h"
+#include "sdk/accounts/AccountStore.h"
+#include "sdk/base/Database.h"
+#include "sdk/local/EmbeddedServiceLibrary.h"
+#include "sdk/local/LocalUserSession.h"
+#include "sdk/workspaces/WorkspaceStore.h"
 
 #include "service/VLRInit.h"
 #include "service/VLRObject.h"

@@ -1,7 +1,7 @@
 #include "ServiceFixture.h"
 
-#include "accounts/Totp.h"
-#include "base/SqlStatement.h"
+#include "sdk/accounts/Totp.h"
+#include "sdk/base/SqlStatement.h"
 
 #include "service/VLREnvironment.h"
 #include "service/VLRLoginVerifier.h"

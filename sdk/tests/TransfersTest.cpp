@@ -1,7 +1,7 @@
 #include "ServiceFixture.h"
 
-#include "transfers/DownloadLink.h"
-#include "transfers/LocalTransfer.h"
+#include "sdk/transfers/DownloadLink.h"
+#include "sdk/transfers/LocalTransfer.h"
 
 #include "service/VLRTransferQueue.h"
 #include "service/VLRTransferReporting.h"

@@ -1,6 +1,6 @@
 #include "ServiceFixture.h"
 
-#include "versions/LocalVersionChecker.h"
+#include "sdk/versions/LocalVersionChecker.h"
 
 #include "service/VLRVersionInfo.h"
 

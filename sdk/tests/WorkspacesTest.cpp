@@ -1,7 +1,7 @@
 #include "ServiceFixture.h"
 
-#include "base/Clock.h"
-#include "transfers/UploadRun.h"
+#include "sdk/base/Clock.h"
+#include "sdk/transfers/UploadRun.h"
 
 #include "service/VLRPublication.h"
 #include "service/VLRUser.h"

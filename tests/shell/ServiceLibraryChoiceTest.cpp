@@ -1,10 +1,10 @@
-#include "accounts/AccountStore.h"
-#include "base/Database.h"
 #include "fakes/FakeClientServices.h"
 #include "fakes/FakeUserSession.h"
+#include "sdk/accounts/AccountStore.h"
+#include "sdk/base/Database.h"
+#include "sdk/local/EmbeddedServiceLibrary.h"
 #include "service/VLRLogHandler.h"
 #include "service/VLRUser.h"
-#include "session/EmbeddedServiceLibrary.h"
 #include "signin/LoginViewController.h"
 #include "signin/LoginViewControllerDelegate.h"
 

@@ -1,9 +1,9 @@
-#include "accounts/AccountStore.h"
+#include "sdk/accounts/AccountStore.h"
 
-#include "accounts/PasswordHasher.h"
-#include "base/Clock.h"
-#include "base/Database.h"
-#include "base/SqlStatement.h"
+#include "sdk/accounts/PasswordHasher.h"
+#include "sdk/base/Clock.h"
+#include "sdk/base/Database.h"
+#include "sdk/base/SqlStatement.h"
 
 #include <sqlite3.h>
 

@@ -1,3 +1,3 @@
-#include "accounts/AccountsLog.h"
+#include "sdk/accounts/AccountsLog.h"
 
 Q_LOGGING_CATEGORY(lcAccounts, "veluria.sdk.accounts", QtInfoMsg)

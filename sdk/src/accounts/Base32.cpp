@@ -1,4 +1,4 @@
-#include "accounts/Base32.h"
+#include "sdk/accounts/Base32.h"
 
 namespace {
 const char alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZ234567";

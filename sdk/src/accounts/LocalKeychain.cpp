@@ -1,6 +1,6 @@
-#include "accounts/LocalKeychain.h"
+#include "sdk/accounts/LocalKeychain.h"
 
-#include "accounts/AccountsLog.h"
+#include "sdk/accounts/AccountsLog.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>

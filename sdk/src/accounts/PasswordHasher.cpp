@@ -1,6 +1,6 @@
-#include "accounts/PasswordHasher.h"
+#include "sdk/accounts/PasswordHasher.h"
 
-#include "accounts/Sodium.h"
+#include "sdk/accounts/Sodium.h"
 
 #include <sodium.h>
 

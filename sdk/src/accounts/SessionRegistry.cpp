@@ -1,4 +1,4 @@
-#include "accounts/SessionRegistry.h"
+#include "sdk/accounts/SessionRegistry.h"
 
 #include <mutex>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "accounts/Sodium.h"
+#include "sdk/accounts/Sodium.h"
 
 #include <sodium.h>
 

@@ -1,7 +1,7 @@
-#include "accounts/Totp.h"
+#include "sdk/accounts/Totp.h"
 
-#include "accounts/Base32.h"
-#include "accounts/Sodium.h"
+#include "sdk/accounts/Base32.h"
+#include "sdk/accounts/Sodium.h"
 
 #include <QMessageAuthenticationCode>
 #include <QUrl>

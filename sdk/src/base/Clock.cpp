@@ -1,4 +1,4 @@
-#include "base/Clock.h"
+#include "sdk/base/Clock.h"
 
 #include <QUuid>
 

@@ -1,6 +1,6 @@
-#include "base/CrashReporter.h"
+#include "sdk/base/CrashReporter.h"
 
-#include "base/PrivateFiles.h"
+#include "sdk/base/PrivateFiles.h"
 
 #include <QFile>
 

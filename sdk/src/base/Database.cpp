@@ -1,10 +1,10 @@
-#include "base/Database.h"
+#include "sdk/base/Database.h"
 
-#include "base/DatabaseLocation.h"
-#include "base/DatabaseSchema.h"
-#include "base/PrivateFiles.h"
-#include "base/SqlStatement.h"
-#include "base/StoreLog.h"
+#include "sdk/base/DatabaseLocation.h"
+#include "sdk/base/DatabaseSchema.h"
+#include "sdk/base/PrivateFiles.h"
+#include "sdk/base/SqlStatement.h"
+#include "sdk/base/StoreLog.h"
 
 #include <QFile>
 

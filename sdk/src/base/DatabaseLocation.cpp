@@ -1,6 +1,6 @@
-#include "base/DatabaseLocation.h"
+#include "sdk/base/DatabaseLocation.h"
 
-#include "base/PrivateFiles.h"
+#include "sdk/base/PrivateFiles.h"
 
 #include <QDir>
 

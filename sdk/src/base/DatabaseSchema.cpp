@@ -1,6 +1,6 @@
-#include "base/DatabaseSchema.h"
+#include "sdk/base/DatabaseSchema.h"
 
-#include "base/Database.h"
+#include "sdk/base/Database.h"
 
 bool DatabaseSchema::create(Database& database)
 {

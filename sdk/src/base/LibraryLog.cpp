@@ -1,3 +1,3 @@
-#include "base/LibraryLog.h"
+#include "sdk/base/LibraryLog.h"
 
 Q_LOGGING_CATEGORY(lcLibrary, "veluria.sdk.library", QtInfoMsg)

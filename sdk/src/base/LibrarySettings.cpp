@@ -1,4 +1,4 @@
-#include "base/LibrarySettings.h"
+#include "sdk/base/LibrarySettings.h"
 
 #include <QSettings>
 

@@ -1,6 +1,6 @@
-#include "base/LocalEnvironment.h"
+#include "sdk/base/LocalEnvironment.h"
 
-#include "base/LibraryLog.h"
+#include "sdk/base/LibraryLog.h"
 
 #include <mutex>
 

@@ -1,4 +1,4 @@
-#include "base/MainThread.h"
+#include "sdk/base/MainThread.h"
 
 #include <QCoreApplication>
 #include <QMetaObject>

@@ -1,4 +1,4 @@
-#include "base/PrivateFiles.h"
+#include "sdk/base/PrivateFiles.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "base/ServiceError.h"
+#include "sdk/base/ServiceError.h"
 
 namespace {
 

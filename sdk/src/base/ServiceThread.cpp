@@ -1,6 +1,6 @@
-#include "base/ServiceThread.h"
+#include "sdk/base/ServiceThread.h"
 
-#include "base/Database.h"
+#include "sdk/base/Database.h"
 
 ServiceThread::ServiceThread()
     : m_thread([this] { run(); })

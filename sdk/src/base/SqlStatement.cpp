@@ -1,4 +1,4 @@
-#include "base/SqlStatement.h"
+#include "sdk/base/SqlStatement.h"
 
 #include <sqlite3.h>
 

@@ -1,3 +1,3 @@
-#include "base/StoreLog.h"
+#include "sdk/base/StoreLog.h"
 
 Q_LOGGING_CATEGORY(lcStore, "veluria.sdk.store", QtInfoMsg)

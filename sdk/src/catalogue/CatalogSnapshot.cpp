@@ -1,6 +1,6 @@
-#include "catalogue/CatalogSnapshot.h"
+#include "sdk/catalogue/CatalogSnapshot.h"
 
-#include "base/Database.h"
+#include "sdk/base/Database.h"
 
 std::optional<CatalogSnapshot> CatalogSnapshot::read(Database& database, const QString& userId, qint64 afterSeq,
                                                      QString* failure)

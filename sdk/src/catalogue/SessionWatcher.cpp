@@ -1,8 +1,8 @@
-#include "catalogue/SessionWatcher.h"
+#include "sdk/catalogue/SessionWatcher.h"
 
-#include "accounts/AccountStore.h"
-#include "base/Database.h"
-#include "workspaces/WorkspaceStore.h"
+#include "sdk/accounts/AccountStore.h"
+#include "sdk/base/Database.h"
+#include "sdk/workspaces/WorkspaceStore.h"
 
 namespace {
 // Failed looks in a row after which the service counts as lost.

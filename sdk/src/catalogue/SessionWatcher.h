@@ -1,6 +1,6 @@
 #pragma once
 
-#include "catalogue/CatalogSnapshot.h"
+#include "sdk/catalogue/CatalogSnapshot.h"
 
 #include <QString>
 

@@ -1,8 +1,8 @@
-#include "store/ContentStore.h"
+#include "sdk/store/ContentStore.h"
 
-#include "base/DatabaseLocation.h"
-#include "base/PrivateFiles.h"
-#include "store/Sha256.h"
+#include "sdk/base/DatabaseLocation.h"
+#include "sdk/base/PrivateFiles.h"
+#include "sdk/store/Sha256.h"
 
 #include <QFile>
 #include <QFileInfo>

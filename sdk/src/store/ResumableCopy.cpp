@@ -1,7 +1,7 @@
-#include "store/ResumableCopy.h"
+#include "sdk/store/ResumableCopy.h"
 
-#include "base/PrivateFiles.h"
-#include "store/Sha256.h"
+#include "sdk/base/PrivateFiles.h"
+#include "sdk/store/Sha256.h"
 
 #include <QFile>
 #include <QFileInfo>

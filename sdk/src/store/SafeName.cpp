@@ -1,4 +1,4 @@
-#include "store/SafeName.h"
+#include "sdk/store/SafeName.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "store/Sha256.h"
+#include "sdk/store/Sha256.h"
 
 #include <openssl/evp.h>
 

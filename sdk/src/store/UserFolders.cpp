@@ -1,6 +1,6 @@
-#include "store/UserFolders.h"
+#include "sdk/store/UserFolders.h"
 
-#include "store/SafeName.h"
+#include "sdk/store/SafeName.h"
 
 #include <QDir>
 

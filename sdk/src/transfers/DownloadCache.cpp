@@ -1,10 +1,10 @@
-#include "transfers/DownloadCache.h"
+#include "sdk/transfers/DownloadCache.h"
 
-#include "base/Clock.h"
-#include "base/Database.h"
-#include "base/DatabaseLocation.h"
-#include "base/PrivateFiles.h"
-#include "base/SqlStatement.h"
+#include "sdk/base/Clock.h"
+#include "sdk/base/Database.h"
+#include "sdk/base/DatabaseLocation.h"
+#include "sdk/base/PrivateFiles.h"
+#include "sdk/base/SqlStatement.h"
 
 #include <QDir>
 #include <QDirIterator>

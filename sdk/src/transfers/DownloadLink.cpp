@@ -1,4 +1,4 @@
-#include "transfers/DownloadLink.h"
+#include "sdk/transfers/DownloadLink.h"
 
 #include <QUrl>
 #include <QUrlQuery>

@@ -1,15 +1,15 @@
-#include "transfers/DownloadRun.h"
+#include "sdk/transfers/DownloadRun.h"
 
-#include "accounts/AccountStore.h"
-#include "base/Database.h"
-#include "base/PrivateFiles.h"
-#include "base/ServiceError.h"
-#include "base/SqlStatement.h"
-#include "store/ContentStore.h"
-#include "store/ResumableCopy.h"
-#include "store/SafeName.h"
-#include "transfers/DownloadCache.h"
-#include "workspaces/WorkspaceStore.h"
+#include "sdk/accounts/AccountStore.h"
+#include "sdk/base/Database.h"
+#include "sdk/base/PrivateFiles.h"
+#include "sdk/base/ServiceError.h"
+#include "sdk/base/SqlStatement.h"
+#include "sdk/store/ContentStore.h"
+#include "sdk/store/ResumableCopy.h"
+#include "sdk/store/SafeName.h"
+#include "sdk/transfers/DownloadCache.h"
+#include "sdk/workspaces/WorkspaceStore.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
-#include "transfers/LocalTransfer.h"
+#include "sdk/transfers/LocalTransfer.h"
 
-#include "transfers/LocalTransferQueue.h"
+#include "sdk/transfers/LocalTransferQueue.h"
 
 #include <QFileInfo>
 

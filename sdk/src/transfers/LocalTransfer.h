@@ -1,6 +1,6 @@
 #pragma once
 
-#include "transfers/TransferJob.h"
+#include "sdk/transfers/TransferJob.h"
 
 #include "service/VLRTransferReporting.h"
 

@@ -1,11 +1,11 @@
-#include "transfers/LocalTransferQueue.h"
+#include "sdk/transfers/LocalTransferQueue.h"
 
-#include "base/Clock.h"
-#include "base/MainThread.h"
-#include "base/ServiceError.h"
-#include "transfers/Reaper.h"
-#include "transfers/TransferQueueHost.h"
-#include "transfers/TransfersLog.h"
+#include "sdk/base/Clock.h"
+#include "sdk/base/MainThread.h"
+#include "sdk/base/ServiceError.h"
+#include "sdk/transfers/Reaper.h"
+#include "sdk/transfers/TransferQueueHost.h"
+#include "sdk/transfers/TransfersLog.h"
 
 #include <QFileInfo>
 

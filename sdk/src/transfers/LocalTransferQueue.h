@@ -1,8 +1,8 @@
 #pragma once
 
-#include "transfers/LocalTransfer.h"
-#include "transfers/TransferResult.h"
-#include "transfers/TransferWorker.h"
+#include "sdk/transfers/LocalTransfer.h"
+#include "sdk/transfers/TransferResult.h"
+#include "sdk/transfers/TransferWorker.h"
 
 #include "service/VLRTransferQueue.h"
 

@@ -1,4 +1,4 @@
-#include "transfers/Reaper.h"
+#include "sdk/transfers/Reaper.h"
 
 #include <condition_variable>
 #include <mutex>

@@ -1,4 +1,4 @@
-#include "transfers/ThroughputMeter.h"
+#include "sdk/transfers/ThroughputMeter.h"
 
 namespace {
 constexpr auto window = std::chrono::seconds(2);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "transfers/LocalTransfer.h"
+#include "sdk/transfers/LocalTransfer.h"
 
 // What a queue needs of its session: the completed list, the pause-all
 // state and the database.

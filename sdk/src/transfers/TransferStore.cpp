@@ -1,7 +1,7 @@
-#include "transfers/TransferStore.h"
+#include "sdk/transfers/TransferStore.h"
 
-#include "base/Database.h"
-#include "base/SqlStatement.h"
+#include "sdk/base/Database.h"
+#include "sdk/base/SqlStatement.h"
 
 TransferStore::TransferStore(Database& database)
     : m_database(database)

@@ -1,10 +1,10 @@
-#include "transfers/TransferWorker.h"
+#include "sdk/transfers/TransferWorker.h"
 
-#include "base/Database.h"
-#include "base/ServiceError.h"
-#include "transfers/DownloadRun.h"
-#include "transfers/ThroughputMeter.h"
-#include "transfers/UploadRun.h"
+#include "sdk/base/Database.h"
+#include "sdk/base/ServiceError.h"
+#include "sdk/transfers/DownloadRun.h"
+#include "sdk/transfers/ThroughputMeter.h"
+#include "sdk/transfers/UploadRun.h"
 
 TransferWorker::TransferWorker(const QString& databaseFolder)
     : m_databaseFolder(databaseFolder)

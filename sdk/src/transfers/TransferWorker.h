@@ -1,7 +1,7 @@
 #pragma once
 
-#include "transfers/TransferJob.h"
-#include "transfers/TransferResult.h"
+#include "sdk/transfers/TransferJob.h"
+#include "sdk/transfers/TransferResult.h"
 
 #include <QString>
 

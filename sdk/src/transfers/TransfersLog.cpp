@@ -1,3 +1,3 @@
-#include "transfers/TransfersLog.h"
+#include "sdk/transfers/TransfersLog.h"
 
 Q_LOGGING_CATEGORY(lcTransfers, "veluria.sdk.transfers", QtInfoMsg)

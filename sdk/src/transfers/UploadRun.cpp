@@ -1,12 +1,12 @@
-#include "transfers/UploadRun.h"
+#include "sdk/transfers/UploadRun.h"
 
-#include "accounts/AccountStore.h"
-#include "base/Database.h"
-#include "base/ServiceError.h"
-#include "store/ContentStore.h"
-#include "store/ResumableCopy.h"
-#include "store/SafeName.h"
-#include "workspaces/WorkspaceStore.h"
+#include "sdk/accounts/AccountStore.h"
+#include "sdk/base/Database.h"
+#include "sdk/base/ServiceError.h"
+#include "sdk/store/ContentStore.h"
+#include "sdk/store/ResumableCopy.h"
+#include "sdk/store/SafeName.h"
+#include "sdk/workspaces/WorkspaceStore.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -1,4 +1,4 @@
-#include "versions/LocalSoftwareUpdater.h"
+#include "sdk/versions/LocalSoftwareUpdater.h"
 
 bool LocalSoftwareUpdater::canLogout(vlr::OptionalError* error)
 {

@@ -1,10 +1,10 @@
-#include "versions/LocalVersionChecker.h"
+#include "sdk/versions/LocalVersionChecker.h"
 
-#include "base/LibrarySettings.h"
-#include "base/MainThread.h"
-#include "base/ServiceError.h"
+#include "sdk/base/LibrarySettings.h"
+#include "sdk/base/MainThread.h"
+#include "sdk/base/ServiceError.h"
 
-#include "base/LocalEnvironment.h"
+#include "sdk/base/LocalEnvironment.h"
 
 #include <QNetworkReply>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "versions/VersionManifest.h"
+#include "sdk/versions/VersionManifest.h"
 
 #include "service/VLRVersionChecker.h"
 

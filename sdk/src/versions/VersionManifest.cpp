@@ -1,7 +1,7 @@
-#include "versions/VersionManifest.h"
+#include "sdk/versions/VersionManifest.h"
 
-#include "base/ServiceError.h"
-#include "versions/LocalVersionInfo.h"
+#include "sdk/base/ServiceError.h"
+#include "sdk/versions/LocalVersionInfo.h"
 
 #include "service/VLRVersionInfo.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workspaces/WorkspaceStore.h"
+#include "sdk/workspaces/WorkspaceStore.h"
 
 #include "service/VLRObject.h"
 

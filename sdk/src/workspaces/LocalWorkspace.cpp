@@ -1,9 +1,9 @@
-#include "workspaces/LocalWorkspace.h"
+#include "sdk/workspaces/LocalWorkspace.h"
 
-#include "base/Clock.h"
-#include "base/PrivateFiles.h"
-#include "store/UserFolders.h"
-#include "workspaces/LocalWorkspaceUser.h"
+#include "sdk/base/Clock.h"
+#include "sdk/base/PrivateFiles.h"
+#include "sdk/store/UserFolders.h"
+#include "sdk/workspaces/LocalWorkspaceUser.h"
 
 #include "service/VLRWorkspaceUser.h"
 

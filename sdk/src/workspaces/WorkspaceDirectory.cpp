@@ -1,4 +1,4 @@
-#include "workspaces/WorkspaceDirectory.h"
+#include "sdk/workspaces/WorkspaceDirectory.h"
 
 bool WorkspaceDirectory::apply(const QList<WorkspaceStore::Workspace>& snapshot)
 {

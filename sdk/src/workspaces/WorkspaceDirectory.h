@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workspaces/LocalWorkspace.h"
+#include "sdk/workspaces/LocalWorkspace.h"
 
 #include "service/VLRTypes.h"
 

@@ -1,8 +1,8 @@
-#include "workspaces/WorkspaceStore.h"
+#include "sdk/workspaces/WorkspaceStore.h"
 
-#include "base/Clock.h"
-#include "base/Database.h"
-#include "base/SqlStatement.h"
+#include "sdk/base/Clock.h"
+#include "sdk/base/Database.h"
+#include "sdk/base/SqlStatement.h"
 
 WorkspaceStore::WorkspaceStore(Database& database)
     : m_database(database)

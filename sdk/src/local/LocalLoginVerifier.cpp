@@ -1,11 +1,11 @@
-#include "session/LocalLoginVerifier.h"
+#include "sdk/local/LocalLoginVerifier.h"
 
-#include "accounts/Totp.h"
-#include "base/Database.h"
-#include "base/MainThread.h"
-#include "base/ServiceError.h"
-#include "base/ServiceThread.h"
-#include "session/LocalSignIn.h"
+#include "sdk/accounts/Totp.h"
+#include "sdk/base/Database.h"
+#include "sdk/base/MainThread.h"
+#include "sdk/base/ServiceError.h"
+#include "sdk/base/ServiceThread.h"
+#include "sdk/local/LocalSignIn.h"
 
 #include <QDateTime>
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "accounts/AccountStore.h"
-#include "catalogue/CatalogSnapshot.h"
-#include "transfers/LocalTransferQueue.h"
-#include "transfers/TransferQueueHost.h"
-#include "workspaces/WorkspaceDirectory.h"
+#include "sdk/accounts/AccountStore.h"
+#include "sdk/catalogue/CatalogSnapshot.h"
+#include "sdk/transfers/LocalTransferQueue.h"
+#include "sdk/transfers/TransferQueueHost.h"
+#include "sdk/workspaces/WorkspaceDirectory.h"
 
 #include "service/VLRUserSession.h"
 

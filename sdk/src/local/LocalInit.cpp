@@ -1,11 +1,11 @@
-#include "session/LocalInit.h"
+#include "sdk/local/LocalInit.h"
 
 #include "service/VLRLogHandler.h"
 
-#include "accounts/SessionRegistry.h"
-#include "base/CrashReporter.h"
-#include "base/LibraryLog.h"
-#include "transfers/Reaper.h"
+#include "sdk/accounts/SessionRegistry.h"
+#include "sdk/base/CrashReporter.h"
+#include "sdk/base/LibraryLog.h"
+#include "sdk/transfers/Reaper.h"
 
 #include <QFileInfo>
 

@@ -1,4 +1,4 @@
-#include "session/LocalRESTProvider.h"
+#include "sdk/local/LocalRESTProvider.h"
 
 #include "service/VLRUserSession.h"
 

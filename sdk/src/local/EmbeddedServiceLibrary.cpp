@@ -1,8 +1,8 @@
-#include "session/EmbeddedServiceLibrary.h"
+#include "sdk/local/EmbeddedServiceLibrary.h"
 
-#include "base/LibrarySettings.h"
-#include "session/LocalSignIn.h"
-#include "versions/LocalVersionChecker.h"
+#include "sdk/base/LibrarySettings.h"
+#include "sdk/local/LocalSignIn.h"
+#include "sdk/versions/LocalVersionChecker.h"
 
 std::shared_ptr<VLRVersionChecker> EmbeddedServiceLibrary::createVersionChecker()
 {

@@ -1,7 +1,7 @@
-#include "session/LocalHelpPages.h"
+#include "sdk/local/LocalHelpPages.h"
 
-#include "base/DatabaseLocation.h"
-#include "base/PrivateFiles.h"
+#include "sdk/base/DatabaseLocation.h"
+#include "sdk/base/PrivateFiles.h"
 
 #include <QFile>
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "accounts/LocalKeychain.h"
-#include "base/LocalEnvironment.h"
-#include "session/LocalInit.h"
-#include "session/LocalRESTProvider.h"
-#include "session/LocalReachabilityManager.h"
-#include "session/LocalUtils.h"
-#include "versions/LocalSoftwareUpdater.h"
+#include "sdk/accounts/LocalKeychain.h"
+#include "sdk/base/LocalEnvironment.h"
+#include "sdk/local/LocalInit.h"
+#include "sdk/local/LocalRESTProvider.h"
+#include "sdk/local/LocalReachabilityManager.h"
+#include "sdk/local/LocalUtils.h"
+#include "sdk/versions/LocalSoftwareUpdater.h"
 
 #include "service/VLRServiceLibrary.h"
 

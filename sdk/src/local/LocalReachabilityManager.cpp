@@ -1,4 +1,4 @@
-#include "session/LocalReachabilityManager.h"
+#include "sdk/local/LocalReachabilityManager.h"
 
 #include <QNetworkInformation>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "accounts/AccountStore.h"
+#include "sdk/accounts/AccountStore.h"
 
 #include "service/VLRUserSession.h"
 

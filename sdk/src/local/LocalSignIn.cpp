@@ -1,18 +1,18 @@
-#include "session/LocalSignIn.h"
+#include "sdk/local/LocalSignIn.h"
 
-#include "accounts/AccountsLog.h"
-#include "accounts/PasswordHasher.h"
-#include "accounts/SessionRegistry.h"
-#include "base/Database.h"
-#include "base/DatabaseLocation.h"
-#include "base/MainThread.h"
-#include "base/ServiceError.h"
-#include "base/ServiceThread.h"
-#include "session/LocalLoginVerifier.h"
-#include "session/LocalUserSession.h"
-#include "workspaces/WorkspaceStore.h"
+#include "sdk/accounts/AccountsLog.h"
+#include "sdk/accounts/PasswordHasher.h"
+#include "sdk/accounts/SessionRegistry.h"
+#include "sdk/base/Database.h"
+#include "sdk/base/DatabaseLocation.h"
+#include "sdk/base/MainThread.h"
+#include "sdk/base/ServiceError.h"
+#include "sdk/base/ServiceThread.h"
+#include "sdk/local/LocalLoginVerifier.h"
+#include "sdk/local/LocalUserSession.h"
+#include "sdk/workspaces/WorkspaceStore.h"
 
-#include "base/LocalEnvironment.h"
+#include "sdk/base/LocalEnvironment.h"
 
 #include <mutex>
 

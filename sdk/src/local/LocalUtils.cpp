@@ -1,10 +1,10 @@
-#include "session/LocalUtils.h"
+#include "sdk/local/LocalUtils.h"
 
-#include "base/LocalEnvironment.h"
+#include "sdk/base/LocalEnvironment.h"
 
-#include "base/DatabaseLocation.h"
-#include "base/MainThread.h"
-#include "session/LocalHelpPages.h"
+#include "sdk/base/DatabaseLocation.h"
+#include "sdk/base/MainThread.h"
+#include "sdk/local/LocalHelpPages.h"
 
 void LocalUtils::setDatabaseLocation(const QUrl& location)
 {
