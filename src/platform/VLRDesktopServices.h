@@ -3,8 +3,6 @@
 #include <QString>
 #include <QUrl>
 
-#include <memory>
-
 // What the program asks of the desktop: a web page in the user's browser, a
 // file in its default application.
 class VLRDesktopServices

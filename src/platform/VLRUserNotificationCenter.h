@@ -2,8 +2,6 @@
 
 #include "platform/VLRUserNotification.h"
 
-#include <memory>
-
 class VLRUserNotificationCenterDelegate;
 
 // Shows notifications to the user at their delivery date and reports their

@@ -52,22 +52,33 @@ protected:
     QPointer<QWidget> m_view;
 };
 
-class RecordingTabBar : public TabBar, public RecordingPage
+// A stand-in for a page interface with a delegate: it keeps the delegate it
+// is given and shows an empty view.
+template <typename Page, typename Delegate> class RecordingPageOf : public Page, public RecordingPage
+{
+public:
+    RecordingPageOf(PageJournal* journal, const QString& name)
+        : RecordingPage(journal, name)
+    { }
+
+    Delegate* delegate = nullptr;
+
+    QWidget* view() override { return pageView(); }
+    void setDelegate(Delegate* d) override { delegate = d; }
+};
+
+class RecordingTabBar : public RecordingPageOf<TabBar, TabSelectorViewControllerDelegate>
 {
 public:
     explicit RecordingTabBar(PageJournal* journal)
-        : RecordingPage(journal, QStringLiteral("tabs"))
+        : RecordingPageOf(journal, QStringLiteral("tabs"))
     { }
-
-    TabSelectorViewControllerDelegate* delegate = nullptr;
     int selected = 0;
     // The last badge each tab was given: value and warning flag.
     QMap<int, QPair<qint64, bool>> badges;
     bool activeUploads = false;
     bool activeDownloads = false;
 
-    QWidget* view() override { return pageView(); }
-    void setDelegate(TabSelectorViewControllerDelegate* d) override { delegate = d; }
     int selectedTab() const override { return selected; }
     // Asks the delegate like the real bar: it may refuse.
     void selectTab(int tab) override;
@@ -111,18 +122,14 @@ public:
     QWidget* window() override { return pageView(); }
 };
 
-class RecordingTransfersPage : public TransfersPage, public RecordingPage
+class RecordingTransfersPage : public RecordingPageOf<TransfersPage, TransfersViewControllerDelegate>
 {
 public:
     explicit RecordingTransfersPage(PageJournal* journal)
-        : RecordingPage(journal, QStringLiteral("transfers"))
+        : RecordingPageOf(journal, QStringLiteral("transfers"))
     { }
-
-    TransfersViewControllerDelegate* delegate = nullptr;
     VLRTransferList uploads, downloads, completed;
 
-    QWidget* view() override { return pageView(); }
-    void setDelegate(TransfersViewControllerDelegate* d) override { delegate = d; }
     void setUploads(const VLRTransferList& list) override
     {
         uploads = list;
@@ -147,33 +154,25 @@ public:
     void showTab(int list, const QString& andSelectTransfer) override { note(__func__, list, andSelectTransfer); }
 };
 
-class RecordingWorkspacesPage : public WorkspacesPage, public RecordingPage
+class RecordingWorkspacesPage : public RecordingPageOf<WorkspacesPage, WorkspacesViewControllerDelegate>
 {
 public:
     explicit RecordingWorkspacesPage(PageJournal* journal)
-        : RecordingPage(journal, QStringLiteral("workspaces"))
+        : RecordingPageOf(journal, QStringLiteral("workspaces"))
     { }
 
-    WorkspacesViewControllerDelegate* delegate = nullptr;
-
-    QWidget* view() override { return pageView(); }
-    void setDelegate(WorkspacesViewControllerDelegate* d) override { delegate = d; }
     void updateWorkspaces(const VLRWorkspaceList& workspaces) override { note(__func__, workspaces); }
     void updateState() override { note(__func__); }
 };
 
-class RecordingFileDropPage : public FileDropPage, public RecordingPage
+class RecordingFileDropPage : public RecordingPageOf<FileDropPage, FileDropViewControllerDelegate>
 {
 public:
     explicit RecordingFileDropPage(PageJournal* journal)
-        : RecordingPage(journal, QStringLiteral("fileDrop"))
+        : RecordingPageOf(journal, QStringLiteral("fileDrop"))
     { }
-
-    FileDropViewControllerDelegate* delegate = nullptr;
     QStringList files;
 
-    QWidget* view() override { return pageView(); }
-    void setDelegate(FileDropViewControllerDelegate* d) override { delegate = d; }
     void updateWorkspaces(const VLRWorkspaceList& workspaces) override { note(__func__, workspaces); }
     void updateState() override { note(__func__); }
     void updateFiles(const QStringList& list) override
@@ -186,17 +185,13 @@ public:
     void refreshButtonState() override { note(__func__); }
 };
 
-class RecordingMarketplacePage : public MarketplacePage, public RecordingPage
+class RecordingMarketplacePage : public RecordingPageOf<MarketplacePage, MarketplaceViewControllerDelegate>
 {
 public:
     explicit RecordingMarketplacePage(PageJournal* journal)
-        : RecordingPage(journal, QStringLiteral("marketplace"))
+        : RecordingPageOf(journal, QStringLiteral("marketplace"))
     { }
 
-    MarketplaceViewControllerDelegate* delegate = nullptr;
-
-    QWidget* view() override { return pageView(); }
-    void setDelegate(MarketplaceViewControllerDelegate* d) override { delegate = d; }
     void updateInstallers(const VLRInstallerList& list) override { note(__func__, list); }
     void updateInstallerUpdates(const VLRInstallerList& list) override { note(__func__, list); }
     void updateNewInstallers(const VLRInstallerList& list) override { note(__func__, list); }
@@ -208,18 +203,14 @@ public:
     void downloadAndInstallInstallerWithID(const QString& identifier) override { note(__func__, identifier); }
 };
 
-class RecordingPreferencesPage : public PreferencesPage, public RecordingPage
+class RecordingPreferencesPage : public RecordingPageOf<PreferencesPage, PreferencesViewControllerDelegate>
 {
 public:
     explicit RecordingPreferencesPage(PageJournal* journal)
-        : RecordingPage(journal, QStringLiteral("preferences"))
+        : RecordingPageOf(journal, QStringLiteral("preferences"))
     { }
-
-    PreferencesViewControllerDelegate* delegate = nullptr;
     VLRUserPtr user;
 
-    QWidget* view() override { return pageView(); }
-    void setDelegate(PreferencesViewControllerDelegate* d) override { delegate = d; }
     void updateWithUser(const VLRUserPtr& u) override
     {
         user = u;
@@ -229,33 +220,25 @@ public:
     void updateDownloadCacheSize(qint64 bytes) override { note(__func__, bytes); }
 };
 
-class RecordingLoginPage : public LoginPage, public RecordingPage
+class RecordingLoginPage : public RecordingPageOf<LoginPage, LoginViewControllerDelegate>
 {
 public:
     explicit RecordingLoginPage(PageJournal* journal)
-        : RecordingPage(journal, QStringLiteral("login"))
+        : RecordingPageOf(journal, QStringLiteral("login"))
     { }
 
-    LoginViewControllerDelegate* delegate = nullptr;
-
-    QWidget* view() override { return pageView(); }
-    void setDelegate(LoginViewControllerDelegate* d) override { delegate = d; }
     void clearPassword() override { note(__func__); }
     void defaultSignIn() override { note(__func__); }
 };
 
-class RecordingLoginMfaPage : public LoginMfaPage, public RecordingPage
+class RecordingLoginMfaPage : public RecordingPageOf<LoginMfaPage, LoginMfaViewControllerDelegate>
 {
 public:
     explicit RecordingLoginMfaPage(PageJournal* journal)
-        : RecordingPage(journal, QStringLiteral("loginMfa"))
+        : RecordingPageOf(journal, QStringLiteral("loginMfa"))
     { }
-
-    LoginMfaViewControllerDelegate* delegate = nullptr;
     VLRLoginVerifierPtr verifier;
 
-    QWidget* view() override { return pageView(); }
-    void setDelegate(LoginMfaViewControllerDelegate* d) override { delegate = d; }
     void setLoginVerifier(const VLRLoginVerifierPtr& v) override
     {
         verifier = v;
