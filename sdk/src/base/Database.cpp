@@ -62,6 +62,8 @@ std::unique_ptr<Database> Database::open(const QString& folder, QString* failure
     // SQLite creates with the database's permissions, are private too.
     QString notice;
     const int fd = PrivateFiles::createFile(path, true);
+    if (fd < 0 && errno != EEXIST)
+        return fail(QStringLiteral("the database file %1 can't be opened: %2").arg(path, systemError(errno)));
     if (fd >= 0) {
         ::close(fd);
     } else {
