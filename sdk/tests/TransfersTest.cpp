@@ -18,6 +18,8 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 
+#include <sys/stat.h>
+
 namespace {
 
 class Transfers : public ServiceFixture
@@ -87,6 +89,8 @@ protected:
 
 TEST_F(Transfers, UploadAndDownloadRoundTripByteForByteOnTheGuiThread)
 {
+    // What the library writes is private whatever the umask allows.
+    const std::shared_ptr<void> openUmask(nullptr, [previous = ::umask(0)](void*) { ::umask(previous); });
     const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
     ASSERT_NE(session, nullptr);
     ChangeRecorder recorder;
@@ -175,6 +179,14 @@ TEST_F(Transfers, UploadAndDownloadRoundTripByteForByteOnTheGuiThread)
         EXPECT_EQ(readFile(home() + QStringLiteral("/Veluria/Shared/Site/") + it.key()), it.value())
             << it.key().toStdString();
     EXPECT_FALSE(QFileInfo::exists(home() + QStringLiteral("/Veluria/Shared/.Site.veluria-part")));
+    for (const QString& root : {home() + QStringLiteral("/Veluria"), databaseFolder()}) {
+        QDirIterator written(root, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                             QDirIterator::Subdirectories);
+        while (written.hasNext()) {
+            const QFileInfo entry(written.next());
+            EXPECT_EQ(modeOf(entry.filePath()), entry.isDir() ? 0700u : 0600u) << entry.filePath().toStdString();
+        }
+    }
 
     EXPECT_TRUE(recorder.allOnGuiThread());
 }
