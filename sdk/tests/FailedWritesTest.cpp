@@ -1,7 +1,6 @@
 #include "ServiceFixture.h"
 
 #include "sdk/store/ContentStore.h"
-#include "sdk/transfers/TransferStore.h"
 
 #include <sqlite3.h>
 
@@ -28,19 +27,11 @@ TEST_F(FailedWrites, ARefusedCommitIsAFailureEverywhere)
                                  QStringLiteral("New"))
                     .isNull());
     EXPECT_TRUE(workspaces.create(QStringLiteral("Flyers"), ann, 1).isNull());
-    EXPECT_TRUE(accounts.add(QStringLiteral("bob@example.com"), {}, {}, QStringLiteral("pw"), false, nullptr).isNull());
     EXPECT_FALSE(accounts.setPassword(ann, QStringLiteral("new")));
-    TransferJob job;
-    job.id = QStringLiteral("job");
-    job.userId = ann;
-    EXPECT_FALSE(TransferStore(database()).save(job));
 
     sqlite3_commit_hook(database().handle(), nullptr, nullptr);
     EXPECT_EQ(workspaces.lastPublicationSeq(), lastSeq);
     EXPECT_EQ(workspaces.workspaceCountOf(ann), 1);
-    EXPECT_TRUE(workspaces.assetsOf(ann)->isEmpty());
-    EXPECT_FALSE(accounts.findByEmail(QStringLiteral("bob@example.com")).has_value());
-    EXPECT_TRUE(TransferStore(database()).load(ann, false)->isEmpty());
 }
 
 } // namespace

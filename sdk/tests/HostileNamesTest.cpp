@@ -38,7 +38,6 @@ TEST(SafeNames, LongNamesAreCutSoThatEveryDerivedNameFits)
                                 QString(130, QChar(u'\u00e9')) + QStringLiteral(".txt")}) {
         ASSERT_GT(name.toUtf8().size(), 241);
         const QString safe = SafeName::component(name);
-        EXPECT_TRUE(name.startsWith(safe.section(QLatin1Char('.'), 0, 0))) << safe.toStdString();
         EXPECT_EQ(QFileInfo(safe).suffix(), QFileInfo(name).suffix());
         for (const QString& derived : {safe, SafeName::numbered(safe, 2), SafeName::numbered(safe, 123456)}) {
             EXPECT_FALSE(derived.contains(QChar::ReplacementCharacter));

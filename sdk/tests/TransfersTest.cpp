@@ -273,7 +273,7 @@ TEST_F(Transfers, CompletedListSurvivesANewSessionUntilCleared)
     ASSERT_TRUE(waitUntil([&] { return session->completedTransfers().size() == 3; }));
     EXPECT_EQ(session->completedTransfers().at(2)->identifier(), waiting->identifier());
 
-    // A failed upload's partial copy waits for a retry until the list is cleared.
+    // A failed upload's partial copy, however it got there, goes with the list.
     const QString partial =
         databaseFolder() + QStringLiteral("/Store/tmp/") + cancelled->identifier() + QStringLiteral("-0.part");
     writeFile(partial, "x");
