@@ -304,6 +304,19 @@ TEST_F(Transfers, LeftoversOfKilledAndFailedTransfersDoNotStay)
     ASSERT_TRUE(waitUntil([&] { return finished(failed); }));
     ASSERT_TRUE(failed->error().has_value());
     EXPECT_TRUE(waitUntil([&] { return QDir(tmp).isEmpty(); })) << QDir(tmp).entryList().join(u' ').toStdString();
+    // A download copied whole fails at its end: the earlier download can't
+    // go to the cache, whose folder's name is taken by a file.
+    const VLRTransferReportingPtr done = upload(session, writeFile(source + QStringLiteral("/d.txt"), "d"));
+    ASSERT_TRUE(waitUntil([&] { return finished(done); }));
+    const VLRTransferReportingPtr first = download(session, linkOf(done)).transfer;
+    ASSERT_TRUE(waitUntil([&] { return finished(first); }));
+    writeFile(databaseFolder() + QStringLiteral("/DownloadCache"), "");
+    const VLRTransferReportingPtr again = download(session, linkOf(done)).transfer;
+    ASSERT_TRUE(waitUntil([&] { return finished(again); }));
+    ASSERT_TRUE(again->error().has_value());
+    EXPECT_TRUE(waitUntil([&] {
+        return QDir(home() + QStringLiteral("/Veluria/Shared")).entryList(QDir::Hidden | QDir::Files).size() == 1;
+    }));
     session->logoutWithCompletionHandler(nullptr);
     session.reset();
     library().init().shutdown();
