@@ -68,8 +68,10 @@ std::unique_ptr<Database> Database::open(const QString& folder, QString* failure
         ::close(fd);
     } else {
         PrivateFiles::restrict(path, false);
-        if (QFileInfo(path).size() == 0 && !QFileInfo::exists(path + QStringLiteral("-wal")))
+        if (QFileInfo(path).size() == 0 && !QFileInfo::exists(path + QStringLiteral("-wal"))) {
             notice = QStringLiteral("the database file %1 was empty; a new database is made in it").arg(path);
+            qCWarning(lcStore, "%s", qUtf8Printable(notice));
+        }
     }
     bool damaged = false;
     std::unique_ptr<Database> database = connect(folder, path, failure, &damaged);
@@ -80,6 +82,7 @@ std::unique_ptr<Database> Database::open(const QString& folder, QString* failure
                             .arg(path, systemError(errno)));
         notice = QStringLiteral("the database file %1 was damaged; it is kept as %2 and a new database is made")
                      .arg(path, aside);
+        qCWarning(lcStore, "%s", qUtf8Printable(notice));
         const int fresh = PrivateFiles::createFile(path, true);
         if (fresh >= 0)
             ::close(fresh);
@@ -87,8 +90,6 @@ std::unique_ptr<Database> Database::open(const QString& folder, QString* failure
     }
     if (!database)
         return nullptr;
-    if (!notice.isEmpty())
-        qCWarning(lcStore, "%s", qUtf8Printable(notice));
     database->m_notice = notice;
     return database;
 }

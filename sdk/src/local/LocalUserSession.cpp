@@ -22,6 +22,8 @@
 #include "service/VLRUser.h"
 #include "service/VLRUserSessionDelegate.h"
 
+#include <QSet>
+
 namespace {
 
 VLRUserPtr userRecord(const AccountStore::Account& account)
@@ -127,8 +129,11 @@ void LocalUserSession::loadLists()
             loaded.catalog = *catalog;
             loaded.queued = *queued;
             loaded.completed = *completed;
+            QSet<QString> resumableTargets;
+            for (const TransferJob& job : loaded.queued)
+                resumableTargets.insert(job.filePath);
             for (const TransferJob& job : loaded.completed)
-                if (job.error)
+                if (job.error && !resumableTargets.contains(job.filePath))
                     TransferLeftovers::discard(job, database.folder());
             MainThread::post([weak, loaded] {
                 if (auto self = weak.lock())

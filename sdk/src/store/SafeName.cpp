@@ -59,7 +59,7 @@ QString fitted(const QString& stem, const QString& tail, const QString& extensio
 
 qsizetype SafeName::longestName()
 {
-    return maxNameBytes - (utf8Size(hiddenPartial(QString())));
+    return maxNameBytes - utf8Size(hiddenPartial(QString()));
 }
 
 QString SafeName::hiddenPartial(const QString& name)
