@@ -22,7 +22,6 @@ namespace {
 constexpr int DividerHeight = 34;
 constexpr int SeparatorHeight = 6;
 constexpr int RowHeight = 111;
-constexpr int SelectorHeight = 32;
 
 QString identifierOf(const VLRInstallerPtr& installer)
 {
@@ -87,12 +86,14 @@ void MarketplaceViewController::loadView()
     m_view->setBorderCornerRadius(0);
 
     m_tabSelectorView = new QWidget(m_view);
-    m_tabSelectorView->setFixedHeight(SelectorHeight);
+    m_tabSelectorView->setFixedHeight(MarketplaceTabSelectorViewController::BarHeight);
     m_tabView = new QStackedWidget(m_view);
     m_purchasesTableView = new ListTableView();
     m_installersTableView = new ListTableView();
     for (ListTableView* table : {m_purchasesTableView.data(), m_installersTableView.data()}) {
+        // The page's grey under short lists too, on light and dark desktops.
         QPalette palette = table->viewport()->palette();
+        palette.setColor(QPalette::Base, VLRColors::grey(233));
         palette.setColor(QPalette::Window, VLRColors::grey(233));
         table->viewport()->setPalette(palette);
         table->viewport()->setAutoFillBackground(true);

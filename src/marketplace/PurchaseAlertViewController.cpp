@@ -30,10 +30,11 @@ QWidget* PurchaseAlertViewController::loadView()
     m_warningImage->setImage(VLRImageCatalogue::imageNamed(picture));
     layout.placeIcon(m_warningImage);
 
-    m_alertText = layout.textField(VLRFonts::muli(13, QFont::DemiBold), expired ? Qt::white : VLRColors::textColor());
+    // The sentence over the whole card, the button under it.
+    m_alertText = layout.textField(VLRFonts::muli(12, QFont::DemiBold), expired ? Qt::white : VLRColors::textColor());
     m_alertText->setStringValue(expired ? vlr::localized("Your credit card has expired.")
                                         : vlr::localized("Your credit card is about to expire."));
-    layout.stackTexts({m_alertText}, 47);
+    layout.stackTexts({m_alertText}, 30, true);
 
     const QString button =
         expired ? QStringLiteral("marketplace_button_cc_expired") : QStringLiteral("marketplace_button_cc_warning");
@@ -42,7 +43,7 @@ QWidget* PurchaseAlertViewController::loadView()
     m_alertButton->setDefaultImage(VLRImageCatalogue::imageNamed(button + QStringLiteral("_inactive")));
     m_alertButton->setMouseOverImage(active);
     m_alertButton->setClickedImage(active);
-    layout.placeAction(m_alertButton, VLRImageCatalogue::naturalSize(button + QStringLiteral("_inactive")), 0);
+    layout.placeAction(m_alertButton, VLRImageCatalogue::naturalSize(button + QStringLiteral("_inactive")), 16);
     connect(m_alertButton, &QAbstractButton::clicked, this, &PurchaseAlertViewController::onAlertButton);
     return root;
 }

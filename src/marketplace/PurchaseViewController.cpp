@@ -20,6 +20,19 @@ char productNameContext;
 char productImageContext;
 char renewsAtContext;
 
+// The locale's long date without the weekday: "January 1, 2027",
+// "1. Januar 2027".
+QString longDateFormat(const QLocale& locale)
+{
+    QString format = locale.dateFormat(QLocale::LongFormat);
+    format.remove(QStringLiteral("dddd"));
+    while (!format.isEmpty() && (format.front() == u',' || format.front().isSpace()))
+        format.remove(0, 1);
+    while (!format.isEmpty() && (format.back() == u',' || format.back().isSpace()))
+        format.chop(1);
+    return format;
+}
+
 } // namespace
 
 PurchaseViewController::PurchaseViewController(const VLRPurchasePtr& purchase, VLRDesktopServices* desktop,
@@ -27,6 +40,7 @@ PurchaseViewController::PurchaseViewController(const VLRPurchasePtr& purchase, V
     : m_purchase(purchase)
     , m_desktop(desktop)
     , m_clock(std::move(clock))
+    , m_dateFormat(longDateFormat(m_dateLocale))
 {
     if (!m_purchase)
         return;
@@ -107,7 +121,7 @@ void PurchaseViewController::updateFields()
         return;
     }
     const QString prefix = m_purchase->canceled() ? vlr::localized("Expires: ") : vlr::localized("Renews: ");
-    m_renewsAtField->setStringValue(prefix + QLocale().toString(m_purchase->renewsAt().date(), QLocale::LongFormat));
+    m_renewsAtField->setStringValue(prefix + m_dateLocale.toString(m_purchase->renewsAt().date(), m_dateFormat));
 }
 
 void PurchaseViewController::manage()

@@ -9,6 +9,7 @@
 #include "widgets/VLRView.h"
 
 #include <QDateTime>
+#include <QLocale>
 #include <QPointer>
 
 #include <functional>
@@ -60,6 +61,9 @@ private:
     VLRVendorPtr m_observedVendor;
     VLRDesktopServices* m_desktop;
     std::function<QDateTime()> m_clock;
+    // The long date style of the locale current at creation.
+    QLocale m_dateLocale;
+    QString m_dateFormat;
 
     QPointer<VLRView> m_backgroundView;
     QPointer<VLRView> m_backgroundBorderView;

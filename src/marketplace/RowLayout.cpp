@@ -57,7 +57,7 @@ VLRTextField* RowLayout::textField(const QFont& font, const QColor& colour, Qt::
     return field;
 }
 
-void RowLayout::stackTexts(const QList<VLRTextField*>& fields, qreal top)
+void RowLayout::stackTexts(const QList<VLRTextField*>& fields, qreal top, bool wide)
 {
     QWidget* above = nullptr;
     for (VLRTextField* field : fields) {
@@ -66,7 +66,8 @@ void RowLayout::stackTexts(const QList<VLRTextField*>& fields, qreal top)
         else
             pin(field, VLRLayoutAttributeTop, m_root, VLRLayoutAttributeTop, top);
         pin(field, VLRLayoutAttributeLeft, m_root, VLRLayoutAttributeLeft, TextLeft);
-        pin(field, VLRLayoutAttributeRight, m_root, VLRLayoutAttributeRight, -TextRightInset);
+        pin(field, VLRLayoutAttributeRight, m_root, VLRLayoutAttributeRight,
+            wide ? -ActionRightInset : -TextRightInset);
         pin(field, VLRLayoutAttributeHeight, nullptr, VLRLayoutAttributeNotAnAttribute, TextHeight);
         above = field;
     }

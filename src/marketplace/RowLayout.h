@@ -28,9 +28,10 @@ public:
     void placeIcon(QWidget* icon);
     // A text field on the card, in that font and colour, not yet placed.
     VLRTextField* textField(const QFont& font, const QColor& colour, Qt::Alignment alignment = Qt::AlignLeft);
-    // One under the other from that top, between the icon and the actions;
-    // the first one's top is a constraint to the root's top.
-    void stackTexts(const QList<VLRTextField*>& fields, qreal top);
+    // One under the other from that top, between the icon and the actions
+    // (or, with wide, the card's right edge); the first one's top is a
+    // constraint to the root's top.
+    void stackTexts(const QList<VLRTextField*>& fields, qreal top, bool wide = false);
     // At the right, centred in height but for the offset.
     void placeAction(QWidget* action, const QSize& size, qreal verticalOffset);
 
