@@ -14,6 +14,7 @@
 #include "widgets/VLRImageCatalogue.h"
 #include "widgets/VLRViewControllerAdditions.h"
 
+#include <QGridLayout>
 #include <QSet>
 #include <QVBoxLayout>
 
@@ -87,7 +88,16 @@ void MarketplaceViewController::loadView()
 
     m_tabSelectorView = new QWidget(m_view);
     m_tabSelectorView->setFixedHeight(MarketplaceTabSelectorViewController::BarHeight);
-    m_tabView = new QStackedWidget(m_view);
+    // The lists and, over them while the session loads, its picture share
+    // one cell.
+    auto* pages = new QWidget(m_view);
+    auto* cell = new QGridLayout(pages);
+    cell->setContentsMargins(0, 0, 0, 0);
+    m_tabView = new QStackedWidget(pages);
+    m_backgroundView = new VLRImageView(pages);
+    m_backgroundView->hide();
+    cell->addWidget(m_tabView, 0, 0);
+    cell->addWidget(m_backgroundView, 0, 0);
     m_purchasesTableView = new ListTableView();
     m_installersTableView = new ListTableView();
     for (ListTableView* table : {m_purchasesTableView.data(), m_installersTableView.data()}) {
@@ -104,14 +114,7 @@ void MarketplaceViewController::loadView()
     layout->setContentsMargins(1, 1, 1, 1);
     layout->setSpacing(0);
     layout->addWidget(m_tabSelectorView);
-    layout->addWidget(m_tabView, 1);
-
-    // Over the lists while the session loads.
-    m_backgroundView = new VLRImageView(m_tabView);
-    m_backgroundView->hide();
-    auto* cover = new QVBoxLayout(m_tabView);
-    cover->setContentsMargins(0, 0, 0, 0);
-    cover->addWidget(m_backgroundView);
+    layout->addWidget(pages, 1);
 
     setParentView(m_tabSelectorViewController.view(), m_tabSelectorView);
     m_tabSelectorViewController.setDelegate(this);
@@ -353,7 +356,7 @@ void MarketplaceViewController::downloadAndInstallInstallerWithID(const QString&
             qCDebug(lcMarketplace) << "Update from a notification not started: the list starts with a heading";
             return;
         }
-        if (!row->installer()->overallOperation() && identifierOf(row->installer()) == identifier)
+        if (identifierOf(row->installer()) == identifier)
             startDownload(row);
     }
 }
