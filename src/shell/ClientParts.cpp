@@ -1,5 +1,6 @@
 #include "shell/ClientParts.h"
 
+#include "marketplace/MarketplaceViewController.h"
 #include "preferences/PreferencesViewController.h"
 #include "session/TabSelectorViewController.h"
 #include "session/VLRPopover.h"
@@ -15,6 +16,7 @@ MainViewControllerParts makeClientParts(const ClientServices& services)
     parts.tabSelectorViewController = std::make_unique<TabSelectorViewController>();
     parts.loginViewController = std::make_unique<LoginViewController>(services);
     parts.loginMfaViewController = std::make_unique<LoginMfaViewController>();
+    parts.marketplaceViewController = std::make_unique<MarketplaceViewController>(services);
     parts.preferencesViewController = std::make_unique<PreferencesViewController>(services);
     return parts;
 }
