@@ -236,13 +236,16 @@ void FileDropViewController::loadView()
     m_workspacePopUp->setFont(VLRFonts::muli(12));
     m_workspacePopUp->setAcceptDrops(false);
     m_workspacePopUp->setAccessibleName(vlr::localized("Workspace"));
+    // The popup's own picture, its arrows kept at their size at the right.
     m_workspacePopUp->setStyleSheet(
-        QStringLiteral("QComboBox { background: white; color: %1; border: 1px solid %2; padding: 0 8px; }"
-                       "QComboBox::drop-down { border: none; width: 18px; }"
-                       "QComboBox QAbstractItemView { background: white; color: %1; "
+        QStringLiteral("QComboBox { border-image: url(%4) 1 26 1 4; border-width: 1px 26px 1px 4px; "
+                       "padding-left: 5px; color: %1; }"
+                       "QComboBox::drop-down { border: none; width: 0px; }"
+                       "QComboBox QAbstractItemView { background: white; color: %1; border: 1px solid %2; "
                        "selection-background-color: %3; selection-color: white; }")
             .arg(colourName(VLRColors::textColor()), colourName(VLRColors::grey(151)),
-                 colourName(AppFlavor::mainAppColor())));
+                 colourName(AppFlavor::mainAppColor()),
+                 VLRImageCatalogue::resourcePathForName(QStringLiteral("file_drop_workspace_popup"))));
     connect(m_workspacePopUp, &QComboBox::activated, this, &FileDropViewController::workspaceSelectionChanged);
 
     m_bottomDivider = makeDivider(m_view);

@@ -1,12 +1,12 @@
 #include "workspaces/FileInfoViewController.h"
 
+#include "app/ByteCountFormatter.h"
 #include "app/VLRColors.h"
 #include "widgets/VLRFonts.h"
 
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLocale>
 
 namespace {
 
@@ -107,7 +107,7 @@ void FileInfoViewController::setFilePath(const QString& filePath)
         if (info.isDir())
             m_sizeLabel->clear();
         else
-            m_sizeLabel->setText(QLocale::system().formattedDataSize(info.size()));
+            m_sizeLabel->setText(ByteCountFormatter::sizeFormatWithInt(info.size()));
     }
     m_selfView->show();
 }
