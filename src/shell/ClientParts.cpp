@@ -6,6 +6,7 @@
 #include "signin/LoginMfaViewController.h"
 #include "signin/LoginViewController.h"
 #include "workspaces/FileDropViewController.h"
+#include "workspaces/WorkspacesViewController.h"
 
 MainViewControllerParts makeClientParts(const ClientServices& services)
 {
@@ -16,6 +17,7 @@ MainViewControllerParts makeClientParts(const ClientServices& services)
     parts.tabSelectorViewController = std::make_unique<TabSelectorViewController>();
     parts.loginViewController = std::make_unique<LoginViewController>(services);
     parts.loginMfaViewController = std::make_unique<LoginMfaViewController>();
+    parts.workspacesViewController = std::make_unique<WorkspacesViewController>(services);
     parts.fileDropViewController = std::make_unique<FileDropViewController>(services);
     parts.preferencesViewController = std::make_unique<PreferencesViewController>(services);
     return parts;

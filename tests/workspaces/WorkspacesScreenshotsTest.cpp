@@ -3,15 +3,21 @@
 
 #include "WorkspacesFixture.h"
 
+#include "fakes/FakeWorkspaceUser.h"
+#include "lists/ListTableView.h"
 #include "support/TestFiles.h"
 #include "widgets/VLRFonts.h"
 #include "workspaces/FileDropViewController.h"
 #include "workspaces/FileInfoViewController.h"
+#include "workspaces/WorkspaceCellViewController.h"
+#include "workspaces/WorkspacesViewController.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QLabel>
+#include <QPainter>
 #include <QPalette>
+#include <QScrollBar>
 
 namespace {
 
@@ -86,6 +92,56 @@ TEST_P(WorkspacesScreenshotsTest, FileDrop)
     finish(page.fileStateAnimation());
     save(page.view(), QStringLiteral("filedrop-create-nofile"));
     EXPECT_FALSE(page.commentView()->isVisible());
+}
+
+// A portrait as members upload them: a colour and an initial.
+QImage portrait(const QColor& colour, QChar initial)
+{
+    QImage image(96, 96, QImage::Format_ARGB32);
+    image.fill(colour);
+    QPainter painter(&image);
+    painter.setPen(Qt::white);
+    painter.setFont(VLRFonts::muli(48, QFont::Bold));
+    painter.drawText(image.rect(), Qt::AlignCenter, QString(initial));
+    return image;
+}
+
+TEST_P(WorkspacesScreenshotsTest, WorkspaceList)
+{
+    const QDateTime now(QDate(2026, 11, 25), QTime(15, 0));
+    WorkspacesViewController page(services(), [now] { return now; });
+    page.setDelegate(&delegate);
+    page.view()->resize(PageSize);
+    page.updateWorkspaces({});
+    save(page.view(), QStringLiteral("list-empty"));
+    EXPECT_TRUE(page.createWorkspaceButton()->isVisible());
+
+    // Five workspaces of spread dates, each with a few of nine people, most
+    // with a portrait.
+    VLRWorkspaceList workspaces;
+    const int ages[] = {3600, 26 * 3600, 2 * 86400, 6 * 86400, 40 * 86400};
+    const char* names[] = {"Spring campaign", "Posters for the autumn fair, second round", "Zines", "Brand book",
+                           "Archive 2025"};
+    for (int w = 0, member = 0; w < 5; ++w) {
+        auto workspace = FakeWorkspace::make(QString::number(w), names[w], now.addSecs(-ages[w]));
+        VLRWorkspaceUserList users;
+        for (int i = 0; i < 2 + (w * 3) % 9; ++i, ++member) {
+            const QChar initial = QChar(u'A' + member % 9);
+            auto user = FakeWorkspaceUser::make(initial, "Lee", i == 0);
+            if (member % 4 != 3)
+                user->setAvatar(portrait(QColor::fromHsv(member * 47 % 360, 150, 200), initial));
+            users.append(user);
+        }
+        workspace->setWorkspaceUsers(users);
+        workspaces.append(workspace);
+    }
+    page.updateWorkspaces(workspaces);
+    save(page.view(), QStringLiteral("list-sections"));
+    auto* first = qobject_cast<WorkspaceCellViewController*>(page.rows().value(1));
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first->nameLabel()->stringValue(), "Spring campaign");
+    page.tableView()->verticalScrollBar()->setValue(page.tableView()->verticalScrollBar()->maximum());
+    save(page.view(), QStringLiteral("list-sections-end"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Palettes, WorkspacesScreenshotsTest, ::testing::Bool(),
