@@ -6,6 +6,8 @@
 #include "session/VLRPopover.h"
 #include "signin/LoginMfaViewController.h"
 #include "signin/LoginViewController.h"
+#include "workspaces/FileDropViewController.h"
+#include "workspaces/WorkspacesViewController.h"
 
 MainViewControllerParts makeClientParts(const ClientServices& services)
 {
@@ -17,6 +19,8 @@ MainViewControllerParts makeClientParts(const ClientServices& services)
     parts.loginViewController = std::make_unique<LoginViewController>(services);
     parts.loginMfaViewController = std::make_unique<LoginMfaViewController>();
     parts.marketplaceViewController = std::make_unique<MarketplaceViewController>(services);
+    parts.workspacesViewController = std::make_unique<WorkspacesViewController>(services);
+    parts.fileDropViewController = std::make_unique<FileDropViewController>(services);
     parts.preferencesViewController = std::make_unique<PreferencesViewController>(services);
     return parts;
 }
