@@ -5,6 +5,7 @@
 #include "session/VLRPopover.h"
 #include "signin/LoginMfaViewController.h"
 #include "signin/LoginViewController.h"
+#include "transfers/TransfersViewController.h"
 
 MainViewControllerParts makeClientParts(const ClientServices& services)
 {
@@ -15,6 +16,7 @@ MainViewControllerParts makeClientParts(const ClientServices& services)
     parts.tabSelectorViewController = std::make_unique<TabSelectorViewController>();
     parts.loginViewController = std::make_unique<LoginViewController>(services);
     parts.loginMfaViewController = std::make_unique<LoginMfaViewController>();
+    parts.transfersViewController = std::make_unique<TransfersViewController>(services);
     parts.preferencesViewController = std::make_unique<PreferencesViewController>(services);
     return parts;
 }
