@@ -24,10 +24,10 @@ void drawImage(QPainter* painter, const QRectF& frame, const QString& name)
         painter->drawPixmap(frame.topLeft(), image);
 }
 
-void drawText(QPainter* painter, const QRect& rect, const TransferRowView& view)
+void drawText(QPainter* painter, const TransferRowView& view)
 {
     QFont font = VLRFonts::muli(BodyFontSize);
-    const QRect area = rect.adjusted(TextInset, TextVerticalOffset, -TextInset, TextVerticalOffset);
+    const QRect area = view.textFrame.toRect().adjusted(TextInset, TextVerticalOffset, -TextInset, TextVerticalOffset);
     QString text = view.text;
     if (view.scalesFont) {
         // Shrink a point at a time until the whole text fits.
@@ -69,14 +69,15 @@ void TransferCellPainter::paintView(QPainter* painter, const QRect& rect, const 
     painter->setRenderHint(QPainter::SmoothPixmapTransform);
     painter->fillRect(rect, view.backgroundColor);
     painter->translate(rect.topLeft());
-    const QRect local(QPoint(0, 0), rect.size());
     if (!view.imageName.isEmpty())
         drawImage(painter, view.imageFrame, view.imageName);
     if (!view.text.isEmpty() && !view.textHidden)
-        drawText(painter, local, view);
+        drawText(painter, view);
     for (const TransferRowView::Button& button : view.buttons) {
         if (button.hidden)
             continue;
+        // A button covers what lies under it: retry hides pause in the same place.
+        painter->fillRect(button.frame, view.backgroundColor);
         const bool pointed = pointer && button.frame.contains(*pointer);
         drawImage(painter, button.frame,
                   pointed && !button.alternateImageName.isEmpty() ? button.alternateImageName : button.imageName);

@@ -165,6 +165,7 @@ TransferRowView TransferRow::trackedViewWithFrame(const QRectF& frame) const
 {
     TransferRowView view;
     view.frame = frame;
+    view.textFrame = frame;
     view.backgroundColor = VLRColors::grey(m_darkBackground ? 233 : 250);
     if (m_transfer && m_transfer->error())
         view.toolTip = m_transfer->error()->localizedDescription;
@@ -271,6 +272,10 @@ void TransferRow::showButtons(bool hover)
         }
     }
     size.textHidden = m_showCancelButton || effectiveHover;
+    const TransferRowView::Button& retry = size.buttons.last();
+    size.textFrame = size.frame;
+    if (!retry.hidden)
+        size.textFrame.setRight(retry.frame.left() - ButtonSpacing);
 }
 
 void TransferRow::mouseEntered()

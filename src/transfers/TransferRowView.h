@@ -30,6 +30,9 @@ struct TransferRowView
     QString imageName;
     QRectF imageFrame;
     QString text;
+    // Where the text is centred: the whole cell, but beside a retry button
+    // that shows with it.
+    QRectF textFrame;
     QColor textColor;
     Qt::Alignment alignment = Qt::AlignLeft;
     // Long texts shrink their font rather than lose their middle.

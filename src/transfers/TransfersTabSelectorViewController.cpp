@@ -10,6 +10,8 @@
 namespace {
 
 const char* const TagProperty = "tag";
+// A third of the popover's width inside its border.
+constexpr int ButtonWidth = 119;
 
 } // namespace
 
@@ -43,18 +45,19 @@ void TransfersTabSelectorViewController::loadView()
     m_downloadsButton = makeButton(vlr::localized("Downloads"), 2);
     m_completedButton = makeButton(vlr::localized("Completed"), 3);
     for (VLRButton* button : {m_uploadsButton.get(), m_downloadsButton.get(), m_completedButton.get()})
-        layout->addWidget(button);
+        layout->addWidget(button, 1, Qt::AlignCenter);
     setSelectedTab(1);
 }
 
 VLRButton* TransfersTabSelectorViewController::makeButton(const QString& title, int tag)
 {
-    auto* button = new VLRButton(m_view);
+    // A fixed frame from the start: the badge is placed beside the title by
+    // the button's width when it first shows.
+    auto* button = new VLRButton(QRect(0, 0, ButtonWidth, Height), m_view);
+    button->setFixedSize(ButtonWidth, Height);
     button->setProperty(TagProperty, tag);
     button->setCursor(Qt::PointingHandCursor);
     button->setAccessibleName(title);
-    button->setMinimumHeight(Height);
-    button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     VLRAttributedString attributed;
     attributed.string = title;
     attributed.font = VLRFonts::muli(12);
@@ -62,7 +65,6 @@ VLRButton* TransfersTabSelectorViewController::makeButton(const QString& title, 
     button->setAttributedTitle(attributed);
     button->setTextColor(VLRColors::grey(151));
     button->setMouseOverTextColor(VLRColors::mainAppColor());
-    button->setBadgeOffset(QPointF(-2, -9));
     connect(button, &VLRButton::clicked, this, [this, button] { tabButtonClicked(button); });
     return button;
 }

@@ -26,7 +26,7 @@ namespace {
 
 constexpr int TypeColumnWidth = 34;
 constexpr int StatusColumnWidth = 44;
-constexpr int SizeColumnWidth = 84;
+constexpr int SizeColumnWidth = 96;
 constexpr int ResendButtonBottomMargin = 48;
 
 // A time from the library as whole seconds, fraction dropped; 0 is unknown.
