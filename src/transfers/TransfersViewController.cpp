@@ -477,26 +477,31 @@ void TransfersViewController::removeFromCache(const TransferRow* row)
         m_transferRowCache.remove(identifier);
 }
 
+// The record is acted on through a copy of its reference: the library may
+// answer at once with new arrays, and the row may be gone when it returns.
 void TransfersViewController::transferRowDidCancel(TransferRow* row)
 {
-    if (row->transfer())
-        row->transfer()->cancel();
+    const VLRTransferReportingPtr transfer = row->transfer();
     // A row made for an active list answers with that table even after it
     // moved to completed, and so stays cached.
-    if (row->tableView() == m_completedTableView)
-        removeFromCache(row);
+    const bool madeForCompleted = row->tableView() == m_completedTableView;
+    if (transfer)
+        transfer->cancel();
+    const QString identifier = identifierOf(transfer);
+    if (madeForCompleted && !identifier.isEmpty())
+        m_transferRowCache.remove(identifier);
 }
 
 void TransfersViewController::transferRowDidPause(TransferRow* row)
 {
-    if (row->transfer())
-        row->transfer()->pause();
+    if (const VLRTransferReportingPtr transfer = row->transfer())
+        transfer->pause();
 }
 
 void TransfersViewController::transferRowDidResume(TransferRow* row)
 {
-    if (row->transfer())
-        row->transfer()->unpause();
+    if (const VLRTransferReportingPtr transfer = row->transfer())
+        transfer->unpause();
 }
 
 void TransfersViewController::transferRowDidRetry(TransferRow* row)

@@ -10,6 +10,8 @@
 #include <QMouseEvent>
 #include <QTemporaryDir>
 
+#include <functional>
+
 #include <gmock/gmock.h>
 
 namespace {
@@ -62,7 +64,8 @@ protected:
 
 TEST_F(TransfersViewControllerTest, KnownTransfersKeepTheirRowsAcrossUpdatesAndLists)
 {
-    const VLRTransferList uploads = transfers({"a", "b", ""});
+    // A missing record is shown as an empty row, like one without identifier.
+    const VLRTransferList uploads = transfers({"a", "b", ""}) << nullptr;
     page.setUploads(uploads);
     const QList<TransferRow*> first = rows(page.uploadsRows());
     page.setUploads(uploads);
@@ -201,4 +204,29 @@ TEST_F(TransfersViewControllerTest, RetryGoesByTypeAndDoubleClickOpensOnlyAnExis
     doubleClick(-1);
     ASSERT_EQ(fakes.desktop->openedURLs().size(), 1);
     EXPECT_EQ(QDir(fakes.desktop->openedURLs().first().toLocalFile()), QDir(files.path()));
+}
+
+TEST_F(TransfersViewControllerTest, ARowThatTheLibraryRemovesWhileCancellingIsNotTouchedAgain)
+{
+    // The library answers a cancel at once with a list without the transfer.
+    struct AnsweringTransfer : FakeTransfer
+    {
+        std::function<void()> answer;
+        void cancel() override
+        {
+            FakeTransfer::cancel();
+            answer();
+        }
+    };
+    auto transfer = std::make_shared<AnsweringTransfer>();
+    transfer->setIdentifier("c");
+    transfer->setFinished(true);
+    transfer->answer = [this] {
+        page.transfersControlPanelDidClearAll(page.completedControlPanelViewController());
+        page.setCompleted({});
+    };
+    page.setCompleted({transfer});
+    page.completedRows().first()->cancelTransfer();
+    EXPECT_EQ(transfer->log.count("cancel"), 1);
+    EXPECT_TRUE(page.completedRows().isEmpty());
 }
