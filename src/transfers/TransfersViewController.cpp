@@ -11,7 +11,6 @@
 #include "widgets/VLRImageCatalogue.h"
 
 #include <QDataStream>
-#include <QDir>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QHeaderView>
@@ -19,7 +18,6 @@
 #include <QMimeData>
 #include <QVBoxLayout>
 
-#include <cmath>
 #include <limits>
 
 namespace {
@@ -27,7 +25,7 @@ namespace {
 constexpr int TypeColumnWidth = 34;
 constexpr int StatusColumnWidth = 44;
 constexpr int SizeColumnWidth = 96;
-constexpr int ResendButtonBottomMargin = 48;
+constexpr int ResendButtonBottomMargin = 96;
 
 // A time from the library as whole seconds, fraction dropped; 0 is unknown.
 uint64_t wholeSeconds(double seconds, bool isValid)
@@ -143,7 +141,8 @@ void TransfersViewController::loadView()
     m_emailConfirmView->hide();
     grid->addWidget(m_emailConfirmView, 0, 0);
 
-    m_resendConfirmButton = new VLRButton(m_view);
+    // The resend button stands on the picture, under its text.
+    m_resendConfirmButton = new VLRButton(m_emailConfirmView);
     const QPixmap resend = VLRImageCatalogue::imageNamed(QStringLiteral("resend_confirmation"));
     m_resendConfirmButton->setDefaultImage(resend);
     m_resendConfirmButton->setFixedSize(VLRImageCatalogue::naturalSize(QStringLiteral("resend_confirmation")));
@@ -152,9 +151,10 @@ void TransfersViewController::loadView()
     m_resendConfirmButton->setAccessibleName(vlr::localized("Resend confirmation e-mail"));
     m_resendConfirmButton->hide();
     connect(m_resendConfirmButton, &VLRButton::clicked, this, &TransfersViewController::resendButtonClicked);
-    grid->addWidget(m_resendConfirmButton, 0, 0, Qt::AlignHCenter | Qt::AlignBottom);
-    grid->setRowMinimumHeight(0, 0);
-    m_resendConfirmButton->setContentsMargins(0, 0, 0, ResendButtonBottomMargin);
+    auto* overlay = new QVBoxLayout(m_emailConfirmView);
+    overlay->setContentsMargins(0, 0, 0, ResendButtonBottomMargin);
+    overlay->addStretch();
+    overlay->addWidget(m_resendConfirmButton, 0, Qt::AlignHCenter);
 
     updateList(m_uploads, {}, m_uploadsTableView, m_uploadsRows);
     updateList(m_downloads, {}, m_downloadsTableView, m_downloadsRows);
@@ -374,7 +374,6 @@ void TransfersViewController::updateState()
         m_emailConfirmView->setPixmap(VLRImageCatalogue::imageNamed(QStringLiteral("transfers_needs_confirm.pdf")));
         m_emailConfirmView->show();
         m_resendConfirmButton->show();
-        m_resendConfirmButton->raise();
         break;
     case LoadingState:
         m_emailConfirmView->setPixmap(VLRImageCatalogue::imageNamed(QStringLiteral("transfers_loading.pdf")));

@@ -4,6 +4,7 @@
 
 #include "fakes/FakeClientServices.h"
 #include "transfers/TransfersViewController.h"
+#include "transfers/TransfersViewControllerDelegate.h"
 #include "widgets/VLRFonts.h"
 
 #include <QApplication>
@@ -127,6 +128,33 @@ TEST_P(TransfersScreenshotsTest, EachListWithEveryState)
 
     page.showTab(TransfersPage::CompletedList, "c3");
     save(page, "completed");
+}
+
+TEST_P(TransfersScreenshotsTest, NeedsConfirmationAndLoading)
+{
+    struct Asking : TransfersViewControllerDelegate
+    {
+        bool needsConfirmation = true;
+        void transfersViewControllerDidClearCompleted(TransfersPage*) override { }
+        void transfersViewControllerDidPauseTransfers(TransfersPage*, bool) override { }
+        void transfersViewControllerRestartedUpload(TransfersPage*, const VLRTransferReportingPtr&) override { }
+        void transfersViewControllerRestartedDownload(TransfersPage*, const VLRTransferReportingPtr&) override { }
+        bool transfersViewControllerEmailNeedsConfirmation() override { return needsConfirmation; }
+        bool transfersViewControllerLoading() override { return true; }
+        void transfersViewControllerMovedUploads(TransfersPage*, const VLRTransferList&,
+                                                 const VLRTransferReportingPtr&) override
+        { }
+        void transfersViewControllerMovedDownloads(TransfersPage*, const VLRTransferList&,
+                                                   const VLRTransferReportingPtr&) override
+        { }
+    } delegate;
+    TransfersViewController page(m_fakes.services());
+    page.setDelegate(&delegate);
+    page.updateState();
+    save(page, "needs-confirmation");
+    delegate.needsConfirmation = false;
+    page.updateState();
+    save(page, "loading");
 }
 
 INSTANTIATE_TEST_SUITE_P(Panels, TransfersScreenshotsTest, ::testing::Bool());
