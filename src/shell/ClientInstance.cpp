@@ -38,7 +38,7 @@ QUrl localFileURL(const QString& text)
 {
     if (text.startsWith(QLatin1Char('/')))
         return QUrl::fromLocalFile(text);
-    const QUrl url(text, QUrl::StrictMode);
+    const QUrl url(text, QUrl::TolerantMode);
     return url.isLocalFile() && url.toLocalFile().startsWith(QLatin1Char('/')) ? url : QUrl();
 }
 
