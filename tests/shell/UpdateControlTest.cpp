@@ -13,7 +13,10 @@
 #include "update/ReleaseNotesView.h"
 #include "update/UpdateAlertController.h"
 #include "update/UpdateEULAController.h"
+#include "widgets/VLRFonts.h"
 
+#include <QApplication>
+#include <QDir>
 #include <QFile>
 #include <QPlainTextEdit>
 #include <QProcess>
@@ -280,4 +283,43 @@ TEST(ReleaseNotesViewTest, HostileNotesLoadNothingRunNothingAndOnlyWebLinksReach
     EXPECT_EQ(desktop.openedURLs(), QList<QUrl>{QUrl("https://veluria.example.org/notes")});
     // The view stays on the notes.
     EXPECT_TRUE(view.source().isEmpty());
+}
+
+// Renders both dialogs, light and dark, to PNG files for people to look at.
+TEST(UpdateDialogPictures, BothDialogsWithRealReleaseNotes)
+{
+    VLRFonts::loadMuli();
+    QDir().mkpath(VELURIA_SCREENSHOT_DIR);
+    const QString notes =
+        QStringLiteral("<h3>Veluria 2.1</h3><ul><li>Uploads resume where they stopped after a lost connection.</li>"
+                       "<li>Workspaces show who published last, with the time.</li>"
+                       "<li>The file drop panel takes whole folders.</li>"
+                       "<li>Fixed: a download link opened twice started two downloads.</li></ul>"
+                       "<p>Read more on <a href='https://veluria.example.org/releases/2.1'>the release page</a>.</p>");
+    const QString terms = QStringLiteral(
+        "VELURIA TERMS OF SERVICE\n\n1. By installing this version you agree that your workspaces and the files "
+        "published in them are kept by the Veluria service.\n\n2. You may cancel your account at any time; "
+        "published files stay with the workspaces they were published to.\n");
+    RecordingDesktopServices desktop;
+    const QPalette light = QApplication::palette();
+    QPalette dark(QColor(53, 53, 56), QColor(40, 40, 43));
+    dark.setColor(QPalette::WindowText, QColor(230, 230, 232));
+    dark.setColor(QPalette::Text, QColor(230, 230, 232));
+    dark.setColor(QPalette::ButtonText, QColor(230, 230, 232));
+    dark.setColor(QPalette::Base, QColor(30, 30, 32));
+    dark.setColor(QPalette::Link, QColor(242, 103, 35));
+    for (const auto& [name, palette] : {std::pair{QStringLiteral("light"), light}, {QStringLiteral("dark"), dark}}) {
+        QApplication::setPalette(palette);
+        UpdateAlertController alert("A newer version of Veluria is available.",
+                                    "Please download the latest version. (2.1)", "Install Update", "Remind Me Later",
+                                    notes, &desktop);
+        UpdateEULAController eula(terms);
+        for (QDialog* dialog : {static_cast<QDialog*>(&alert), static_cast<QDialog*>(&eula)}) {
+            dialog->show();
+            QCoreApplication::processEvents();
+        }
+        EXPECT_TRUE(alert.grab().save(VELURIA_SCREENSHOT_DIR "/update-alert-" + name + ".png"));
+        EXPECT_TRUE(eula.grab().save(VELURIA_SCREENSHOT_DIR "/update-eula-" + name + ".png"));
+    }
+    QApplication::setPalette(light);
 }

@@ -167,5 +167,57 @@
         <source>Enter your password.</source>
         <translation>Geben Sie Ihr Passwort ein.</translation>
     </message>
+    <message>
+        <source>This version of Veluria is no longer supported.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A newer version of Veluria is available.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Please download the latest version. (%@)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Logout</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remind Me Later</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Install Update</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Can&apos;t find installer app at &quot;%@&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Error updating Veluria</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Software Update</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Release Notes:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Terms of Service</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Disagree</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Agree</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>
