@@ -14,6 +14,7 @@
 #include "shell/LaunchArguments.h"
 #include "shell/TerminationSignalWatcher.h"
 #include "shell/Translations.h"
+#include "shell/VLRApplication.h"
 #include "widgets/VLRFonts.h"
 
 #include <QApplication>
@@ -35,7 +36,7 @@ int main(int argc, char* argv[])
         std::fputs(qUtf8Printable(LaunchArguments::usage()), launch.helpRequested() ? stdout : stderr);
         return launch.helpRequested() ? 0 : 2;
     }
-    QApplication app(argc, argv);
+    VLRApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Veluria"));
     QApplication::setApplicationName(QStringLiteral("Veluria"));
     QApplication::setApplicationVersion(QStringLiteral(VELURIA_VERSION));
