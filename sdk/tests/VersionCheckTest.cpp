@@ -184,6 +184,18 @@ TEST(VersionCheck, AManifestComesFromAWebServerWithThePackageForTheInstaller)
     EXPECT_EQ(manifest.packageURL(), QUrl(QStringLiteral("https://h/p.tar.gz")));
     EXPECT_EQ(manifest.sha256(), QString(64, QLatin1Char('a')));
 
+    {
+        // The client keeps its checker only in its handlers, as the one
+        // reference left when the answer comes.
+        bool infoCame = false;
+        auto checker = std::make_shared<LocalVersionChecker>(server.url());
+        checker->checkVersion([checker, &infoCame](bool, bool, const vlr::OptionalError&) {
+            checker->getVersionInfo(
+                [&infoCame](const vlr::OptionalError&, const VLRVersionInfoPtr&) { infoCame = true; });
+        });
+        checker.reset();
+        EXPECT_TRUE(ServiceFixture::waitUntil([&] { return infoCame; }));
+    }
     // A server that is not there is an error, not a wait.
     QTcpServer closed;
     closed.listen(QHostAddress::LocalHost);
