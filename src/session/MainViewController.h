@@ -174,6 +174,8 @@ public:
     StatusItemImageView* statusItemImageView() const;
 
 private:
+    // This controller, or none at teardown, as the delegate of every page.
+    void setDelegateOfParts(MainViewController* delegate);
     void signOut();
     void logOutThen(const std::function<void()>& afterUnbinding);
     void quit();
