@@ -219,5 +219,77 @@
         <source>Agree</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Less than a minute</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 Minute</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 Hour</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>TODAY</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>YESTERDAY</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>THIS WEEK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>LAST WEEK</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>EARLIER</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>NEW</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>UPDATES</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>INSTALLED</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>NOT INSTALLED</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PURCHASES</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>File Drop</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Workspaces</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Marketplace</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Transfers</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Preferences</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 </TS>
