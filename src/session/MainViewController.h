@@ -175,6 +175,8 @@ public:
     bool marketplaceTabShown() const { return m_marketplaceTabShown; }
     bool settingsTabShown() const { return m_settingsTabShown; }
     Popover* popover() const { return m_parts.popover.get(); }
+    LoginPage* loginViewController() const { return m_parts.loginViewController.get(); }
+    FileDropPage* fileDropViewController() const { return m_parts.fileDropViewController.get(); }
     QStackedWidget* tabView() const { return m_tabView; }
     StatusItemImageView* statusItemImageView() const;
 

@@ -43,7 +43,7 @@ public:
     void signInBypassUI(bool bypass);
     void clearPassword() override;
     // Shows the environment selector if hidden, hides it if shown.
-    void toggleEnvironmentPopUp();
+    void toggleEnvironmentPopUp() override;
 
     // Actions of the view.
     void signIn();

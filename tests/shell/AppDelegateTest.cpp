@@ -158,29 +158,6 @@ TEST_F(AppDelegateTest, TheLaunchHandsOverTheDatabaseAndTheEnvironmentAndOpensTh
     EXPECT_FALSE(loginItemParts.popover->shown);
 }
 
-TEST_F(AppDelegateTest, TheVersionCheckLogsWhatItFoundAndHonoursAPostponementOfADay)
-{
-    auto delegate = start();
-    delegate->applicationDidFinishLaunching();
-    auto checker = service().versionCheckers.value(0);
-    ASSERT_TRUE(checker);
-    checker->checkHandlers.complete(false, true, std::nullopt);
-    EXPECT_TRUE(log.contains("4 VeluriaSWUpdate AppDelegate - versionInfo: unsupported=0, outOfDate=1, "
-                             "lastPostponedDate=(null), doOutOfDate=1"));
-    EXPECT_EQ(checker->infoHandlers.count(), 1);
-
-    defaults()->setObject(QDateTime::currentDateTime().addSecs(-3600), VLRUserDefaultsKeyUpdatePostponedDate);
-    delegate->checkForSoftwareUpdates();
-    auto postponed = service().versionCheckers.value(1);
-    ASSERT_TRUE(postponed);
-    postponed->checkHandlers.complete(false, true, std::nullopt);
-    EXPECT_EQ(postponed->infoHandlers.count(), 0);
-    // A postponement never silences an unsupported version.
-    delegate->checkForSoftwareUpdates();
-    service().versionCheckers.value(2)->checkHandlers.complete(true, false, std::nullopt);
-    EXPECT_EQ(service().versionCheckers.value(2)->infoHandlers.count(), 1);
-}
-
 TEST_F(AppDelegateTest, TheStopAsksTheUpdaterThenLogsOutStopsTheProxyAndShutsTheLibraryDown)
 {
     auto delegate = start();
