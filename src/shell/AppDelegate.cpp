@@ -25,11 +25,13 @@
 #include "shell/VLRStatusItem.h"
 #include "shell/XdgAutostart.h"
 #include "widgets/StatusItemImageView.h"
+#include "widgets/VLRWindowAdditions.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QProcess>
+#include <QPropertyAnimation>
 #include <QStandardPaths>
 #include <QTimer>
 
@@ -41,6 +43,8 @@ const QString UpdateTag = QStringLiteral("VeluriaSWUpdate");
 constexpr int StatusItemSize = 24;
 constexpr int FirstPopoverDelayMilliseconds = 1000;
 constexpr double PostponementSeconds = 86400.0;
+// The time a window takes to glide to a new frame.
+constexpr int PopoverGlideMilliseconds = 200;
 
 } // namespace
 
@@ -55,6 +59,7 @@ AppDelegate::AppDelegate(const ClientServices& services, PartsFactory partsFacto
 
 AppDelegate::~AppDelegate()
 {
+    vlr_setPopoverIsShownProvider(nullptr);
     // The controller unbinds its session while the status item still exists.
     m_mainViewController.reset();
     m_statusItem.reset();
@@ -75,6 +80,11 @@ void AppDelegate::awakeFromNib()
     connect(m_statusItem.get(), &VLRStatusItem::quitRequested, this, &AppDelegate::terminate);
     connect(m_statusItem.get(), &VLRStatusItem::moved, this, &AppDelegate::statusItemDidMove);
     m_statusItem->setView(m_statusItemView);
+    // The status item's window may become key only while the popover shows.
+    vlr_setPopoverIsShownProvider([this] {
+        Popover* popover = m_mainViewController ? m_mainViewController->popover() : nullptr;
+        return popover && popover->isShown();
+    });
 
     m_mainViewController->loadView();
     VLRLogFormat(4, Tag, "Main view loaded");
@@ -92,9 +102,10 @@ void AppDelegate::applicationDidFinishLaunching()
         center->setDelegate(m_mainViewController.get());
 
     const std::optional<QVariantMap> domain = defaults->persistentDomainForName(VLRUserDefaultsPersistentDomain);
-    const QString environment = domain ? domain->value(VLRUserDefaultsKeyEnvironment).toString() : QString();
-    if (!environment.isEmpty())
-        m_services.library->environment().setEnvironmentWithDomainName(environment);
+    // An empty name is a value too, and is applied as one.
+    if (domain && domain->contains(VLRUserDefaultsKeyEnvironment))
+        m_services.library->environment().setEnvironmentWithDomainName(
+            domain->value(VLRUserDefaultsKeyEnvironment).toString());
 
     softwareUpdateTimer();
 
@@ -162,9 +173,20 @@ void AppDelegate::statusItemDidMove(const QRectF& frame)
     m_statusItemFrame = frame;
     const QPointF delta = frame.topLeft() - old.topLeft();
     Popover* popover = m_mainViewController ? m_mainViewController->popover() : nullptr;
-    if (popover && popover->isShown())
-        if (QWidget* window = popover->window())
-            window->move(window->pos() + delta.toPoint());
+    QWidget* window = popover && popover->isShown() ? popover->window() : nullptr;
+    if (!window)
+        return;
+    // The popover glides after the icon. A move during the glide adds to
+    // where the glide was going.
+    const bool gliding = m_popoverGlide && m_popoverGlide->state() == QAbstractAnimation::Running;
+    const QPoint target = (gliding ? m_popoverGlide->endValue().toPoint() : window->pos()) + delta.toPoint();
+    if (m_popoverGlide)
+        m_popoverGlide->stop();
+    m_popoverGlide = new QPropertyAnimation(window, "pos", this);
+    m_popoverGlide->setDuration(PopoverGlideMilliseconds);
+    m_popoverGlide->setStartValue(window->pos());
+    m_popoverGlide->setEndValue(target);
+    m_popoverGlide->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
 void AppDelegate::launchRestProxy()

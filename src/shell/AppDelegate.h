@@ -13,6 +13,7 @@
 #include <memory>
 
 class MainViewController;
+class QPropertyAnimation;
 class QTimer;
 class VLRStatusItem;
 
@@ -72,6 +73,7 @@ public:
     // "~/Veluria/": where downloads go by default.
     static QString userFolderPath();
 
+    // The status item's window moved: an open popover glides after it.
     void statusItemDidMove(const QRectF& frame);
 
 signals:
@@ -93,4 +95,5 @@ private:
     QPointer<StatusItemImageView> m_statusItemView;
     QPointer<QTimer> m_updateTimer;
     QRectF m_statusItemFrame;
+    QPointer<QPropertyAnimation> m_popoverGlide;
 };
