@@ -13,7 +13,8 @@ namespace {
 
 int modeOf(const QString& path)
 {
-    struct stat info {};
+    struct stat info
+    { };
     return ::stat(QFile::encodeName(path).constData(), &info) == 0 ? int(info.st_mode & 07777) : -1;
 }
 

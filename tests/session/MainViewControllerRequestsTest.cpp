@@ -5,9 +5,12 @@
 #include "fakes/FakeTransfer.h"
 #include "fakes/FakeWorkspace.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QTextBrowser>
+#include <QTextDocument>
 
 namespace {
 
@@ -210,4 +213,44 @@ TEST_F(MainViewControllerTest, NewPublicationsOfOthersAreAnnouncedOneEach)
     EXPECT_EQ(texts,
               (QStringList{"Grace uploaded Deck and commented: Looks good", "lin@example.com uploaded Deck.",
                            "Bo: Just a note", "Cy: "}));
+}
+
+TEST_F(MainViewControllerTest, HelpOnThisComputerIsShownInTheClientAndWebHelpInTheBrowser)
+{
+    QTemporaryDir folder;
+    const QString page = folder.filePath("help.html");
+    QFile file(page);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("<html><head><title>Veluria help</title></head><body><p>Ask <code>veluria-admin</code>.</p>"
+               "<img src=\"file:///etc/passwd\"><a href=\"https://veluria.example/faq\">FAQ</a>"
+               "<a href=\"file:///usr/bin/xterm\">run</a></body></html>");
+    file.close();
+
+    controller->preferencesViewControllerWantsHelp(nullptr);
+    service().helpURLHandlers.complete(QUrl::fromLocalFile(page), std::nullopt);
+    EXPECT_EQ(desktop->openedURLs(), QList<QUrl>());
+    EXPECT_EQ(desktop->openedFiles(), QStringList());
+    const auto windows = QApplication::topLevelWidgets();
+    const auto shown = std::find_if(windows.cbegin(), windows.cend(),
+                                    [](QWidget* w) { return w->isVisible() && w->windowTitle() == "Veluria help"; });
+    ASSERT_NE(shown, windows.cend());
+    auto* browser = qobject_cast<QTextBrowser*>(*shown);
+    ASSERT_TRUE(browser);
+    EXPECT_TRUE(browser->toPlainText().contains("Ask veluria-admin."));
+    EXPECT_TRUE(browser->grab().save(VELURIA_SCREENSHOT_DIR "/help-page.png"));
+    // Nothing on the disk is read for the page; of its links, only the web one
+    // leaves the client.
+    EXPECT_FALSE(browser->loadResource(QTextDocument::ImageResource, QUrl("file:///etc/passwd")).isValid());
+    emit browser->anchorClicked(QUrl("file:///usr/bin/xterm"));
+    emit browser->anchorClicked(QUrl("https://veluria.example/faq"));
+    EXPECT_EQ(desktop->openedURLs(), QList<QUrl>({QUrl("https://veluria.example/faq")}));
+
+    // A service with a web site, or none at all, goes to the browser.
+    controller->preferencesViewControllerWantsHelp(nullptr);
+    service().helpURLHandlers.complete(QUrl("https://veluria.example/help"), std::nullopt);
+    controller->preferencesViewControllerWantsHelp(nullptr);
+    service().helpURLHandlers.complete(QUrl(), std::nullopt);
+    EXPECT_EQ(desktop->openedURLs(),
+              QList<QUrl>({QUrl("https://veluria.example/faq"), QUrl("https://veluria.example/help"),
+                           QUrl("https://www.veluria.com/help-center")}));
 }
