@@ -2,6 +2,7 @@
 #include "fakes/FakeClientServices.h"
 #include "session/MainViewController.h"
 #include "shell/ClientParts.h"
+#include "shell/SystemTrayWatcher.h"
 #include "widgets/StatusItemImageView.h"
 
 #include <QDBusConnection>
@@ -19,7 +20,7 @@ TEST(VLRStatusItemTest, TheTrayIconComesWhenATrayHostArrivesAndShowsTheViewsPict
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         GTEST_SKIP() << "needs a session bus: run under dbus-run-session";
-    ASSERT_FALSE(bus.interface()->isServiceRegistered(VLRStatusItem::StatusNotifierWatcher).value());
+    ASSERT_FALSE(bus.interface()->isServiceRegistered(SystemTrayWatcher::StatusNotifierWatcher).value());
 
     VLRStatusItem item;
     StatusItemImageView view(QRect(0, 0, 24, 24), true);
@@ -28,7 +29,7 @@ TEST(VLRStatusItemTest, TheTrayIconComesWhenATrayHostArrivesAndShowsTheViewsPict
 
     // A panel that comes up after the client.
     QDBusConnection panel = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "panel");
-    ASSERT_TRUE(panel.registerService(VLRStatusItem::StatusNotifierWatcher));
+    ASSERT_TRUE(panel.registerService(SystemTrayWatcher::StatusNotifierWatcher));
     for (int i = 0; i < 50 && !item.trayIcon(); ++i)
         QTest::qWait(20);
     ASSERT_NE(item.trayIcon(), nullptr);
@@ -40,7 +41,7 @@ TEST(VLRStatusItemTest, TheTrayIconComesWhenATrayHostArrivesAndShowsTheViewsPict
     QTest::qWait(300);
     EXPECT_EQ(view.image().toImage(), view.solidImage().toImage());
     EXPECT_EQ(item.trayIcon()->icon().pixmap(24, 24).toImage(), QIcon(view.solidImage()).pixmap(24, 24).toImage());
-    panel.unregisterService(VLRStatusItem::StatusNotifierWatcher);
+    panel.unregisterService(SystemTrayWatcher::StatusNotifierWatcher);
     QDBusConnection::disconnectFromBus("panel");
 }
 
