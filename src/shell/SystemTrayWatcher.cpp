@@ -3,7 +3,9 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QDBusMessage>
 #include <QDBusServiceWatcher>
+#include <QDBusVariant>
 #include <QGuiApplication>
 
 #include <xcb/xcb.h>
@@ -11,6 +13,10 @@
 #include <cstdlib>
 
 namespace {
+
+const QString StatusNotifierWatcherPath = QStringLiteral("/StatusNotifierWatcher");
+// The watcher answers at once; a hung one costs the start no more than this.
+constexpr int PropertyTimeoutMilliseconds = 500;
 
 xcb_atom_t internAtom(xcb_connection_t* connection, const QByteArray& name)
 {
@@ -26,12 +32,17 @@ xcb_atom_t internAtom(xcb_connection_t* connection, const QByteArray& name)
 SystemTrayWatcher::SystemTrayWatcher(QObject* parent)
     : QObject(parent)
 {
+    // A watcher's name may come before any host has registered with it (the
+    // panel starts after the watcher's service): the host is what counts, as
+    // for Qt, which looks once and for good.
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (bus.isConnected()) {
         m_statusNotifierWatcher =
             new QDBusServiceWatcher(StatusNotifierWatcher, bus, QDBusServiceWatcher::WatchForRegistration, this);
         connect(m_statusNotifierWatcher, &QDBusServiceWatcher::serviceRegistered, this,
-                [this] { emit trayArrived(QStringLiteral("StatusNotifierItem")); });
+                &SystemTrayWatcher::statusNotifierHostRegistered);
+        bus.connect(StatusNotifierWatcher, StatusNotifierWatcherPath, StatusNotifierWatcher,
+                    QStringLiteral("StatusNotifierHostRegistered"), this, SLOT(statusNotifierHostRegistered()));
     }
     watchXembedTrays();
 }
@@ -70,7 +81,21 @@ void SystemTrayWatcher::watchXembedTrays()
 bool SystemTrayWatcher::statusNotifierHostIsThere() const
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
-    return bus.isConnected() && bus.interface() && bus.interface()->isServiceRegistered(StatusNotifierWatcher).value();
+    if (!bus.isConnected() || !bus.interface() || !bus.interface()->isServiceRegistered(StatusNotifierWatcher).value())
+        return false;
+    QDBusMessage get =
+        QDBusMessage::createMethodCall(StatusNotifierWatcher, StatusNotifierWatcherPath,
+                                       QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    get << StatusNotifierWatcher << QStringLiteral("IsStatusNotifierHostRegistered");
+    const QDBusMessage reply = bus.call(get, QDBus::Block, PropertyTimeoutMilliseconds);
+    return reply.type() == QDBusMessage::ReplyMessage
+        && reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
+}
+
+void SystemTrayWatcher::statusNotifierHostRegistered()
+{
+    if (statusNotifierHostIsThere())
+        emit trayArrived(QStringLiteral("StatusNotifierItem"));
 }
 
 bool SystemTrayWatcher::xembedTrayIsThere() const

@@ -9,13 +9,13 @@ class QDBusServiceWatcher;
 struct xcb_connection_t;
 
 // Tells whether a system tray is there to take the client's icon, by either
-// road: a StatusNotifierItem host (the watcher's name on the session bus) or,
-// on X11, an XEmbed tray (the owner of the selection _NET_SYSTEM_TRAY_S<n>,
-// which announces itself with a MANAGER message to the root window). A tray
+// road: a StatusNotifierItem host (registered with the watcher on the session
+// bus) or, on X11, an XEmbed tray (the owner of the selection
+// _NET_SYSTEM_TRAY_S<n>, which announces itself with a MANAGER message to the
+// root window). A tray
 // that starts after the client, as at login, is noticed when it comes:
-// trayArrived() follows on a later turn of the event loop. Asking costs no
-// round trip to a tray host, so it can't settle Qt's own choice of tray kind
-// before one is there.
+// trayArrived() follows. Asking settles nothing in Qt, which chooses the kind
+// of tray icon once, the first time it is asked: ask here first.
 class SystemTrayWatcher : public QObject, public QAbstractNativeEventFilter
 {
     Q_OBJECT
@@ -34,6 +34,9 @@ public:
 signals:
     // How it came: "StatusNotifierItem" or "XEmbed".
     void trayArrived(const QString& kind);
+
+private Q_SLOTS:
+    void statusNotifierHostRegistered();
 
 private:
     void watchXembedTrays();
