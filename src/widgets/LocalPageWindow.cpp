@@ -1,5 +1,6 @@
 #include "widgets/LocalPageWindow.h"
 
+#include "app/VLRColors.h"
 #include "platform/VLRDesktopServices.h"
 #include "service/VLRLogFormat.h"
 #include "widgets/VLRFonts.h"
@@ -24,6 +25,11 @@ LocalPageWindow::LocalPageWindow(VLRDesktopServices* desktop, QWidget* parent)
     setAttribute(Qt::WA_DeleteOnClose);
     setOpenLinks(false);
     setFont(VLRFonts::muli(12));
+    QPalette colours = palette();
+    colours.setColor(QPalette::Base, Qt::white);
+    colours.setColor(QPalette::Text, VLRColors::textColor());
+    setPalette(colours);
+    document()->setDefaultStyleSheet(QStringLiteral("a { color: %1; }").arg(VLRColors::mainAppColor().name()));
     document()->setDocumentMargin(16);
     resize(Width, Height);
     connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) {
