@@ -188,14 +188,6 @@ TEST_F(AppDelegateTest, TheStatusItemsWindowIsKeyOnlyWithThePopoverWhichGlidesAf
     EXPECT_TRUE(QTest::qWaitFor([window] { return window->pos() == QPoint(320, 50); }, 2000));
     wait(300);
     EXPECT_EQ(window->pos(), QPoint(320, 50));
-
-    // Closed, the popover stays where it is; only the frame is kept.
-    popover->shown = false;
-    delegate->statusItemDidMove(QRectF(60, 10, 24, 24));
-    wait(300);
-    EXPECT_EQ(window->pos(), QPoint(320, 50));
-    EXPECT_EQ(delegate->statusItemFrame(), QRectF(60, 10, 24, 24));
-    EXPECT_FALSE(vlr_canBecomeKeyWindow(delegate->statusItemView()));
 }
 
 TEST_F(AppDelegateTest, TheVersionCheckLogsWhatItFoundAndHonoursAPostponementOfADay)
