@@ -170,8 +170,8 @@ void VLRFreedesktopNotificationCenter::send(const VLRUserNotificationPtr& notifi
                             {QStringLiteral("image-path"), image}};
 
     QDBusMessage message = serverCall(QStringLiteral("Notify"));
-    message << QStringLiteral("Veluria") << uint(0) << image << markupText(oneLine(notification->title()))
-            << markupText(notification->informativeText()) << actions << hints << int(-1);
+    message << QStringLiteral("Veluria") << uint(0) << image << titleText(notification->title())
+            << bodyText(notification->informativeText()) << actions << hints << int(-1);
 
     callServer(message, [this, notification](const QDBusMessage& reply) {
         if (reply.type() == QDBusMessage::ReplyMessage)
@@ -181,11 +181,26 @@ void VLRFreedesktopNotificationCenter::send(const VLRUserNotificationPtr& notifi
     });
 }
 
-// Servers that read the body as markup (dunst among them) read the title so
-// too, though the protocol says it is plain.
-QString VLRFreedesktopNotificationCenter::markupText(const QString& text) const
+QString VLRFreedesktopNotificationCenter::bodyText(const QString& text) const
 {
-    return m_capabilities.contains(QLatin1String("body-markup")) ? escapedMarkup(text) : text;
+    return speaksMarkup() ? escapedMarkup(text) : text;
+}
+
+// The protocol says the title is plain text, and dunst writes an escaped
+// title as it stands ("&lt;b&gt;"), while some servers that read markup
+// read it in the title too. So no tag can come about in either, the angle
+// brackets of a title become their single-quote look-alikes there.
+QString VLRFreedesktopNotificationCenter::titleText(const QString& text) const
+{
+    QString title = oneLine(text);
+    if (speaksMarkup())
+        title.replace(QLatin1Char('<'), QChar(0x2039)).replace(QLatin1Char('>'), QChar(0x203A));
+    return title;
+}
+
+bool VLRFreedesktopNotificationCenter::speaksMarkup() const
+{
+    return m_capabilities.contains(QLatin1String("body-markup"));
 }
 
 void VLRFreedesktopNotificationCenter::actionInvoked(uint notificationId, const QString& actionKey)

@@ -14,8 +14,9 @@ class QDBusMessage;
 
 // The notification centre on the desktop's notification server
 // (org.freedesktop.Notifications). A notification goes out at its delivery
-// date, if the delegate lets it, with the program's icon; its title is one
-// line, and title and body are escaped where the server reads markup. The
+// date, if the delegate lets it, with the program's icon. Its title is one
+// line; where the server reads markup, the body is escaped and the title
+// can't hold a tag. The
 // action "default" is a click on it (activation 1), the action "action" its
 // action button (activation 2). After
 // an activation the centre closes the notification itself. Every call is
@@ -44,7 +45,9 @@ private:
     void capabilitiesArrived(const QDBusMessage& reply);
     void send(const VLRUserNotificationPtr& notification);
     void closeNotification(uint notificationId);
-    QString markupText(const QString& text) const;
+    bool speaksMarkup() const;
+    QString bodyText(const QString& text) const;
+    QString titleText(const QString& text) const;
     // Calls the server without waiting; onReply gets the answer or the error.
     void callServer(const QDBusMessage& message, std::function<void(const QDBusMessage&)> onReply);
     void logFailure(const char* what, const QDBusMessage& error);

@@ -183,14 +183,15 @@ TEST_F(FreedesktopNotificationCenterTest, SendsWhatTheServerExpectsWithTitleAndB
     center.scheduleNotification(notification("Update\u2028Available", "Muli & Co has an update", "Update"));
     ASSERT_TRUE(waitFor([&] { return server->calls("Notify").size() == 2; }));
 
-    // A server that reads markup in the body reads it in the title too.
+    // A server that reads markup in the body may read it in the title too.
     const QList<QVariantList> notify = server->calls("Notify");
     const QString icon = QUrl::fromLocalFile(data.filePath("icons/hicolor/scalable/apps/veluria.svg")).toString();
     EXPECT_EQ(notify[0],
-              (QVariantList{"Veluria", 0u, "veluria",
-                            "New message in &lt;b&gt;WS&lt;/b&gt;&lt;img src=\"file:///etc/passwd\"&gt; Second line",
-                            "Disk &lt;full&gt; &amp; \"more\"", QStringList{"default", "Open"},
-                            QVariantMap{{"desktop-entry", "veluria"}, {"image-path", "veluria"}}, -1}));
+              (QVariantList{
+                  "Veluria", 0u, "veluria",
+                  "New message in \u2039b\u203aWS\u2039/b\u203a\u2039img src=\"file:///etc/passwd\"\u203a Second line",
+                  "Disk &lt;full&gt; &amp; \"more\"", QStringList{"default", "Open"},
+                  QVariantMap{{"desktop-entry", "veluria"}, {"image-path", "veluria"}}, -1}));
     EXPECT_EQ(notify[1],
               (QVariantList{"Veluria", 0u, icon, "Update Available", "Muli &amp; Co has an update",
                             QStringList{"default", "Open", "action", "Update"},
