@@ -15,10 +15,9 @@ public:
     bool openURL(const QUrl& url) override;
     bool openFile(const QString& path) override;
 
+private:
     // By its mode, its name or its contents; a folder is never run.
     static bool mightRunAProgram(const QString& path);
-
-private:
     static bool showInFolder(const QString& path);
     static bool openFolder(const QUrl& folder);
 };
