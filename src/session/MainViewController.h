@@ -32,6 +32,8 @@ class WorkspaceLocationDelegate;
 // the pages, decides what the status item shows, and routes drags, download
 // requests and notifications. Every change of the bound session goes through
 // sessionDidChange.
+class LocalPageWindow;
+
 class MainViewController : public QObject,
                            public TabSelectorViewControllerDelegate,
                            public LoginViewControllerDelegate,
@@ -245,4 +247,5 @@ private:
     QString m_autoSignInURL;
     std::unique_ptr<WorkspaceLocationDelegate> m_workspaceLocationDelegate;
     QPointer<QFileDialog> m_workspaceLocationOpenPanel;
+    QPointer<LocalPageWindow> m_helpWindow;
 };

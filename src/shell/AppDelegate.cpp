@@ -31,11 +31,13 @@
 #include "widgets/StatusItemImageView.h"
 #include "widgets/VLRApplicationAdditions.h"
 #include "widgets/VLRModalSession.h"
+#include "widgets/VLRWindowAdditions.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QProcess>
+#include <QPropertyAnimation>
 #include <QStandardPaths>
 #include <QTimer>
 
@@ -52,6 +54,9 @@ QString describe(const QString& text)
 {
     return text.isNull() ? QStringLiteral("(null)") : text;
 }
+
+// The time a window takes to glide to a new frame.
+constexpr int PopoverGlideMilliseconds = 200;
 
 } // namespace
 
@@ -72,6 +77,7 @@ AppDelegate::~AppDelegate()
         m_statusItemView->setDelegate(nullptr);
     if (VLRUserNotificationCenter* center = m_services.notificationCenter)
         center->setDelegate(nullptr);
+    vlr_setPopoverIsShownProvider(nullptr);
     m_mainViewController.reset();
     m_updateAlertController.reset();
     m_updateEULAController.reset();
@@ -93,6 +99,11 @@ void AppDelegate::awakeFromNib()
     connect(m_statusItem.get(), &VLRStatusItem::quitRequested, this, &AppDelegate::terminate);
     connect(m_statusItem.get(), &VLRStatusItem::moved, this, &AppDelegate::statusItemDidMove);
     m_statusItem->setView(m_statusItemView);
+    // The status item's window may become key only while the popover shows.
+    vlr_setPopoverIsShownProvider([this] {
+        Popover* popover = m_mainViewController ? m_mainViewController->popover() : nullptr;
+        return popover && popover->isShown();
+    });
 
     m_mainViewController->loadView();
     qCInfo(lcShell) << "Main view loaded";
@@ -110,9 +121,10 @@ void AppDelegate::applicationDidFinishLaunching()
         center->setDelegate(m_mainViewController.get());
 
     const std::optional<QVariantMap> domain = defaults->persistentDomainForName(VLRUserDefaultsPersistentDomain);
-    const QString environment = domain ? domain->value(VLRUserDefaultsKeyEnvironment).toString() : QString();
-    if (!environment.isEmpty())
-        m_services.library->environment().setEnvironmentWithDomainName(environment);
+    // An empty name is a value too, and is applied as one.
+    if (domain && domain->contains(VLRUserDefaultsKeyEnvironment))
+        m_services.library->environment().setEnvironmentWithDomainName(
+            domain->value(VLRUserDefaultsKeyEnvironment).toString());
 
     softwareUpdateTimer();
 
@@ -180,9 +192,20 @@ void AppDelegate::statusItemDidMove(const QRectF& frame)
     m_statusItemFrame = frame;
     const QPointF delta = frame.topLeft() - old.topLeft();
     Popover* popover = m_mainViewController ? m_mainViewController->popover() : nullptr;
-    if (popover && popover->isShown())
-        if (QWidget* window = popover->window())
-            window->move(window->pos() + delta.toPoint());
+    QWidget* window = popover && popover->isShown() ? popover->window() : nullptr;
+    if (!window)
+        return;
+    // The popover glides after the icon. A move during the glide adds to
+    // where the glide was going.
+    const bool gliding = m_popoverGlide && m_popoverGlide->state() == QAbstractAnimation::Running;
+    const QPoint target = (gliding ? m_popoverGlide->endValue().toPoint() : window->pos()) + delta.toPoint();
+    if (m_popoverGlide)
+        m_popoverGlide->stop();
+    m_popoverGlide = new QPropertyAnimation(window, "pos", this);
+    m_popoverGlide->setDuration(PopoverGlideMilliseconds);
+    m_popoverGlide->setStartValue(window->pos());
+    m_popoverGlide->setEndValue(target);
+    m_popoverGlide->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
 void AppDelegate::launchRestProxy()

@@ -16,6 +16,7 @@
 #include <memory>
 
 class MainViewController;
+class QPropertyAnimation;
 class QTimer;
 class UpdateAlertController;
 class UpdateEULAController;
@@ -93,6 +94,7 @@ public:
     // "~/Veluria/": where downloads go by default.
     static QString userFolderPath();
 
+    // The status item's window moved: an open popover glides after it.
     void statusItemDidMove(const QRectF& frame);
 
 signals:
@@ -123,4 +125,5 @@ private:
     std::unique_ptr<UpdateEULAController> m_updateEULAController;
     Clock m_clock = [] { return QDateTime::currentDateTime(); };
     QRectF m_statusItemFrame;
+    QPointer<QPropertyAnimation> m_popoverGlide;
 };

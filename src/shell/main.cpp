@@ -52,7 +52,7 @@ int main(int argc, char* argv[])
         return ClientInstance::handOverToRunningClient(QDBusConnection::sessionBus(), launch);
 
     const Translations translations(QLocale::system());
-    VLRFonts::loadMuli();
+    VLRFonts::useMuliThroughout();
 
     // The embedded local service and the desktop's own services; a test
     // hands the client doubles instead.

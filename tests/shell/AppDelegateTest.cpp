@@ -14,6 +14,7 @@
 #include "support/CapturedLog.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TestFiles.h"
+#include "widgets/VLRWindowAdditions.h"
 
 #include <QDir>
 #include <QEventLoop>
@@ -21,6 +22,7 @@
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -156,6 +158,36 @@ TEST_F(AppDelegateTest, TheLaunchHandsOverTheDatabaseAndTheEnvironmentAndOpensTh
     EXPECT_TRUE(second->skipOpeningPop());
     wait(1200);
     EXPECT_FALSE(loginItemParts.popover->shown);
+
+    // An empty stored name is a value, and is applied.
+    defaults()->setPersistentDomain({{VLRUserDefaultsKeyEnvironment, ""}}, VLRUserDefaultsPersistentDomain);
+    auto third = start();
+    third->applicationDidFinishLaunching();
+    EXPECT_EQ(service().log.count("setEnvironmentWithDomainName"), 2);
+    EXPECT_EQ(service().log.lastArguments("setEnvironmentWithDomainName"), QVariantList{""});
+}
+
+TEST_F(AppDelegateTest, TheStatusItemsWindowIsKeyOnlyWithThePopoverWhichGlidesAfterTheIcon)
+{
+    PageJournal journal;
+    RecordingParts parts(&journal);
+    auto delegate = start(&parts);
+    RecordingPopover* popover = parts.popover;
+    EXPECT_FALSE(vlr_canBecomeKeyWindow(delegate->statusItemView()));
+    popover->shown = true;
+    EXPECT_TRUE(vlr_canBecomeKeyWindow(delegate->statusItemView()));
+
+    // The popover's window glides by the distance the icon moved, not in one
+    // jump; a second move adds to the first.
+    QWidget* window = popover->window();
+    window->move(300, 40);
+    const QPointF icon = delegate->statusItemFrame().topLeft();
+    delegate->statusItemDidMove(QRectF(icon + QPointF(20, 0), QSizeF(24, 24)));
+    delegate->statusItemDidMove(QRectF(icon + QPointF(20, 10), QSizeF(24, 24)));
+    EXPECT_EQ(window->pos(), QPoint(300, 40));
+    EXPECT_TRUE(QTest::qWaitFor([window] { return window->pos() == QPoint(320, 50); }, 2000));
+    wait(300);
+    EXPECT_EQ(window->pos(), QPoint(320, 50));
 }
 
 TEST_F(AppDelegateTest, TheStopAsksTheUpdaterThenLogsOutStopsTheProxyAndShutsTheLibraryDown)
