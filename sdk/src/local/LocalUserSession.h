@@ -8,6 +8,7 @@
 
 #include "service/VLRUserSession.h"
 
+class LocalMarketplace;
 class ServiceThread;
 class SessionWatcher;
 
@@ -82,6 +83,7 @@ private:
     void loadLists();
     void listsLoaded(const Loaded& loaded);
     void startWatching(qint64 catalogVersion);
+    void openMarketplace();
     void applyCatalog(const CatalogSnapshot& snapshot);
     void announce(const QList<WorkspaceStore::Publication>& publications);
     void queueRevisionDownloads(const QList<WorkspaceStore::Publication>& publications);
@@ -97,6 +99,7 @@ private:
     WorkspaceDirectory m_directory;
     std::unique_ptr<ServiceThread> m_service;
     std::unique_ptr<SessionWatcher> m_watcher;
+    std::shared_ptr<LocalMarketplace> m_market;
     std::shared_ptr<void> m_registration;
     bool m_ended = false;
 };
