@@ -86,7 +86,7 @@ ArchiveUnpacker::Outcome ArchiveUnpacker::run()
     archive_read_support_format_zip(reader);
     Outcome outcome = Outcome::Failed;
     if (archive_read_open_filename(reader, QFile::encodeName(m_archive).constData(), readBlockSize) != ARCHIVE_OK)
-        fail(QStringLiteral("The package is not an archive that can be installed."));
+        fail(QStringLiteral("The package is damaged or is not an archive that can be installed."));
     else
         outcome = unpack(reader, root);
     archive_read_free(reader);
@@ -116,7 +116,7 @@ ArchiveUnpacker::Outcome ArchiveUnpacker::unpack(archive* reader, int root)
         m_advanced(archive_filter_bytes(reader, -1));
     }
     if (entries == 0) {
-        fail(QStringLiteral("The package is empty or is not an archive."));
+        fail(QStringLiteral("The package is damaged or empty."));
         return Outcome::Failed;
     }
     return Outcome::Done;

@@ -1,0 +1,157 @@
+#include "ServiceFixture.h"
+
+#include "sdk/installs/Applications.h"
+#include "sdk/installs/Installation.h"
+#include "sdk/installs/PackageBuilder.h"
+#include "sdk/market/MarketStore.h"
+
+#include "service/VLRInstaller.h"
+#include "service/VLRInstallerUpdater.h"
+#include "service/VLRProduct.h"
+#include "service/VLRPurchase.h"
+#include "service/VLRRevision.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+
+namespace {
+
+// The marketplace's folders in the test's home, never the real one.
+class Marketplace : public ServiceFixture
+{
+protected:
+    void SetUp() override
+    {
+        ServiceFixture::SetUp();
+        m_previousDataHome = qgetenv("XDG_DATA_HOME");
+        qputenv("XDG_DATA_HOME", (home() + QStringLiteral("/.local/share")).toLocal8Bit());
+    }
+    void TearDown() override
+    {
+        qputenv("XDG_DATA_HOME", m_previousDataHome);
+        ServiceFixture::TearDown();
+    }
+
+    QString package(const QString& fileName, const QList<PackageBuilder::Entry>& entries)
+    {
+        const QString path = home() + QLatin1Char('/') + fileName;
+        QString failure;
+        EXPECT_TRUE(PackageBuilder::writeTarGz(path, entries, &failure)) << qPrintable(failure);
+        return path;
+    }
+    QString app(const QString& version)
+    {
+        return package(QStringLiteral("tool-%1.tar.gz").arg(version),
+                       PackageBuilder::demoApplication(QStringLiteral("tool"), QStringLiteral("Tool"), version));
+    }
+    static Installation install(const QString& id, const QString& path, const QString& version)
+    {
+        return Installation(
+            {id, QStringLiteral("Tool"), version, path, QFileInfo(path).fileName(), {}}, [] { return false; },
+            [](double) {});
+    }
+    static QString installedReadMe(const QString& id)
+    {
+        return QString::fromUtf8(readFile(Applications::folderOf(id) + QStringLiteral("/README.txt")));
+    }
+    // Nothing but the applications' own folders: no staging leftovers.
+    static QStringList applicationsFolder()
+    {
+        return QDir(Applications::root()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+
+private:
+    QByteArray m_previousDataHome;
+};
+
+} // namespace
+
+TEST_F(Marketplace, ArchivesAndAppImagesInstallAndUpdateWithAMenuEntry)
+{
+    const QString id = QStringLiteral("tool-id");
+    Installation first = install(id, app(QStringLiteral("1.0")), QStringLiteral("1.0"));
+    ASSERT_TRUE(first.run()) << qPrintable(first.failure());
+    EXPECT_EQ(first.launcher(), Applications::folderOf(id) + QStringLiteral("/bin/tool"));
+    EXPECT_EQ(modeOf(first.launcher()), 0700u);
+    EXPECT_TRUE(installedReadMe(id).startsWith(QStringLiteral("Tool 1.0")));
+    const QString entry = QString::fromUtf8(readFile(Applications::desktopEntryOf(id)));
+    EXPECT_TRUE(entry.contains(QStringLiteral("Exec=\"%1\"\n").arg(first.launcher()))) << qPrintable(entry);
+    EXPECT_TRUE(entry.contains(QStringLiteral("X-Veluria-Version=1.0\n")));
+
+    Installation second = install(id, app(QStringLiteral("1.1")), QStringLiteral("1.1"));
+    ASSERT_TRUE(second.run()) << qPrintable(second.failure());
+    EXPECT_TRUE(installedReadMe(id).startsWith(QStringLiteral("Tool 1.1")));
+    EXPECT_TRUE(readFile(Applications::desktopEntryOf(id)).contains("X-Veluria-Version=1.1\n"));
+    EXPECT_EQ(applicationsFolder(), QStringList{id});
+
+    // An AppImage is kept whole and started as it is; a name with quotes
+    // and a field code can't break the entry's Exec line.
+    const QString image = home() + QStringLiteral("/Odd.AppImage");
+    ASSERT_TRUE(QFile::copy(QStringLiteral("/bin/true"), image));
+    Installation appImage(
+        {QStringLiteral("odd-id"),
+         QStringLiteral("Say \"hi\" %u"),
+         QStringLiteral("2"),
+         image,
+         QStringLiteral("Odd.AppImage"),
+         {}},
+        [] { return false; }, [](double) {});
+    ASSERT_TRUE(appImage.run()) << qPrintable(appImage.failure());
+    EXPECT_EQ(QProcess::execute(appImage.launcher(), {}), 0);
+    const QByteArray oddEntry = readFile(Applications::desktopEntryOf(QStringLiteral("odd-id")));
+    EXPECT_TRUE(oddEntry.contains("Name=Say \"hi\" %u\n")) << oddEntry.constData();
+    QByteArray exec = QFile::encodeName(appImage.launcher());
+    exec.replace("\"", "\\\\\"").replace("%", "%%");
+    EXPECT_TRUE(oddEntry.contains("\nExec=\"" + exec + "\"\n")) << oddEntry.constData();
+
+    EXPECT_TRUE(Installation::remove(id));
+    EXPECT_FALSE(QFileInfo::exists(Applications::folderOf(id)));
+    EXPECT_FALSE(QFileInfo::exists(Applications::desktopEntryOf(id)));
+}
+
+TEST_F(Marketplace, FailedInstallsLeaveThePreviousVersionIntact)
+{
+    const QString id = QStringLiteral("tool-id");
+    const QString sleeper = package(
+        QStringLiteral("sleeper.tar.gz"),
+        {{QStringLiteral("bin/tool"), "#!/bin/sh\nsleep 30\n", 0755}, {QStringLiteral("README.txt"), "Tool 1.0\n"}});
+    ASSERT_TRUE(install(id, sleeper, QStringLiteral("1.0")).run());
+    const QByteArray entryBefore = readFile(Applications::desktopEntryOf(id));
+    auto refused = [&](const QString& path, const QString& expected) {
+        Installation attempt = install(id, path, QStringLiteral("2.0"));
+        EXPECT_FALSE(attempt.run()) << qPrintable(path);
+        EXPECT_TRUE(attempt.failure().contains(expected)) << qPrintable(attempt.failure());
+        EXPECT_TRUE(installedReadMe(id).startsWith(QStringLiteral("Tool 1.0")));
+        EXPECT_EQ(readFile(Applications::desktopEntryOf(id)), entryBefore);
+        EXPECT_EQ(applicationsFolder(), QStringList{id});
+    };
+    const QString corrupt = writeFile(home() + QStringLiteral("/corrupt.tar.gz"), randomBytes(50000));
+    refused(corrupt, QStringLiteral("damaged"));
+    QByteArray truncated = readFile(app(QStringLiteral("2.0")));
+    truncated.chop(truncated.size() / 3);
+    refused(writeFile(home() + QStringLiteral("/short.tar.gz"), truncated), QStringLiteral("damaged"));
+    auto tool = PackageBuilder::demoApplication(QStringLiteral("tool"), QStringLiteral("Tool"), QStringLiteral("2.0"));
+    refused(package(QStringLiteral("climb.tar.gz"),
+                    tool + QList<PackageBuilder::Entry>{{QStringLiteral("../../evil"), "x"}}),
+            QStringLiteral("outside its folder"));
+    refused(package(QStringLiteral("link.tar.gz"),
+                    tool + QList<PackageBuilder::Entry>{{QStringLiteral("etc"), {}, 0777, QStringLiteral("/etc")}}),
+            QStringLiteral("outside its folder"));
+    refused(package(QStringLiteral("through.tar.gz"),
+                    tool
+                        + QList<PackageBuilder::Entry>{{QStringLiteral("up"), {}, 0777, QStringLiteral(".")},
+                                                       {QStringLiteral("bin/up"), {}, 0777, QStringLiteral("../..")},
+                                                       {QStringLiteral("bin/up/evil"), "x"}}),
+            QStringLiteral("outside its folder"));
+    EXPECT_FALSE(QFileInfo::exists(home() + QStringLiteral("/.local/share/Veluria/evil")));
+    EXPECT_FALSE(QFileInfo::exists(Applications::root() + QStringLiteral("/evil")));
+
+    // The installed program is running: it is not replaced under it.
+    QProcess running;
+    running.start(Applications::folderOf(id) + QStringLiteral("/bin/tool"), {});
+    ASSERT_TRUE(running.waitForStarted());
+    refused(app(QStringLiteral("2.0")), QStringLiteral("is running"));
+    running.kill();
+    running.waitForFinished();
+}
