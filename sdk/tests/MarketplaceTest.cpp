@@ -6,10 +6,12 @@
 #include "sdk/market/MarketStore.h"
 
 #include "service/VLRInstaller.h"
+#include "service/VLRInstallerOperation.h"
 #include "service/VLRInstallerUpdater.h"
 #include "service/VLRProduct.h"
 #include "service/VLRPurchase.h"
 #include "service/VLRRevision.h"
+#include "service/VLRVendor.h"
 
 #include <QDir>
 #include <QFile>
@@ -154,4 +156,113 @@ TEST_F(Marketplace, FailedInstallsLeaveThePreviousVersionIntact)
     refused(app(QStringLiteral("2.0")), QStringLiteral("is running"));
     running.kill();
     running.waitForFinished();
+}
+
+TEST_F(Marketplace, SessionInstallsUpdatesAndPublishesThroughTheCatalogue)
+{
+    const QString ann = addUser(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    MarketStore market(database());
+    const QString product = market.addProduct(QStringLiteral("Suite"), market.addVendor(QStringLiteral("Lumen")), {});
+    QString failure;
+    MarketStore::InstallerFields fields;
+    fields.name = QStringLiteral("Tool");
+    fields.productIds = {product};
+    const QString toolId = market.addInstaller(fields, &failure);
+    ASSERT_FALSE(market
+                     .publishRevision(toolId, app(QStringLiteral("1.0")), QStringLiteral("1.0"),
+                                      QStringLiteral("tool-1.0.tar.gz"), &failure)
+                     .isNull())
+        << qPrintable(failure);
+    ASSERT_FALSE(market
+                     .grantPurchase({ann,
+                                     product,
+                                     QDateTime::currentMSecsSinceEpoch() + 86400000,
+                                     false,
+                                     QStringLiteral("credit_card"),
+                                     0,
+                                     {}})
+                     .isNull());
+
+    auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_TRUE(session);
+    ASSERT_EQ(session->installers().size(), 1);
+    ASSERT_TRUE(session->hasPurchases());
+    const auto purchase = std::static_pointer_cast<VLRPurchase>(session->purchases().value(0));
+    EXPECT_EQ(purchase->product()->vendor()->name(), QStringLiteral("Lumen"));
+    EXPECT_TRUE(purchase->manageURL().isLocalFile());
+    EXPECT_TRUE(readFile(purchase->manageURL().toLocalFile()).contains("Suite"));
+    const auto tool = std::static_pointer_cast<VLRInstaller>(session->installers().first());
+    EXPECT_EQ(session->updater()->neverInstalled(), session->installers());
+    EXPECT_TRUE(tool->installedVersionString().isNull());
+
+    ChangeRecorder recorder;
+    recorder.watch(*tool, {QStringLiteral("installedVersionString")});
+    recorder.watch(*session->updater(), {QStringLiteral("neverInstalled"), QStringLiteral("installerUpdates")});
+    auto installed = [&](const QString& version) {
+        const VLRInstallerOperationPtr operation = tool->downloadAndInstallLatestRevision();
+        EXPECT_TRUE(operation && !operation->error());
+        EXPECT_EQ(tool->overallOperation(), operation);
+        EXPECT_TRUE(waitUntil([&] { return operation->isFinished() || operation->error(); }));
+        EXPECT_FALSE(operation->error()) << qPrintable(operation->error()->localizedDescription);
+        EXPECT_FALSE(tool->overallOperation());
+        return tool->installedVersionString() == version && installedReadMe(toolId).startsWith("Tool " + version);
+    };
+    EXPECT_TRUE(installed(QStringLiteral("1.0")));
+    EXPECT_TRUE(session->updater()->neverInstalled().isEmpty());
+    EXPECT_TRUE(session->updater()->installerUpdates().isEmpty());
+
+    // Another process publishes a revision: the session hears of it, and the
+    // same record now offers the update.
+    {
+        auto other = Database::open(databaseFolder(), nullptr);
+        ASSERT_FALSE(MarketStore(*other)
+                         .publishRevision(toolId, app(QStringLiteral("1.1")), QStringLiteral("1.1"),
+                                          QStringLiteral("tool-1.1.tar.gz"), &failure)
+                         .isNull());
+    }
+    ASSERT_TRUE(waitUntil([&] { return !session->updater()->installerUpdates().isEmpty(); }, 2500));
+    EXPECT_EQ(session->updater()->installerUpdates().first(), session->installers().first());
+    EXPECT_EQ(tool->currentRevision()->versionDisplay(), QStringLiteral("1.1"));
+    EXPECT_TRUE(installed(QStringLiteral("1.1")));
+    EXPECT_TRUE(session->updater()->installerUpdates().isEmpty());
+    EXPECT_TRUE(recorder.allOnGuiThread());
+    EXPECT_EQ(recorder.count(QStringLiteral("installedVersionString")), 2);
+
+    // The publishing path: a malformed description publishes nothing; a good
+    // one makes an installer whose package becomes its revision.
+    vlr::OptionalError answer;
+    VLRInstallerPtr created;
+    bool answered = false;
+    auto create = [&](const QString& name, const QVariant& products) {
+        answered = false;
+        session->createNewInstallerWithName(name, {}, QStringLiteral("A tool"), QStringLiteral("linux"),
+                                            QVariantList{QStringLiteral("org.example.tool")}, {}, false, products, {},
+                                            [&](const VLRInstallerPtr& installer, const vlr::OptionalError& e) {
+                                                created = installer;
+                                                answer = e;
+                                                answered = true;
+                                            });
+        return waitUntil([&] { return answered; });
+    };
+    ASSERT_TRUE(create(QStringLiteral("Second"), QVariantList{QStringLiteral("No such product")}));
+    EXPECT_TRUE(answer && answer->localizedDescription.contains(QStringLiteral("No such product")));
+    EXPECT_TRUE(market.installerId(QStringLiteral("Second")).isNull());
+    ASSERT_TRUE(create(QStringLiteral("Second"), QVariantList{QStringLiteral("https://shop.example/products/Suite")}));
+    ASSERT_FALSE(answer) << qPrintable(answer->localizedDescription);
+    vlr::OptionalError queued;
+    session->uploadAndPublishNewInstaller(QUrl::fromLocalFile(app(QStringLiteral("5.0"))), created->identifier(),
+                                          {{QStringLiteral("version"), QStringLiteral("5.0")}}, &queued);
+    EXPECT_FALSE(queued);
+    ASSERT_TRUE(waitUntil([&] {
+        const auto list = session->installers();
+        return list.size() == 2 && std::static_pointer_cast<VLRInstaller>(list.at(0))->currentRevision()
+            && std::static_pointer_cast<VLRInstaller>(list.at(0))->currentRevision()->versionDisplay() == "5.0";
+    }));
+
+    // A new session on this machine knows what is installed here.
+    session->logoutWithCompletionHandler({});
+    auto again = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_TRUE(again);
+    EXPECT_EQ(std::static_pointer_cast<VLRInstaller>(again->installers().at(1))->installedVersionString(),
+              QStringLiteral("1.1"));
 }
