@@ -19,22 +19,10 @@
 
 namespace {
 
-// The marketplace's folders in the test's home, never the real one.
+// Installs into the fixture's home.
 class Marketplace : public ServiceFixture
 {
 protected:
-    void SetUp() override
-    {
-        ServiceFixture::SetUp();
-        m_previousDataHome = qgetenv("XDG_DATA_HOME");
-        qputenv("XDG_DATA_HOME", (home() + QStringLiteral("/.local/share")).toLocal8Bit());
-    }
-    void TearDown() override
-    {
-        qputenv("XDG_DATA_HOME", m_previousDataHome);
-        ServiceFixture::TearDown();
-    }
-
     QString package(const QString& fileName, const QList<PackageBuilder::Entry>& entries)
     {
         const QString path = home() + QLatin1Char('/') + fileName;
@@ -62,9 +50,6 @@ protected:
     {
         return QDir(Applications::root()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
-
-private:
-    QByteArray m_previousDataHome;
 };
 
 } // namespace
