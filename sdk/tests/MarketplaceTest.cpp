@@ -17,6 +17,9 @@
 #include <QFile>
 #include <QProcess>
 
+#include <csignal>
+#include <sys/resource.h>
+
 namespace {
 
 // Installs into the fixture's home.
@@ -133,6 +136,19 @@ TEST_F(Marketplace, FailedInstallsLeaveThePreviousVersionIntact)
             QStringLiteral("outside its folder"));
     EXPECT_FALSE(QFileInfo::exists(home() + QStringLiteral("/.local/share/Veluria/evil")));
     EXPECT_FALSE(QFileInfo::exists(Applications::root() + QStringLiteral("/evil")));
+
+    // A full disk, as a file size limit stands for it.
+    const QString large =
+        package(QStringLiteral("large.tar.gz"),
+                tool + QList<PackageBuilder::Entry>{{QStringLiteral("data"), randomBytes(512 * 1024)}});
+    struct rlimit limit = {};
+    ::getrlimit(RLIMIT_FSIZE, &limit);
+    const auto previousSignal = ::signal(SIGXFSZ, SIG_IGN);
+    struct rlimit small = {256 * 1024, limit.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    refused(large, QStringLiteral("not enough room"));
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    ::signal(SIGXFSZ, previousSignal);
 
     // The installed program is running: it is not replaced under it.
     QProcess running;

@@ -222,8 +222,18 @@ bool Installation::putInPlace(const QString& staging, const QString& folder, con
     PrivateFiles::syncFolder(staging);
     // The previous version and the new one change places in one step, so
     // that the application's folder is never missing or half there.
-    const bool swapped = ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_EXCHANGE) == 0
+    bool swapped = ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_EXCHANGE) == 0
         || (errno == ENOENT && ::rename(from.constData(), to.constData()) == 0);
+    if (!swapped && errno == EINVAL) {
+        // A file system without exchange: the previous version steps aside
+        // under the staging name's twin and comes back if the new one can't
+        // take its place.
+        const QByteArray aside = from + ".previous";
+        if (::rename(to.constData(), aside.constData()) == 0) {
+            swapped = ::rename(from.constData(), to.constData()) == 0;
+            ::rename(aside.constData(), swapped ? from.constData() : to.constData());
+        }
+    }
     if (!swapped)
         return fail(QStringLiteral("\"%1\" can't be replaced: %2").arg(folder, reason()));
     PrivateFiles::syncFolder(Applications::root());
