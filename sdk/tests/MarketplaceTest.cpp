@@ -4,6 +4,7 @@
 #include "sdk/installs/Installation.h"
 #include "sdk/installs/PackageBuilder.h"
 #include "sdk/market/MarketStore.h"
+#include "sdk/store/ContentStore.h"
 
 #include "service/VLRInstaller.h"
 #include "service/VLRInstallerOperation.h"
@@ -266,4 +267,125 @@ TEST_F(Marketplace, SessionInstallsUpdatesAndPublishesThroughTheCatalogue)
     ASSERT_TRUE(again);
     EXPECT_EQ(std::static_pointer_cast<VLRInstaller>(again->installers().at(1))->installedVersionString(),
               QStringLiteral("1.1"));
+}
+
+TEST_F(Marketplace, GroupsTellHereFromElsewhereAndPurchasesFollowEveryChange)
+{
+    const QString ann = addUser(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    MarketStore market(database());
+    const QString product = market.addProduct(QStringLiteral("Suite <b>"), {}, {});
+    QString failure;
+    QStringList ids;
+    for (const QString& name : {QStringLiteral("Elsewhere"), QStringLiteral("Removed"), QStringLiteral("Fresh")}) {
+        MarketStore::InstallerFields fields;
+        fields.name = name;
+        fields.productIds = {product};
+        ids.append(market.addInstaller(fields, &failure));
+        market.publishRevision(ids.last(), app(QStringLiteral("1.0")), QStringLiteral("1.0"), name, &failure);
+    }
+    MarketStore::Purchase purchase{
+        ann, product, QDateTime::currentMSecsSinceEpoch() + 86400000, false, QStringLiteral("credit_card"), 0, {}};
+    market.grantPurchase(purchase);
+    market.recordInstall(ann, ids.at(0), QStringLiteral("another machine"), {}, QStringLiteral("1.0"));
+    // Recorded here, but the user took its folder away.
+    market.recordInstall(ann, ids.at(1), Applications::thisMachine(), {}, QStringLiteral("1.0"));
+
+    const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_TRUE(session);
+    const VLRInstallerList& all = session->installers();
+    ASSERT_EQ(all.size(), 3);
+    EXPECT_EQ(session->updater()->neverInstalled(), VLRInstallerList{all.at(1)});
+    EXPECT_EQ(session->updater()->notInstalled(), (VLRInstallerList{all.at(0), all.at(2)}));
+    EXPECT_TRUE(session->updater()->installerUpdates().isEmpty());
+    EXPECT_TRUE(all.at(2)->installedVersionString().isNull());
+
+    // Names from the catalogue are text in the manage page, never markup.
+    const auto shown = std::static_pointer_cast<VLRPurchase>(session->purchases().first());
+    const QByteArray page = readFile(shown->manageURL().toLocalFile());
+    EXPECT_TRUE(page.contains("Suite &lt;b&gt;"));
+    EXPECT_FALSE(page.contains("<b>"));
+
+    // A new card date from another process: the list is handed over again,
+    // so that the pages read the date that is not observed.
+    ChangeRecorder recorder;
+    recorder.watch(*session, {QStringLiteral("purchases"), QStringLiteral("installers")});
+    purchase.ccExpiresOn = QDateTime::currentMSecsSinceEpoch() + 5 * 86400000LL;
+    MarketStore(*Database::open(databaseFolder(), nullptr)).grantPurchase(purchase);
+    ASSERT_TRUE(waitUntil([&] { return recorder.count(QStringLiteral("purchases")) == 1; }, 2500));
+    EXPECT_EQ(shown->ccExpiresOn().toMSecsSinceEpoch(), purchase.ccExpiresOn);
+
+    // The publisher changes an installer: the same record takes the new name.
+    const auto fresh = std::static_pointer_cast<VLRInstaller>(all.at(1));
+    bool answered = false;
+    fresh->setInstallerFields(QStringLiteral("Fresh 2"), {}, {}, {}, {}, {}, QVariant(1), QStringList{"Suite <b>"}, {},
+                              [&](const VLRInstallerPtr& installer, const vlr::OptionalError& error) {
+                                  EXPECT_EQ(installer, fresh);
+                                  EXPECT_FALSE(error);
+                                  answered = true;
+                              });
+    ASSERT_TRUE(waitUntil([&] { return answered; }));
+    EXPECT_EQ(fresh->name(), QStringLiteral("Fresh 2"));
+    EXPECT_EQ(session->installers().size(), 3);
+    EXPECT_TRUE(recorder.allOnGuiThread());
+}
+
+TEST_F(Marketplace, FailedAndCancelledInstallsChangeNothingAndCanBeTriedAgain)
+{
+    const QString ann = addUser(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    MarketStore market(database());
+    const QString product = market.addProduct(QStringLiteral("Suite"), {}, {});
+    QString failure;
+    QStringList ids;
+    for (const QString& name : {QStringLiteral("Big"), QStringLiteral("Damaged"), QStringLiteral("Empty")}) {
+        MarketStore::InstallerFields fields;
+        fields.name = name;
+        fields.productIds = {product};
+        ids.append(market.addInstaller(fields, &failure));
+    }
+    auto tool = PackageBuilder::demoApplication(QStringLiteral("big"), QStringLiteral("Big"), QStringLiteral("1"));
+    tool.append({QStringLiteral("data"), randomBytes(24 * 1024 * 1024)});
+    market.publishRevision(ids.at(0), package(QStringLiteral("big.tar.gz"), tool), QStringLiteral("1"), "big.tar.gz",
+                           &failure);
+    const QString damaged = market.publishRevision(ids.at(1), app(QStringLiteral("1.0")), QStringLiteral("1.0"),
+                                                   QStringLiteral("tool.tar.gz"), &failure);
+    const QString content = market.revision(damaged)->content;
+    QFile stored(ContentStore(databaseFolder()).pathOf(content.toLatin1()));
+    ASSERT_TRUE(stored.open(QIODevice::ReadWrite));
+    stored.write("tampered");
+    stored.close();
+    market.grantPurchase({ann, product, QDateTime::currentMSecsSinceEpoch() + 86400000, false, {}, 0, {}});
+
+    const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_TRUE(session);
+    ASSERT_EQ(session->installers().size(), 3);
+    auto run = [&](int index, bool cancel) {
+        const auto installer = std::static_pointer_cast<VLRInstaller>(session->installers().at(index));
+        const VLRInstallerOperationPtr operation = installer->downloadAndInstallLatestRevision();
+        if (cancel)
+            operation->cancel();
+        EXPECT_TRUE(waitUntil([&] { return operation->isFinished() || operation->error(); }));
+        EXPECT_FALSE(installer->overallOperation());
+        EXPECT_TRUE(session->updater()->downloadOperations().isEmpty());
+        EXPECT_FALSE(session->updater()->currentInstall());
+        return operation->error();
+    };
+    const auto cancelled = run(0, true);
+    EXPECT_TRUE(cancelled && cancelled->isCancellation());
+    const auto tampered = run(1, false);
+    ASSERT_TRUE(tampered);
+    EXPECT_EQ(tampered->localizedDescription,
+              QStringLiteral("The package of Damaged is damaged. Please try again later."));
+    const auto empty = run(2, false);
+    ASSERT_TRUE(empty);
+    EXPECT_EQ(empty->localizedDescription, QStringLiteral("Empty has no version to install yet."));
+    for (const VLRInstallerPtr& installer : session->installers()) {
+        EXPECT_TRUE(installer->installedVersionString().isNull());
+        EXPECT_FALSE(QFileInfo::exists(Applications::desktopEntryOf(installer->identifier())));
+    }
+    EXPECT_EQ(session->updater()->neverInstalled().size(), 3);
+
+    // Tried again, the cancelled one installs.
+    EXPECT_FALSE(run(0, false));
+    EXPECT_EQ(session->installers().at(0)->installedVersionString(), QStringLiteral("1"));
+    EXPECT_EQ(applicationsFolder(), (QStringList{QStringLiteral(".downloads"), ids.at(0)}));
 }

@@ -208,7 +208,7 @@ VLRInstallerOperationPtr LocalMarketplace::downloadAndInstall(const LocalInstall
         return operation;
     };
     if (m_ended)
-        return refused(MarketError::make(MarketError::SignedOut));
+        return refused(ServiceError::make(ServiceError::SignedOut));
     if (installer->revisionId().isNull())
         return refused(MarketError::make(MarketError::NoRevision, InstallRun::shownName(installer->name())));
 
@@ -325,7 +325,7 @@ void LocalMarketplace::write(std::function<vlr::OptionalError(Database&, QString
                              std::function<void(const vlr::OptionalError&, const QString&)> answer)
 {
     if (m_ended) {
-        MainThread::post([answer] { answer(MarketError::make(MarketError::SignedOut), QString()); });
+        MainThread::post([answer] { answer(ServiceError::make(ServiceError::SignedOut), QString()); });
         return;
     }
     const auto weak = weakSelf();
@@ -492,7 +492,7 @@ void LocalMarketplace::publishRevision(const QUrl& fileURL, const QString& insta
     const QString path = fileURL.isLocalFile() ? fileURL.toLocalFile() : QString();
     const QVariant version = versionInfo.value(QStringLiteral("version"));
     if (m_ended)
-        return refuse(MarketError::make(MarketError::SignedOut));
+        return refuse(ServiceError::make(ServiceError::SignedOut));
     if (path.isEmpty() || !QFileInfo(path).isFile())
         return refuse(MarketError::make(MarketError::InvalidDescription, {},
                                         QStringLiteral("the package \"%1\" can't be found.").arg(fileURL.fileName())));

@@ -19,8 +19,6 @@ QString describe(MarketError::Code code, const QString& name, const QString& det
         return QStringLiteral("The installer's description can't be used: %1").arg(detail);
     case MarketError::PublishFailed:
         return QStringLiteral("%1 could not be published: %2").arg(name, detail);
-    case MarketError::SignedOut:
-        return QStringLiteral("You are signed out. Please sign in again.");
     }
     return detail;
 }

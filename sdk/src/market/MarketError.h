@@ -15,7 +15,6 @@ public:
         InstallFailed = 64,
         InvalidDescription = 65,
         PublishFailed = 66,
-        SignedOut = 67,
     };
 
     static vlr::Error make(Code code, const QString& name = QString(), const QString& detail = QString());

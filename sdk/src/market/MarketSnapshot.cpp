@@ -13,7 +13,7 @@ std::optional<MarketSnapshot> MarketSnapshot::read(Database& database, const QSt
     SqlStatement purchases(database.handle(),
                            "SELECT pu.id, pu.product_id, pu.renews_at, pu.canceled, pu.payment_type, "
                            "pu.cc_expires_on, pu.manage_url, pr.name FROM purchases pu JOIN products pr "
-                           "ON pr.id = pu.product_id WHERE pu.user_id = ?1 ORDER BY pu.created_at, pu.id");
+                           "ON pr.id = pu.product_id WHERE pu.user_id = ?1 ORDER BY pu.created_at, pu.rowid");
     purchases.bind(1, userId);
     while (purchases.next()) {
         Purchase purchase{purchases.text(0), purchases.text(1),    purchases.integer(2), purchases.integer(3) != 0,

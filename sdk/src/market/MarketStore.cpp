@@ -203,7 +203,7 @@ QString MarketStore::grantPurchase(const Purchase& purchase)
                         "ON CONFLICT(user_id, product_id) DO UPDATE SET renews_at = ?4, canceled = ?5, "
                         "payment_type = ?6, cc_expires_on = ?7, manage_url = ?8");
     upsert.bind(1, id).bind(2, purchase.userId).bind(3, purchase.productId).bind(4, purchase.renewsAt);
-    upsert.bind(5, purchase.canceled).bind(6, purchase.paymentType);
+    upsert.bind(5, purchase.canceled).bind(6, orEmpty(purchase.paymentType));
     purchase.ccExpiresOn ? upsert.bind(7, purchase.ccExpiresOn) : upsert.bindNull(7);
     purchase.manageUrl.isEmpty() ? upsert.bindNull(8) : upsert.bind(8, purchase.manageUrl);
     upsert.bind(9, Clock::nowMs());
