@@ -51,7 +51,7 @@ static void BM_InstallArchiveAgainstTar(benchmark::State& state)
     for (int i = 0; i < fileCount; ++i)
         entries.append({QStringLiteral("data/file-%1").arg(i), content(i)});
     QString failure;
-    if (!PackageBuilder::writeTarGz(archive, entries, &failure)) {
+    if (!PackageBuilder::write(archive, entries, &failure)) {
         state.SkipWithError(qPrintable(failure));
         return;
     }

@@ -103,8 +103,8 @@ bool DemoMarket::seed(Database& database, const QString& userId, QString* failur
             const QString version = demo.versions.at(i);
             const QString fileName = QStringLiteral("%1-%2.tar.gz").arg(demo.command, version);
             const QString path = folder.path() + QLatin1Char('/') + fileName;
-            if (!PackageBuilder::writeTarGz(path, PackageBuilder::demoApplication(demo.command, demo.name, version),
-                                            failure))
+            if (!PackageBuilder::write(path, PackageBuilder::demoApplication(demo.command, demo.name, version),
+                                       failure))
                 return false;
             const QString revision = market.publishRevision(id, path, version, fileName, failure);
             if (revision.isNull())

@@ -16,6 +16,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QProcess>
 
 #include <csignal>
@@ -31,7 +32,7 @@ protected:
     {
         const QString path = home() + QLatin1Char('/') + fileName;
         QString failure;
-        EXPECT_TRUE(PackageBuilder::writeTarGz(path, entries, &failure)) << qPrintable(failure);
+        EXPECT_TRUE(PackageBuilder::write(path, entries, &failure)) << qPrintable(failure);
         return path;
     }
     QString app(const QString& version)
@@ -388,4 +389,93 @@ TEST_F(Marketplace, FailedAndCancelledInstallsChangeNothingAndCanBeTriedAgain)
     EXPECT_FALSE(run(0, false));
     EXPECT_EQ(session->installers().at(0)->installedVersionString(), QStringLiteral("1"));
     EXPECT_EQ(applicationsFolder(), (QStringList{QStringLiteral(".downloads"), ids.at(0)}));
+}
+
+TEST_F(Marketplace, ZipAndXzPackagesUnpackWithTheirInnerLinks)
+{
+    const QList<PackageBuilder::Entry> entries{
+        {QStringLiteral("Tool/bin/tool"), "#!/bin/sh\n", 0755},
+        {QStringLiteral("Tool/lib/libtool.so.1"), "library"},
+        {QStringLiteral("Tool/lib/libtool.so"), {}, 0777, QStringLiteral("libtool.so.1")},
+        {QStringLiteral("Tool/share/doc/readme"), "read me"}};
+    for (const QString& name : {QStringLiteral("tool.zip"), QStringLiteral("tool.tar.xz")}) {
+        const QString id = QFileInfo(name).completeSuffix().replace(QLatin1Char('.'), QLatin1Char('-'));
+        Installation installation = install(id, package(name, entries), QStringLiteral("1"));
+        ASSERT_TRUE(installation.run()) << qPrintable(name) << qPrintable(installation.failure());
+        const QString folder = Applications::folderOf(id);
+        EXPECT_EQ(installation.launcher(), folder + QStringLiteral("/Tool/bin/tool"));
+        EXPECT_EQ(QFileInfo(folder + QStringLiteral("/Tool/lib/libtool.so")).symLinkTarget(),
+                  folder + QStringLiteral("/Tool/lib/libtool.so.1"));
+        EXPECT_EQ(readFile(folder + QStringLiteral("/Tool/share/doc/readme")), "read me");
+        EXPECT_EQ(modeOf(folder + QStringLiteral("/Tool/share/doc/readme")), 0600u);
+        EXPECT_EQ(modeOf(folder + QStringLiteral("/Tool/share")), 0700u);
+    }
+}
+
+TEST_F(Marketplace, PublishingRefusesWhatItCantUseAndSigningOutStopsAnInstall)
+{
+    const QString ann = addUser(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    MarketStore market(database());
+    const QString product = market.addProduct(QStringLiteral("Suite"), {}, {});
+    market.grantPurchase({ann, product, QDateTime::currentMSecsSinceEpoch() + 86400000, false, {}, 0, {}});
+    QString failure;
+    MarketStore::InstallerFields fields;
+    fields.name = QStringLiteral("Big");
+    fields.productIds = {product};
+    const QString bigId = market.addInstaller(fields, &failure);
+    auto big = PackageBuilder::demoApplication(QStringLiteral("big"), QStringLiteral("Big"), QStringLiteral("1"));
+    big.append({QStringLiteral("data"), randomBytes(24 * 1024 * 1024)});
+    market.publishRevision(bigId, package(QStringLiteral("big.tar.gz"), big), QStringLiteral("1"), "big.tar.gz",
+                           &failure);
+    const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_TRUE(session);
+
+    auto queued = [&](const QUrl& file, const QString& installerId, const QVariantMap& info) {
+        vlr::OptionalError error;
+        session->uploadAndPublishNewInstaller(file, installerId, info, &error);
+        return error ? error->localizedDescription : QString();
+    };
+    const QUrl tool = QUrl::fromLocalFile(app(QStringLiteral("1.0")));
+    EXPECT_EQ(queued(QUrl::fromLocalFile(home() + QStringLiteral("/gone.tar.gz")), bigId, {}),
+              QStringLiteral("The installer's description can't be used: the package \"gone.tar.gz\" can't be "
+                             "found."));
+    EXPECT_EQ(queued(tool, bigId, {{QStringLiteral("version"), 2}}),
+              QStringLiteral("The installer's description can't be used: \"version\" must be a text."));
+    vlr::OptionalError answer;
+    VLRInstallerPtr answered;
+    auto created = [&](const QString& name, const QList<QUrl>& files) {
+        bool done = false;
+        session->createNewInstallerWithName(name, {}, {}, {}, {}, files, true, QStringLiteral("Suite"), {},
+                                            [&](const VLRInstallerPtr& installer, const vlr::OptionalError& error) {
+                                                answered = installer;
+                                                answer = error;
+                                                done = true;
+                                            });
+        return waitUntil([&] { return done; });
+    };
+    ASSERT_TRUE(created(QStringLiteral("Big"), {}));
+    EXPECT_EQ(answer->localizedDescription,
+              QStringLiteral("Big could not be published: an installer is called Big "
+                             "already"));
+    ASSERT_TRUE(created(QStringLiteral("Lost"), {QUrl::fromLocalFile(home() + QStringLiteral("/lost.png"))}));
+    EXPECT_TRUE(answer && answer->localizedDescription.contains(QStringLiteral("lost.png")));
+    EXPECT_TRUE(market.installerId(QStringLiteral("Lost")).isNull());
+    // A picture among the files becomes the installer's icon.
+    QImage picture(16, 16, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    ASSERT_TRUE(picture.save(home() + QStringLiteral("/icon.png")));
+    ASSERT_TRUE(created(QStringLiteral("Pictured"), {QUrl::fromLocalFile(home() + QStringLiteral("/icon.png"))}));
+    ASSERT_FALSE(answer);
+    EXPECT_EQ(answered->image().pixelColor(0, 0), QColor(Qt::red));
+
+    // Signing out in the middle of an install stops it and leaves nothing.
+    const VLRInstallerPtr first = session->installers().first();
+    ASSERT_EQ(first->identifier(), bigId);
+    const VLRInstallerOperationPtr operation = first->downloadAndInstallLatestRevision();
+    session->logoutWithCompletionHandler({});
+    ASSERT_TRUE(waitUntil([&] { return operation->error().has_value(); }));
+    EXPECT_TRUE(operation->error()->isCancellation());
+    EXPECT_TRUE(first->installedVersionString().isNull());
+    EXPECT_FALSE(QFileInfo::exists(Applications::folderOf(bigId)));
+    EXPECT_EQ(queued(tool, bigId, {}), QStringLiteral("You are signed out. Please sign in again."));
 }

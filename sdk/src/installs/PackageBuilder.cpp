@@ -5,11 +5,16 @@
 #include <archive.h>
 #include <archive_entry.h>
 
-bool PackageBuilder::writeTarGz(const QString& path, const QList<Entry>& entries, QString* failure)
+bool PackageBuilder::write(const QString& path, const QList<Entry>& entries, QString* failure)
 {
     archive* writer = archive_write_new();
-    archive_write_add_filter_gzip(writer);
-    archive_write_set_format_pax_restricted(writer);
+    if (path.endsWith(QLatin1String(".zip"))) {
+        archive_write_set_format_zip(writer);
+    } else {
+        path.endsWith(QLatin1String(".tar.xz")) ? archive_write_add_filter_xz(writer)
+                                                : archive_write_add_filter_gzip(writer);
+        archive_write_set_format_pax_restricted(writer);
+    }
     bool written = archive_write_open_filename(writer, QFile::encodeName(path).constData()) == ARCHIVE_OK;
     for (const Entry& entry : entries) {
         if (!written)

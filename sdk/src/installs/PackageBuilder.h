@@ -4,8 +4,9 @@
 #include <QList>
 #include <QString>
 
-// Writes a gzip-compressed tar archive from entries in memory: the packages
-// of the demo catalogue, and of tests that need odd ones.
+// Writes an archive from entries in memory: the packages of the demo
+// catalogue, and of tests that need odd ones. The name's ending chooses the
+// kind: ".zip", ".tar.xz", else a gzip-compressed tar.
 class PackageBuilder
 {
 public:
@@ -20,7 +21,7 @@ public:
         bool folder = false;
     };
 
-    static bool writeTarGz(const QString& path, const QList<Entry>& entries, QString* failure);
+    static bool write(const QString& path, const QList<Entry>& entries, QString* failure);
     // An application as a demo package holds it: a launcher script named
     // after it and a read-me that the script opens.
     static QList<Entry> demoApplication(const QString& command, const QString& title, const QString& version);
