@@ -5,8 +5,10 @@
 #include "sdk/accounts/Totp.h"
 #include "sdk/base/Clock.h"
 #include "sdk/base/Database.h"
+#include "sdk/base/DatabaseLocation.h"
 #include "sdk/base/SqlStatement.h"
 #include "sdk/transfers/DownloadLink.h"
+#include "sdk/transfers/TransferLeftovers.h"
 #include "sdk/transfers/UploadRun.h"
 
 #include <QDir>
@@ -66,13 +68,31 @@ int AdminTool::fail(const QString& reason)
     return 1;
 }
 
-bool AdminTool::open()
+bool AdminTool::open(bool folderGiven)
 {
+    // A folder given by hand that isn't there is more likely a typing
+    // mistake than a wish for a new, empty service.
+    if (folderGiven && !QFileInfo(m_folder).isDir()) {
+        fail(QStringLiteral("the database folder %1 doesn't exist").arg(m_folder));
+        return false;
+    }
+    const bool existed = QFileInfo::exists(m_folder + QLatin1Char('/') + DatabaseLocation::databaseFileName());
     QString failure;
     m_database = Database::open(m_folder, &failure);
-    if (!m_database)
+    // A disk filled by what killed uploads left may have room again once
+    // that is gone.
+    if (!m_database && TransferLeftovers::sweepAll(m_folder) > 0)
+        m_database = Database::open(m_folder, &failure);
+    if (!m_database) {
         fail(QStringLiteral("can't open the database in %1: %2").arg(m_folder, failure));
-    return m_database != nullptr;
+        return false;
+    }
+    if (!m_database->notice().isEmpty())
+        m_err << "veluria-admin: " << m_database->notice() << "\n";
+    else if (!existed)
+        m_err << "veluria-admin: a new database was made in " << m_folder << "\n";
+    TransferLeftovers::sweep(*m_database);
+    return true;
 }
 
 QString AdminTool::option(QStringList& arguments, const QString& name)
@@ -119,14 +139,15 @@ std::optional<WorkspaceStore::Workspace> AdminTool::workspace(const QString& idO
 int AdminTool::run(QStringList arguments)
 {
     m_folder = option(arguments, QStringLiteral("--database"));
-    if (m_folder.isEmpty())
+    const bool folderGiven = !m_folder.isEmpty();
+    if (!folderGiven)
         m_folder = defaultDatabaseFolder();
     if (arguments.isEmpty())
         return usage(2);
     const QString command = arguments.takeFirst();
     if (command == QLatin1String("--help") || command == QLatin1String("help"))
         return usage(0);
-    if (!open())
+    if (!open(folderGiven))
         return 1;
     if (command == QLatin1String("add-user"))
         return addUser(arguments);
@@ -295,6 +316,9 @@ int AdminTool::link(QStringList arguments)
     const QString number = option(arguments, QStringLiteral("--revision"));
     if (arguments.size() != 2)
         return usage(2);
+    bool isNumber = false;
+    if (!number.isEmpty() && (number.toLongLong(&isNumber) < 1 || !isNumber))
+        return fail(QStringLiteral("the revision must be a number from 1 up, not %1").arg(number));
     const auto target = workspace(arguments.at(0));
     if (!target)
         return 1;

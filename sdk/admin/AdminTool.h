@@ -25,7 +25,7 @@ public:
 
 private:
     int usage(int status);
-    bool open();
+    bool open(bool folderGiven);
     int fail(const QString& reason);
     std::optional<AccountStore::Account> account(const QString& email);
     // A workspace by identifier, or by name when only one has it.

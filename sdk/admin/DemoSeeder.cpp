@@ -7,6 +7,7 @@
 #include "sdk/base/Database.h"
 #include "sdk/base/SqlStatement.h"
 #include "sdk/transfers/TransferJob.h"
+#include "sdk/transfers/TransferLeftovers.h"
 #include "sdk/transfers/UploadRun.h"
 #include "sdk/workspaces/WorkspaceStore.h"
 
@@ -32,6 +33,7 @@ QString DemoSeeder::publishFile(Database& database, const QString& workspaceId, 
             job, database.folder(), database, [] { return false; }, [](qint64) {}, [](qint64) {})
             .run();
     if (result.outcome != TransferResult::Outcome::Completed) {
+        TransferLeftovers::discard(job, database.folder());
         if (failure)
             *failure = result.error ? result.error->localizedDescription : QStringLiteral("the upload stopped");
         return {};

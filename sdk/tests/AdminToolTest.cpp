@@ -14,23 +14,27 @@
 #include "service/VLRWorkspace.h"
 #include "service/VLRWorkspaceUser.h"
 
+#include <QDir>
 #include <QImage>
 #include <QRegularExpression>
+
+#include <sys/stat.h>
 
 namespace {
 
 class Admin : public ServiceFixture
 {
 protected:
-    // Runs one command on the test's database; its output and status.
-    int admin(const QStringList& arguments)
+    // Runs one command on the test's database, or the one in the folder; its
+    // output and status.
+    int admin(const QStringList& arguments, const QString& folder = {})
     {
         out.clear();
         err.clear();
         QTextStream outStream(&out);
         QTextStream errStream(&err);
         return AdminTool(outStream, errStream)
-            .run(QStringList{QStringLiteral("--database"), databaseFolder()} + arguments);
+            .run(QStringList{QStringLiteral("--database"), folder.isNull() ? databaseFolder() : folder} + arguments);
     }
 
     QString out;
@@ -166,6 +170,53 @@ TEST_F(Admin, WorkspacesMembersPublicationsAndLinks)
     ASSERT_EQ(admin({QStringLiteral("workspaces"), QStringLiteral("ann@example.com")}), 0);
     EXPECT_TRUE(out.contains(id + QStringLiteral("  ")));
     EXPECT_TRUE(out.endsWith(QStringLiteral("  Posters\n")));
+}
+
+// Mistakes and damage are told, and nothing the user had is lost.
+TEST_F(Admin, BadInputAndDamagedDatabasesAreToldAndKept)
+{
+    const QString missing = home() + QStringLiteral("/no/such/folder");
+    EXPECT_EQ(admin({QStringLiteral("workspaces"), QStringLiteral("ann@example.com")}, missing), 1);
+    EXPECT_EQ(err, QStringLiteral("veluria-admin: the database folder %1 doesn't exist\n").arg(missing));
+    EXPECT_FALSE(QFileInfo::exists(missing));
+    const QString blocked = writeFile(home() + QStringLiteral("/file"), "x") + QStringLiteral("/data");
+    QDir().mkpath(home() + QStringLiteral("/made"));
+    EXPECT_EQ(admin({QStringLiteral("workspaces"), QStringLiteral("x@y.z")}, home() + QStringLiteral("/made")), 1);
+    EXPECT_TRUE(err.startsWith(QStringLiteral("veluria-admin: a new database was made in "))) << err.toStdString();
+
+    addUser(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    addWorkspace(QStringLiteral("Posters"),
+                 AccountStore(database()).findByEmail(QStringLiteral("ann@example.com"))->id);
+    EXPECT_EQ(admin({QStringLiteral("link"), QStringLiteral("Posters"), QStringLiteral("poster.txt"),
+                     QStringLiteral("--revision"), QStringLiteral("abc")}),
+              1);
+    EXPECT_EQ(err, QStringLiteral("veluria-admin: the revision must be a number from 1 up, not abc\n"));
+    const QString pipe = home() + QStringLiteral("/pipe");
+    ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    EXPECT_EQ(admin({QStringLiteral("publish"), QStringLiteral("Posters"), QStringLiteral("ann@example.com"), pipe}),
+              1);
+    EXPECT_EQ(err, QStringLiteral("veluria-admin: Unable to read \"pipe\": not a regular file or folder\n"));
+    EXPECT_TRUE(QDir(databaseFolder() + QStringLiteral("/Store/tmp")).isEmpty());
+
+    // A damaged file is kept as it was, beside a new database.
+    const QString damaged = home() + QStringLiteral("/damaged");
+    QDir().mkpath(damaged);
+    const QByteArray garbage = randomBytes(8192);
+    writeFile(damaged + QStringLiteral("/Veluria.sqlite"), garbage);
+    EXPECT_EQ(admin({QStringLiteral("workspaces"), QStringLiteral("x@y.z")}, damaged), 1);
+    EXPECT_TRUE(err.contains(QStringLiteral("was damaged; it is kept as %1/Veluria.sqlite.damaged").arg(damaged)))
+        << err.toStdString();
+    EXPECT_EQ(readFile(damaged + QStringLiteral("/Veluria.sqlite.damaged")), garbage);
+    writeFile(damaged + QStringLiteral("/Veluria.sqlite"), garbage);
+    EXPECT_EQ(admin({QStringLiteral("workspaces"), QStringLiteral("x@y.z")}, damaged), 1);
+    EXPECT_EQ(readFile(damaged + QStringLiteral("/Veluria.sqlite.damaged-2")), garbage);
+    writeFile(damaged + QStringLiteral("/Veluria.sqlite"), {});
+    QFile::remove(damaged + QStringLiteral("/Veluria.sqlite-wal"));
+    EXPECT_EQ(admin({QStringLiteral("workspaces"), QStringLiteral("x@y.z")}, damaged), 1);
+    EXPECT_TRUE(err.contains(QStringLiteral("Veluria.sqlite was empty"))) << err.toStdString();
+    QString failure;
+    EXPECT_EQ(Database::open(blocked, &failure), nullptr);
+    EXPECT_EQ(failure, QStringLiteral("the folder %1 can't be used: Not a directory").arg(blocked));
 }
 
 } // namespace

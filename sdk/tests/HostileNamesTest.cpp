@@ -25,9 +25,28 @@ TEST(SafeNames, NamesFromOthersBecomeOneHarmlessComponent)
     // A right-to-left override hides a file's real extension.
     EXPECT_EQ(SafeName::component(QStringLiteral("invoice\u202Efdp.exe")), QStringLiteral("invoice_fdp.exe"));
     EXPECT_EQ(SafeName::component(QStringLiteral("  spaced  ")), QStringLiteral("spaced"));
-    EXPECT_LE(SafeName::component(QString(300, QChar(u'é'))).toUtf8().size(), 255);
     EXPECT_EQ(SafeName::numbered(QStringLiteral("plan.v2.txt"), 3), QStringLiteral("plan.v2 (3).txt"));
     EXPECT_EQ(SafeName::numbered(QStringLiteral(".profile"), 2), QStringLiteral(".profile (2)"));
+}
+
+// A long name is cut, between characters and before its extension, so far
+// that its partial and its numbered forms still fit in 255 bytes.
+TEST(SafeNames, LongNamesAreCutSoThatEveryDerivedNameFits)
+{
+    const QString waves = QString(60, QChar(u'~')) + QString::fromUtf8("\xF0\x9F\x91\x8B\xF0\x9F\x8F\xBD").repeated(24);
+    for (const QString& name : {waves + QStringLiteral(".pdf"), QString(250, QChar(u'a')),
+                                QString(130, QChar(u'\u00e9')) + QStringLiteral(".txt")}) {
+        ASSERT_GT(name.toUtf8().size(), 241);
+        const QString safe = SafeName::component(name);
+        EXPECT_EQ(QFileInfo(safe).suffix(), QFileInfo(name).suffix());
+        for (const QString& derived : {safe, SafeName::numbered(safe, 2), SafeName::numbered(safe, 123456)}) {
+            EXPECT_FALSE(derived.contains(QChar::ReplacementCharacter));
+            EXPECT_LE(SafeName::hiddenPartial(derived).toUtf8().size(), 255) << derived.toStdString();
+        }
+    }
+    // An emoji with its skin tone stays whole or goes whole.
+    const QString cut = SafeName::component(waves + QStringLiteral(".pdf")).chopped(4);
+    EXPECT_TRUE(cut.endsWith(QString::fromUtf8("\xF0\x9F\x91\x8B\xF0\x9F\x8F\xBD"))) << cut.toStdString();
 }
 
 TEST(SafeNames, PathsStayUnderTheirRootThroughLinks)
@@ -108,7 +127,6 @@ TEST_F(HostileNames, DownloadsOfHostileNamesStayInTheirFolder)
         EXPECT_FALSE(transfer->error().has_value()) << transfer->error()->localizedDescription.toStdString();
     }
 
-    const QString folder = home() + QStringLiteral("/Veluria/.._.._Outside_");
     QStringList written;
     QDirIterator files(home(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
     while (files.hasNext()) {
@@ -117,14 +135,62 @@ TEST_F(HostileNames, DownloadsOfHostileNamesStayInTheirFolder)
             written.append(path);
     }
     written.sort();
-    EXPECT_EQ(written,
-              (QStringList{QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/Untitled/Untitled/escaped.txt"),
-                           QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/fine.txt"),
-                           QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/ok/_bell.txt"),
-                           QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/sub/Untitled/Untitled/up.txt"),
-                           QStringLiteral("Veluria/.._.._Outside_/.._.._.._evil/tmp/absolute.txt"),
-                           QStringLiteral("Veluria/.._.._Outside_/_etc_cron.d_job")}));
-    EXPECT_TRUE(QFileInfo(folder).isDir());
+    const QString in = QStringLiteral("Veluria/.._.._Outside_ (%1)/").arg(workspace.left(8));
+    EXPECT_EQ(
+        written,
+        (QStringList{in + QStringLiteral(".._.._.._evil/Untitled/Untitled/escaped.txt"),
+                     in + QStringLiteral(".._.._.._evil/fine.txt"), in + QStringLiteral(".._.._.._evil/ok/_bell.txt"),
+                     in + QStringLiteral(".._.._.._evil/sub/Untitled/Untitled/up.txt"),
+                     in + QStringLiteral(".._.._.._evil/tmp/absolute.txt"), in + QStringLiteral("_etc_cron.d_job")}));
+    EXPECT_TRUE(QFileInfo(home() + QLatin1Char('/') + in).isDir());
+}
+
+// Workspaces whose names can't be folders each get a folder of their own,
+// and files whose names fill the file system's limit come down, also when
+// the two of them are one name once cut.
+TEST_F(HostileNames, OddNamesStillDownloadEachIntoItsOwnPlace)
+{
+    const QString ann = addUser(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    const ContentStore store(databaseFolder());
+    WorkspaceStore workspaces(database());
+    const QString stem = QString(120, QChar(u'\u00e9'));
+    QStringList links;
+    QString first;
+    for (const QString& name : {QStringLiteral("."), QStringLiteral(".."), QStringLiteral("Untitled")}) {
+        const QString workspace = addWorkspace(name, ann);
+        first = first.isNull() ? workspace : first;
+        const QByteArray content = store.put(name.toUtf8(), nullptr);
+        links.append(DownloadLink::make(workspace,
+                                        workspaces.addRevision(workspace, ann, stem + QStringLiteral("a.pdf"),
+                                                               QString::fromLatin1(content), false,
+                                                               name.toUtf8().size(), QString())));
+    }
+    const QByteArray other = store.put("other", nullptr);
+    links.append(DownloadLink::make(first,
+                                    workspaces.addRevision(first, ann, stem + QStringLiteral("b.pdf"),
+                                                           QString::fromLatin1(other), false, 5, QString())));
+
+    const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(session, nullptr);
+    QStringList folders;
+    QStringList contents;
+    QString last;
+    for (const QString& link : links) {
+        VLRTransferReportingPtr transfer;
+        session->downloadUrl(link, [&](const VLRTransferReportingPtr& t, const vlr::OptionalError&) { transfer = t; });
+        ASSERT_TRUE(waitUntil([&] { return transfer && transfer->isFinished(); }));
+        ASSERT_FALSE(transfer->error().has_value()) << transfer->error()->localizedDescription.toStdString();
+        const QString path = transfer->fileURL().toLocalFile();
+        folders.append(QFileInfo(path).dir().dirName());
+        contents.append(QString::fromUtf8(readFile(path)));
+        last = QFileInfo(path).fileName();
+    }
+    EXPECT_EQ(
+        contents,
+        (QStringList{QStringLiteral("."), QStringLiteral(".."), QStringLiteral("Untitled"), QStringLiteral("other")}));
+    EXPECT_EQ(QSet<QString>(folders.begin(), folders.end()).size(), 3) << folders.join(u'|').toStdString();
+    EXPECT_EQ(folders.last(), folders.first());
+    EXPECT_TRUE(last.endsWith(QStringLiteral(" (2).pdf"))) << last.toStdString();
 }
 
 } // namespace

@@ -1,7 +1,12 @@
 #include "ServiceFixture.h"
 
+#include "sdk/base/PrivateFiles.h"
+#include "sdk/base/ServiceError.h"
+#include "sdk/store/Sha256.h"
 #include "sdk/transfers/DownloadLink.h"
+#include "sdk/transfers/DownloadRun.h"
 #include "sdk/transfers/LocalTransfer.h"
+#include "sdk/transfers/TransferStore.h"
 
 #include "service/VLRTransferQueue.h"
 #include "service/VLRTransferReporting.h"
@@ -12,6 +17,8 @@
 #include <QDirIterator>
 #include <QElapsedTimer>
 #include <QFileInfo>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -82,6 +89,8 @@ protected:
 
 TEST_F(Transfers, UploadAndDownloadRoundTripByteForByteOnTheGuiThread)
 {
+    // What the library writes is private whatever the umask allows.
+    const std::shared_ptr<void> openUmask(nullptr, [previous = ::umask(0)](void*) { ::umask(previous); });
     const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
     ASSERT_NE(session, nullptr);
     ChangeRecorder recorder;
@@ -170,6 +179,14 @@ TEST_F(Transfers, UploadAndDownloadRoundTripByteForByteOnTheGuiThread)
         EXPECT_EQ(readFile(home() + QStringLiteral("/Veluria/Shared/Site/") + it.key()), it.value())
             << it.key().toStdString();
     EXPECT_FALSE(QFileInfo::exists(home() + QStringLiteral("/Veluria/Shared/.Site.veluria-part")));
+    for (const QString& root : {home() + QStringLiteral("/Veluria"), databaseFolder()}) {
+        QDirIterator written(root, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                             QDirIterator::Subdirectories);
+        while (written.hasNext()) {
+            const QFileInfo entry(written.next());
+            EXPECT_EQ(modeOf(entry.filePath()), entry.isDir() ? 0700u : 0600u) << entry.filePath().toStdString();
+        }
+    }
 
     EXPECT_TRUE(recorder.allOnGuiThread());
 }
@@ -256,7 +273,7 @@ TEST_F(Transfers, CompletedListSurvivesANewSessionUntilCleared)
     ASSERT_TRUE(waitUntil([&] { return session->completedTransfers().size() == 3; }));
     EXPECT_EQ(session->completedTransfers().at(2)->identifier(), waiting->identifier());
 
-    // A failed upload's partial copy waits for a retry until the list is cleared.
+    // A failed upload's partial copy, however it got there, goes with the list.
     const QString partial =
         databaseFolder() + QStringLiteral("/Store/tmp/") + cancelled->identifier() + QStringLiteral("-0.part");
     writeFile(partial, "x");
@@ -269,6 +286,69 @@ TEST_F(Transfers, CompletedListSurvivesANewSessionUntilCleared)
     session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
     ASSERT_NE(session, nullptr);
     EXPECT_TRUE(session->completedTransfers().isEmpty());
+}
+
+// What a killed or failed transfer left is gone after the failure or at the
+// next start; only what a queued upload resumes from, or what someone is
+// still writing, stays.
+TEST_F(Transfers, LeftoversOfKilledAndFailedTransfersDoNotStay)
+{
+    const QString tmp = databaseFolder() + QStringLiteral("/Store/tmp/");
+    auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(session, nullptr);
+    // The store can't take this content: its folder's name is taken by a file.
+    const QByteArray blocked = "blocked";
+    QDir().mkpath(tmp);
+    writeFile(databaseFolder() + QStringLiteral("/Store/") + QString::fromLatin1(Sha256::of(blocked).left(2)), "");
+    const VLRTransferReportingPtr failed = upload(session, writeFile(source + QStringLiteral("/b.txt"), blocked));
+    ASSERT_TRUE(waitUntil([&] { return finished(failed); }));
+    ASSERT_TRUE(failed->error().has_value());
+    EXPECT_TRUE(waitUntil([&] { return QDir(tmp).isEmpty(); })) << QDir(tmp).entryList().join(u' ').toStdString();
+    // A download copied whole fails at its end: the earlier download can't
+    // go to the cache, whose folder's name is taken by a file.
+    const VLRTransferReportingPtr done = upload(session, writeFile(source + QStringLiteral("/d.txt"), "d"));
+    ASSERT_TRUE(waitUntil([&] { return finished(done); }));
+    const VLRTransferReportingPtr first = download(session, linkOf(done)).transfer;
+    ASSERT_TRUE(waitUntil([&] { return finished(first); }));
+    writeFile(databaseFolder() + QStringLiteral("/DownloadCache"), "");
+    const VLRTransferReportingPtr again = download(session, linkOf(done)).transfer;
+    ASSERT_TRUE(waitUntil([&] { return finished(again); }));
+    ASSERT_TRUE(again->error().has_value());
+    EXPECT_TRUE(waitUntil([&] {
+        return QDir(home() + QStringLiteral("/Veluria/Shared")).entryList(QDir::Hidden | QDir::Files).size() == 1;
+    }));
+    session->logoutWithCompletionHandler(nullptr);
+    session.reset();
+    library().init().shutdown();
+
+    TransferJob queued;
+    queued.id = QStringLiteral("queued");
+    queued.userId = ann;
+    queued.paused = true;
+    queued.workspaceId = shared;
+    queued.filePath = writeFile(source + QStringLiteral("/q.txt"), "queued");
+    TransferJob download;
+    download.id = QStringLiteral("download");
+    download.userId = ann;
+    download.type = TransferJob::Download;
+    download.finished = true;
+    download.filePath = home() + QStringLiteral("/Veluria/Shared/big.bin");
+    download.error = ServiceError::make(ServiceError::FileUnwritable);
+    ASSERT_TRUE(TransferStore(database()).save(queued) && TransferStore(database()).save(download));
+    QDir().mkpath(home() + QStringLiteral("/Veluria/Shared"));
+    const QString downloadPartial = writeFile(DownloadRun::partialPathFor(download.filePath), randomBytes(4096));
+    for (const QString& name : {QStringLiteral("killed-0.part"), QStringLiteral("queued-0.part"),
+                                QStringLiteral("written-0.part"), QString::fromLatin1(Sha256::of("x")) + ".part"})
+        writeFile(tmp + name, "partial");
+    QFile written(tmp + QStringLiteral("written-0.part"));
+    ASSERT_TRUE(written.open(QIODevice::ReadOnly));
+    PrivateFiles::markInUse(written.handle());
+
+    session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(session, nullptr);
+    EXPECT_EQ(QDir(tmp).entryList(QDir::Files),
+              (QStringList{QStringLiteral("queued-0.part"), QStringLiteral("written-0.part")}));
+    EXPECT_FALSE(QFileInfo::exists(downloadPartial));
 }
 
 TEST_F(Transfers, DownloadRequestsThatCantBeServedSaySo)

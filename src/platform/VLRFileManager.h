@@ -19,4 +19,8 @@ public:
     static bool isFilePackageAtPath(const QString& path);
 
     static QString homeDirectory();
+
+    // The last part of a path, as the user would name it: a folder's path
+    // that ends in a slash still gives the folder's name, and "/" gives "/".
+    static QString lastPathComponent(const QString& path);
 };

@@ -19,7 +19,6 @@
 #include "session/MainViewController+Observations.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <QThread>
 
 using namespace MainViewControllerObservations;
@@ -34,7 +33,7 @@ bool onMainThread()
 
 QString lastPathComponent(const QUrl& url)
 {
-    return QFileInfo(url.path()).fileName();
+    return VLRFileManager::lastPathComponent(url.path());
 }
 
 } // namespace

@@ -13,10 +13,10 @@
 #include "service/VLRUserSession.h"
 #include "service/VLRWorkspace.h"
 #include "session/WorkspaceLocationDelegate.h"
+#include "session/WorkspaceLocationOpenPanel.h"
 
 #include <QDir>
 #include <QFileDialog>
-#include <QFileInfo>
 
 void MainViewController::downloadUrl(const QString& url)
 {
@@ -59,32 +59,23 @@ void MainViewController::getFolderURLFromUser(const QString& title, const QUrl&,
         m_parts.popover->performClose();
 
     m_workspaceLocationDelegate = std::make_unique<WorkspaceLocationDelegate>(validationHandler, completionHandler);
-    // Non-native, so that a script can close it from outside. The base URL is
-    // not used: the panel opens where the platform likes.
-    auto* panel = new QFileDialog(nullptr, title);
-    panel->setAttribute(Qt::WA_DeleteOnClose);
-    panel->setOption(QFileDialog::DontUseNativeDialog);
-    panel->setOption(QFileDialog::ShowDirsOnly);
-    panel->setFileMode(QFileDialog::Directory);
-    panel->setAcceptMode(QFileDialog::AcceptOpen);
+    // The base URL is not used: the panel opens where the platform likes.
+    auto* panel = new WorkspaceLocationOpenPanel(title, m_workspaceLocationDelegate.get());
     m_workspaceLocationOpenPanel = panel;
 
     QPointer<MainViewController> self(this);
-    connect(panel, &QFileDialog::finished, this, [self, panel](int result) {
+    connect(panel, &QFileDialog::finished, this, [self, completionHandler](int result) {
         if (!self)
             return;
-        // Whatever panel is open now gives the answer, as with a second
-        // question that replaced the first.
-        QFileDialog* current = self->m_workspaceLocationOpenPanel;
-        const QStringList chosen = current ? current->selectedFiles() : QStringList();
-        const QUrl url =
-            result == QDialog::Accepted && !chosen.isEmpty() ? QUrl::fromLocalFile(chosen.first()) : QUrl();
-        if (self->m_workspaceLocationDelegate)
-            self->m_workspaceLocationDelegate->callCompletionHandlerWithURL(url);
-        if (current == panel) {
-            self->m_workspaceLocationDelegate.reset();
-            self->m_workspaceLocationOpenPanel = nullptr;
-        }
+        // The panel open now gives the answer: after a second question
+        // replaced this one, this end reads the second panel, answers this
+        // question's handler, and leaves no question open.
+        auto* current = qobject_cast<WorkspaceLocationOpenPanel*>(self->m_workspaceLocationOpenPanel.data());
+        const QUrl url = result == QDialog::Accepted && current ? current->URL() : QUrl();
+        if (completionHandler)
+            completionHandler(url);
+        self->m_workspaceLocationDelegate.reset();
+        self->m_workspaceLocationOpenPanel = nullptr;
     });
     panel->open();
 }
@@ -108,7 +99,10 @@ bool MainViewController::setWorkspaceDownloadLocation(const QUrl& location, vlr:
     m_workspaceLocationDelegate.reset();
     QFileDialog* panel = m_workspaceLocationOpenPanel;
     m_workspaceLocationOpenPanel = nullptr;
-    // Closing reports the panel's end, which now finds no question open.
+    // Qt reports a closed dialog's end as a rejection; the question is
+    // answered already, and a second answer of none would start the
+    // download a second time.
+    disconnect(panel, &QFileDialog::finished, this, nullptr);
     panel->close();
     return true;
 }
@@ -167,12 +161,14 @@ void MainViewController::transfersViewControllerMovedDownloads(TransfersPage*, c
 void MainViewController::fileDropViewControllerUploadedFiles(FileDropPage*,
                                                              const std::optional<QStringList>& uploadedFiles,
                                                              const VLRWorkspacePtr& toWorkspace,
-                                                             const QString& withComment, bool publish,
+                                                             const QString& withComment, bool,
                                                              const VLRErrorHandler& completionHandler)
 {
-    if (!toWorkspace || !m_userSession)
+    if (!toWorkspace)
         return;
     if (!uploadedFiles) {
+        if (!m_userSession)
+            return;
         m_userSession->publishText(withComment, toWorkspace->identifier(),
                                    [completionHandler](const QString&, const vlr::OptionalError& error) {
                                        if (completionHandler)
@@ -184,10 +180,10 @@ void MainViewController::fileDropViewControllerUploadedFiles(FileDropPage*,
         bool isDirectory = false;
         if (!VLRFileManager::fileExistsAtPath(path, &isDirectory)) {
             if (completionHandler) {
-                const QVariantMap userInfo{
-                    {vlr::NSLocalizedDescriptionKey, vlr::localized("File not found")},
-                    {vlr::NSLocalizedFailureReasonErrorKey,
-                     vlr::format(vlr::localized("Unable to locate the file: %@"), QFileInfo(path).fileName())}};
+                const QVariantMap userInfo{{vlr::NSLocalizedDescriptionKey, vlr::localized("File not found")},
+                                           {vlr::NSLocalizedFailureReasonErrorKey,
+                                            vlr::format(vlr::localized("Unable to locate the file: %@"),
+                                                        VLRFileManager::lastPathComponent(path))}};
                 completionHandler(
                     vlr::Error{vlr::VLRFrameworkErrorDomain, 23, vlr::localized("File not found"), userInfo});
             }
@@ -199,8 +195,15 @@ void MainViewController::fileDropViewControllerUploadedFiles(FileDropPage*,
         QUrl url = QUrl::fromLocalFile(path);
         if (isDirectory && !url.path().endsWith(QLatin1Char('/')))
             url.setPath(url.path() + QLatin1Char('/'));
+        // A file gone since the session went is still reported above; with
+        // no session there is nothing to send it to.
+        if (!m_userSession)
+            return;
+        // The library's publish argument gets the directory flag: the
+        // request's own publish flag is always true from the file drop, and
+        // the library publishes every revision it is given.
         vlr::OptionalError error;
-        m_userSession->uploadAndPublishNewRevision(url, toWorkspace->identifier(), publish, withComment, &error);
+        m_userSession->uploadAndPublishNewRevision(url, toWorkspace->identifier(), isDirectory, withComment, &error);
         if (error && completionHandler) {
             completionHandler(error);
             return;

@@ -31,7 +31,32 @@ MainViewController::MainViewController(MainViewControllerParts parts, Applicatio
 MainViewController::~MainViewController()
 {
     sessionDidChange(nullptr);
+    // The pages outlive this body by a little; nothing they do while they go
+    // may reach this controller.
+    setDelegateOfParts(nullptr);
+    if (m_view)
+        m_view->setDelegate(nullptr);
     delete m_view;
+}
+
+void MainViewController::setDelegateOfParts(MainViewController* delegate)
+{
+    if (m_parts.tabSelectorViewController)
+        m_parts.tabSelectorViewController->setDelegate(delegate);
+    if (m_parts.loginViewController)
+        m_parts.loginViewController->setDelegate(delegate);
+    if (m_parts.loginMfaViewController)
+        m_parts.loginMfaViewController->setDelegate(delegate);
+    if (m_parts.transfersViewController)
+        m_parts.transfersViewController->setDelegate(delegate);
+    if (m_parts.fileDropViewController)
+        m_parts.fileDropViewController->setDelegate(delegate);
+    if (m_parts.workspacesViewController)
+        m_parts.workspacesViewController->setDelegate(delegate);
+    if (m_parts.preferencesViewController)
+        m_parts.preferencesViewController->setDelegate(delegate);
+    if (m_parts.marketplaceViewController)
+        m_parts.marketplaceViewController->setDelegate(delegate);
 }
 
 void MainViewController::loadView()
@@ -55,22 +80,7 @@ void MainViewController::loadView()
         m_tabView->addWidget(holder);
     }
 
-    if (m_parts.tabSelectorViewController)
-        m_parts.tabSelectorViewController->setDelegate(this);
-    if (m_parts.loginViewController)
-        m_parts.loginViewController->setDelegate(this);
-    if (m_parts.loginMfaViewController)
-        m_parts.loginMfaViewController->setDelegate(this);
-    if (m_parts.transfersViewController)
-        m_parts.transfersViewController->setDelegate(this);
-    if (m_parts.fileDropViewController)
-        m_parts.fileDropViewController->setDelegate(this);
-    if (m_parts.workspacesViewController)
-        m_parts.workspacesViewController->setDelegate(this);
-    if (m_parts.preferencesViewController)
-        m_parts.preferencesViewController->setDelegate(this);
-    if (m_parts.marketplaceViewController)
-        m_parts.marketplaceViewController->setDelegate(this);
+    setDelegateOfParts(this);
 
     auto host = [](QWidget* child, QWidget* holder) {
         if (child)

@@ -206,10 +206,14 @@ void TabSelectorViewController::setBadgeValue(qint64 value, int forTab, bool isW
 
 void TabSelectorViewController::enableDisableTabs()
 {
-    if (!m_delegate || !m_marketplaceButton)
+    if (!m_marketplaceButton)
         return;
-    m_marketplaceButton->setEnabled(m_delegate->tabSelectorViewControllerTabSupported(this, VLRTab::Marketplace));
-    m_settingsButton->setEnabled(m_delegate->tabSelectorViewControllerTabSupported(this, VLRTab::Preferences));
+    // Without a delegate nobody supports the two tabs, and they are disabled.
+    const auto supported = [this](int tab) {
+        return m_delegate && m_delegate->tabSelectorViewControllerTabSupported(this, tab);
+    };
+    m_marketplaceButton->setEnabled(supported(VLRTab::Marketplace));
+    m_settingsButton->setEnabled(supported(VLRTab::Preferences));
 }
 
 void TabSelectorViewController::hideUnusedTabs()

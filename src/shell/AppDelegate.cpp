@@ -1,4 +1,5 @@
 #include "shell/AppDelegate.h"
+#include "shell/ShellLog.h"
 
 #include "app/AppFlavor.h"
 #include "app/VLRText.h"
@@ -50,12 +51,17 @@ AppDelegate::AppDelegate(const ClientServices& services, PartsFactory partsFacto
     , m_partsFactory(std::move(partsFactory))
 {
     m_services.library->init().initUsingCrashlytics(true);
-    VLRLogFormat(4, Tag, "Veluria %@ starting", QCoreApplication::applicationVersion());
+    qCInfo(lcShell).noquote() << "Veluria" << QCoreApplication::applicationVersion() << "starting";
 }
 
 AppDelegate::~AppDelegate()
 {
-    // The controller unbinds its session while the status item still exists.
+    // Nothing may call the controller while it goes. It unbinds its session
+    // while the status item still exists.
+    if (m_statusItemView)
+        m_statusItemView->setDelegate(nullptr);
+    if (VLRUserNotificationCenter* center = m_services.notificationCenter)
+        center->setDelegate(nullptr);
     m_mainViewController.reset();
     m_statusItem.reset();
     delete m_statusItemView;
@@ -77,7 +83,7 @@ void AppDelegate::awakeFromNib()
     m_statusItem->setView(m_statusItemView);
 
     m_mainViewController->loadView();
-    VLRLogFormat(4, Tag, "Main view loaded");
+    qCInfo(lcShell) << "Main view loaded";
 }
 
 void AppDelegate::applicationDidFinishLaunching()
@@ -106,7 +112,7 @@ void AppDelegate::applicationDidFinishLaunching()
         if (!m_skipOpeningPop && popover && !popover->isShown())
             m_mainViewController->togglePopover();
     });
-    VLRLogFormat(4, Tag, "Launch finished%@", QString::fromLatin1(m_launchedAsLoginItem ? " (login item)" : ""));
+    qCInfo(lcShell) << (m_launchedAsLoginItem ? "Launch finished (login item)" : "Launch finished");
 }
 
 int AppDelegate::applicationShouldTerminate()
@@ -122,7 +128,7 @@ int AppDelegate::applicationShouldTerminate()
 
 void AppDelegate::applicationWillTerminate()
 {
-    VLRLogFormat(4, Tag, "Stopping");
+    qCInfo(lcShell) << "Stopping";
     if (m_mainViewController)
         m_mainViewController->applicationWillTerminate();
 

@@ -12,6 +12,7 @@
 #include "shell/ClientInstance.h"
 #include "shell/ClientParts.h"
 #include "shell/LaunchArguments.h"
+#include "shell/ShellLog.h"
 #include "shell/TerminationSignalWatcher.h"
 #include "shell/Translations.h"
 #include "widgets/VLRFonts.h"
@@ -53,7 +54,7 @@ int main(int argc, char* argv[])
     delegate.setLaunchedAsLoginItem(launch.launchedAsLoginItem());
     instance.setAppDelegate(&delegate);
     if (claim == ClientInstance::NoSessionBus)
-        VLRLogFormat(4, QStringLiteral("SDKClient"), "No session bus: links opened elsewhere can't reach this client");
+        qCWarning(lcShell) << "No session bus: links opened elsewhere can't reach this client";
     QObject::connect(&delegate, &AppDelegate::terminated, &app, &QApplication::quit);
 
     TerminationSignalWatcher stopSignals;

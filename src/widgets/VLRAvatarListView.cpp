@@ -50,6 +50,9 @@ QList<VLRAvatarListView::Slot> VLRAvatarListView::avatarSlots() const
     QList<Slot> slotList;
     const qsizetype c = capacity();
     const qsizetype n = m_avatars.size();
+    // Too narrow for one picture, the ellipsis's tool tip would start at the
+    // member before the first: such a view shows nothing rather than read
+    // outside the list.
     if (c == 0)
         return slotList;
     const bool overflows = c < n;
@@ -76,8 +79,14 @@ void VLRAvatarListView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    const QList<Slot> slotList = avatarSlots();
-    for (const Slot& slot : slotList) {
+    const QList<Slot> present = avatarSlots();
+    for (qsizetype i = 0; i < present.size(); ++i) {
+        if (i < m_shownSlots.size())
+            m_shownSlots[i] = present.at(i);
+        else
+            m_shownSlots.append(present.at(i));
+    }
+    for (const Slot& slot : std::as_const(m_shownSlots)) {
         const QPixmap image = slot.avatar.image();
         if (image.isNull())
             continue;
@@ -95,8 +104,7 @@ bool VLRAvatarListView::event(QEvent* event)
     if (event->type() != QEvent::ToolTip)
         return QWidget::event(event);
     const auto* help = static_cast<QHelpEvent*>(event);
-    const QList<Slot> slotList = avatarSlots();
-    for (const Slot& slot : slotList) {
+    for (const Slot& slot : std::as_const(m_shownSlots)) {
         if (slot.frame.contains(help->pos()) && !slot.avatar.toolTip().isEmpty()) {
             // Members name themselves: their names are shown as plain text.
             QToolTip::showText(help->globalPos(), Qt::convertFromPlainText(slot.avatar.toolTip()), this,

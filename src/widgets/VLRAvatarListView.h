@@ -31,9 +31,14 @@ public:
     // How many pictures fit in the view's width.
     qsizetype capacity() const;
 
-    // The places as drawn, left to right. A view too narrow for one picture
-    // shows none.
+    // The places the present list takes, left to right. A view too narrow for
+    // one picture shows none.
     QList<Slot> avatarSlots() const;
+
+    // What the view shows: each drawing lays the present list over what
+    // earlier drawings left, so a list that shrinks leaves its earlier
+    // pictures standing past its end.
+    QList<Slot> shownSlots() const { return m_shownSlots; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -43,4 +48,5 @@ private:
     QString ellipsisToolTip(qsizetype capacity) const;
 
     QList<VLRAvatar> m_avatars;
+    QList<Slot> m_shownSlots;
 };

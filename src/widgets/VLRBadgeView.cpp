@@ -97,10 +97,11 @@ void VLRBadgeView::paintEvent(QPaintEvent*)
     painter.setPen(Qt::NoPen);
     painter.setBrush(m_color);
     painter.drawEllipse(ellipse);
-    // Centred in the bubble by the font's own height; "99+" sits a point to
-    // the right, where it looks centred.
-    const QRectF textRect = ellipse.translated(m_badgeValue >= 100 ? 1 : 0, 0);
+    // The line starts at the bubble's top moved down by 2, which puts the
+    // digits in its middle; "99+" sits a point to the right, where it looks
+    // centred.
+    const QRectF textRect = ellipse.translated(m_badgeValue >= 100 ? 1 : 0, 2);
     painter.setPen(Qt::white);
     painter.setFont(VLRFonts::muli(kBadgeFontSize));
-    painter.drawText(textRect, Qt::AlignCenter, badgeText());
+    painter.drawText(textRect, Qt::AlignTop | Qt::AlignHCenter | Qt::TextDontClip, badgeText());
 }

@@ -212,8 +212,7 @@ void VLRButton::setBadgeIsWarning(bool badgeIsWarning)
     // The badge is made anew in the frame of its new look.
     const qint64 value = m_badgeValue;
     setBadgeValue(0);
-    if (m_badgeView)
-        m_badgeView->deleteLater();
+    // The old badge stays behind, hidden, as a child of the button.
     m_badgeView = nullptr;
     m_badgeIsWarning = badgeIsWarning;
     setBadgeValue(value);
@@ -287,11 +286,13 @@ void VLRButton::leaveEvent(QEvent* event)
         setTitleTextColor(m_textColor);
 }
 
-void VLRButton::changeEvent(QEvent* event)
+void VLRButton::setEnabled(bool enabled)
 {
-    if (event->type() == QEvent::EnabledChange && isEnabled() && m_backgroundColor.isValid())
+    QAbstractButton::setEnabled(enabled);
+    // Also when it was enabled already: enabling is how a page clears the
+    // darkening a press or the pointer left behind.
+    if (enabled && m_backgroundColor.isValid())
         setLayerBackgroundColor(m_backgroundColor);
-    QAbstractButton::changeEvent(event);
 }
 
 void VLRButton::paintEvent(QPaintEvent*)

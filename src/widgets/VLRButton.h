@@ -54,6 +54,8 @@ public:
 
     QColor backgroundColor() const { return m_backgroundColor; }
     void setBackgroundColor(const QColor& color);
+    // Enabling puts the background colour back, whatever the state was.
+    void setEnabled(bool enabled);
 
     QPixmap defaultImage() const { return m_defaultImage; }
     void setDefaultImage(const QPixmap& image);
@@ -94,7 +96,6 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
-    void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:

@@ -91,6 +91,8 @@ void VLRLevelView::paintEvent(QPaintEvent* event)
         painter.setBrush(Qt::NoBrush);
         painter.drawRect(dirty);
     }
+    // An empty scale gives no number; Qt's raster engine takes coordinates
+    // as integers, where a NaN is undefined, so there is no bar to draw.
     if (!std::isfinite(fraction))
         return;
     // Only the inset's origin counts: a full bar runs past the right inset

@@ -12,7 +12,8 @@
 namespace {
 
 constexpr qreal kLabelFontSize = 12;
-// A font has no smaller size; below it the search for a fitting size ends.
+// Qt refuses a point size of 0 or less and keeps the size it had, so without
+// a floor a text that fits at no size would hold the client in this loop.
 constexpr qreal kSmallestFontSize = 1;
 
 VLRAttributedString muliString(const QString& string, qreal pointSize, Qt::Alignment alignment)

@@ -56,8 +56,9 @@ public:
     void setClickThroughViews(const QList<QWidget*>& views);
 
     // From now on the owner hears this view's QEvent::Enter, QEvent::Leave
-    // and QEvent::MouseMove, over the view's whole area whatever its size. The
-    // view does not own it; an owner that is gone hears nothing.
+    // and QEvent::MouseMove, over the view's whole area whatever its size.
+    // A QObject has one owner, its parent, so the view cannot keep the owner
+    // alive; it watches it instead, and an owner that is gone hears nothing.
     QObject* trackingAreaOwner() const { return m_trackingAreaOwner; }
     void trackMouseWithOwner(QObject* owner);
 

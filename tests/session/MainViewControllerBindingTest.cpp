@@ -4,6 +4,7 @@
 #include "fakes/FakeTransfer.h"
 #include "fakes/FakeWorkspace.h"
 #include "service/VLRPurchase.h"
+#include "widgets/VLRView.h"
 
 namespace {
 
@@ -288,6 +289,12 @@ TEST_F(MainViewControllerTest, SessionsHandedOverByTheLibraryAndTheSecondFactor)
 
 TEST_F(MainViewControllerTest, DestroyingTheControllerUnbindsItsSession)
 {
+    // While it lives, its root view is the pages' grey ground and takes drops.
+    const auto* root = qobject_cast<VLRView*>(controller->view());
+    ASSERT_TRUE(root);
+    EXPECT_EQ(root->backgroundColor(), QColor(233, 233, 233));
+    EXPECT_TRUE(root->isDropTarget());
+
     auto session = bind();
     controller.reset();
     EXPECT_EQ(observationsLeft(session), 0);

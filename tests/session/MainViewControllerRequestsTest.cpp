@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QPointer>
 
 namespace {
 
@@ -84,7 +85,31 @@ TEST_F(MainViewControllerTest, TheLibrarysFolderQuestionAndTheScriptsAnswer)
     EXPECT_TRUE(controller->workspaceLocationOpenPanel());
 
     EXPECT_TRUE(controller->setWorkspaceDownloadLocation(QUrl::fromLocalFile("/srv/assets"), &error));
-    EXPECT_EQ(answers.value(0), QUrl::fromLocalFile("/srv/assets"));
+    EXPECT_EQ(answers, QList<QUrl>{QUrl::fromLocalFile("/srv/assets")});
+    EXPECT_FALSE(controller->workspaceLocationOpenPanel());
+}
+
+TEST_F(MainViewControllerTest, TheFolderPanelAsksTheLibraryAndAReplacedQuestionEndsBoth)
+{
+    auto session = bind();
+    QList<QUrl> first, second;
+    const auto refuseEtc = [](const QUrl& url, vlr::OptionalError*) { return url.path() != "/etc"; };
+    controller->getFolderURLFromUser("One", QUrl(), refuseEtc, [&](const QUrl& url) { first.append(url); });
+    QPointer<QFileDialog> panel = controller->workspaceLocationOpenPanel();
+    EXPECT_TRUE(panel->testOption(QFileDialog::ReadOnly));
+    panel->setDirectory("/etc");
+    QMetaObject::invokeMethod(panel, "accept");
+    EXPECT_TRUE(panel->isVisible());
+    EXPECT_TRUE(first.isEmpty());
+
+    // A second question while the first panel is open: the first panel's end
+    // reads the second panel, answers the first question, and ends both.
+    controller->getFolderURLFromUser("Two", QUrl(), refuseEtc, [&](const QUrl& url) { second.append(url); });
+    controller->workspaceLocationOpenPanel()->setDirectory(QDir::tempPath());
+    panel->setDirectory(QDir::rootPath());
+    QMetaObject::invokeMethod(panel, "accept");
+    EXPECT_EQ(first, QList<QUrl>{QUrl::fromLocalFile(QDir::tempPath())});
+    EXPECT_TRUE(second.isEmpty());
     EXPECT_FALSE(controller->workspaceLocationOpenPanel());
 }
 
@@ -133,12 +158,16 @@ TEST_F(MainViewControllerTest, PublishingChecksEachFileAndStopsAtTheFirstMissing
     EXPECT_EQ(results[0]->userInfo.value("NSLocalizedFailureReason"), "Unable to locate the file: missing.png");
     EXPECT_NE(parts.tabs->selected, 4);
 
-    // A package goes as a file, a folder as a folder; then the uploads list.
+    // A package goes as a file, a folder as a folder, and the library's
+    // publish argument is that folder flag, not the request's; then the
+    // uploads list.
+    EXPECT_EQ(session->log.lastArguments("uploadAndPublishNewRevision").value(2), false);
     controller->fileDropViewControllerUploadedFiles(parts.fileDrop,
                                                     QStringList{folder.filePath("Tool.app"), folder.filePath("Plain")},
-                                                    workspace, "v3", true, record);
+                                                    workspace, "v3", false, record);
     const QList<FakeCall> calls = session->log.calls();
     EXPECT_FALSE(calls[calls.size() - 2].arguments[0].toUrl().path().endsWith('/'));
+    EXPECT_EQ(calls[calls.size() - 2].arguments.value(2), false);
     EXPECT_TRUE(calls.last().arguments[0].toUrl().path().endsWith('/'));
     EXPECT_EQ(calls.last().arguments.mid(1), (QVariantList{"w1", true, "v3"}));
     EXPECT_EQ(parts.tabs->selected, 4);
@@ -153,6 +182,13 @@ TEST_F(MainViewControllerTest, PublishingChecksEachFileAndStopsAtTheFirstMissing
     EXPECT_EQ(results.last()->localizedDescription, "no");
     controller->fileDropViewControllerUploadedFiles(parts.fileDrop, paths, nullptr, "x", true, record);
     EXPECT_EQ(results.size(), 3);
+
+    // Signed out meanwhile: a missing folder is still named, by its name.
+    controller->cancelMfa(nullptr);
+    controller->fileDropViewControllerUploadedFiles(parts.fileDrop, QStringList{folder.filePath("Gone") + "/"},
+                                                    workspace, "x", true, record);
+    ASSERT_EQ(results.size(), 4);
+    EXPECT_EQ(results[3]->userInfo.value("NSLocalizedFailureReason"), "Unable to locate the file: Gone");
 }
 
 TEST_F(MainViewControllerTest, ActivatedNotificationsLeadToTheirObject)

@@ -131,6 +131,10 @@ TEST(TabSelectorViewControllerTest, BadgesReachOnlyTheFiveTabsAndAvailabilityFol
     bar.enableDisableTabs();
     EXPECT_TRUE(bar.marketplaceButton()->isEnabled());
     EXPECT_FALSE(bar.settingsButton()->isEnabled());
+    // With nobody to ask, neither tab is supported.
+    bar.setDelegate(nullptr);
+    bar.enableDisableTabs();
+    EXPECT_FALSE(bar.marketplaceButton()->isEnabled());
 
     bar.setBadgeValue(4, 0, true);
     bar.setBadgeValue(4, 6, true);

@@ -102,6 +102,15 @@ TEST_F(SecondFactorTest, CancelEmptiesThePageAndDropsTheHoverLook)
     ASSERT_TRUE(page.cancelButton()->layer());
     ASSERT_NE(page.cancelButton()->layer()->backgroundColor.alpha(), 0);
 
+    // The delegate hears of it with the code and the verifier gone, the
+    // error line still there.
+    const QString errorShown = page.errorLabel()->text();
+    ASSERT_FALSE(errorShown.isEmpty());
+    delegate.onCancelMfa = [this, errorShown] {
+        EXPECT_EQ(page.mfaCodeField()->text(), "");
+        EXPECT_EQ(page.loginVerifier(), nullptr);
+        EXPECT_EQ(page.errorLabel()->text(), errorShown);
+    };
     page.cancelButton()->click();
     EXPECT_EQ(delegate.calls, QStringList{"cancelMfa"});
     EXPECT_EQ(page.mfaCodeField()->text(), "");

@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <functional>
+
 #include <gtest/gtest.h>
 
 // Settings in a temporary folder, a recording desktop and a fresh test double
@@ -57,7 +59,14 @@ public:
         session = s;
         calls.append(QStringLiteral("mfa.didLoginWithSession"));
     }
-    void cancelMfa(LoginMfaPage*) override { calls.append(QStringLiteral("cancelMfa")); }
+    // Runs as the delegate hears the cancel, to see the page at that moment.
+    std::function<void()> onCancelMfa;
+    void cancelMfa(LoginMfaPage*) override
+    {
+        calls.append(QStringLiteral("cancelMfa"));
+        if (onCancelMfa)
+            onCancelMfa();
+    }
 
     bool willVeluriaLaunchAtStartup() override
     {

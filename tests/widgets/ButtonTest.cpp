@@ -105,6 +105,10 @@ TEST(Button, BackgroundStylesDarkenWhilePressedOrUnderThePointerOfAnEnabledButto
     EXPECT_EQ(clicks, 1);
     button.setEnabled(true);
     EXPECT_EQ(button.layer()->backgroundColor, QColor(233, 233, 233));
+    // Enabling an enabled button puts the colour back too.
+    sendEnterOrLeave(&button, true);
+    button.setEnabled(true);
+    EXPECT_EQ(button.layer()->backgroundColor, QColor(233, 233, 233));
 }
 
 TEST(Button, TitleLivesInALabel3TallerThanItsTextAndMovesThereAtTheFirstReading)
@@ -135,7 +139,9 @@ TEST(Button, UntitledBadgeStaysInTheCornerAndIsRebuiltForItsNewLook)
     QPointer<VLRBadgeView> bubble = button.badgeView();
     button.setBadgeIsWarning(true);
     ASSERT_NE(button.badgeView(), nullptr);
-    EXPECT_TRUE(bubble.isNull() || bubble->isHidden());
+    ASSERT_FALSE(bubble.isNull());
+    EXPECT_TRUE(bubble->isHidden());
+    EXPECT_EQ(bubble->parentWidget(), &button);
     EXPECT_TRUE(button.badgeView()->isWarning());
     EXPECT_EQ(button.badgeView()->frame(), QRectF(74, 7, 16, 16));
     EXPECT_EQ(button.badgeView()->badgeValue(), 250);

@@ -120,6 +120,16 @@ TEST(AvatarListView, CapacityEllipsisAndAToolTipOfTwentyNames)
     view.setAvatars(members(22));
     EXPECT_EQ(toolTips(view).value(0), names.join('\n'));
 
+    // A drawing lays the list over what was drawn before: after three, a
+    // list of one still shows the second and third pictures.
+    view.setAvatars(members(3));
+    rendered(&view);
+    view.setAvatars(members(1));
+    const QImage stacked = rendered(&view);
+    EXPECT_EQ(view.shownSlots().size(), 3);
+    EXPECT_EQ(view.shownSlots().at(2).avatar.toolTip(), "Member 3");
+    EXPECT_EQ(stacked.pixelColor(60, 10), QColor(Qt::red));
+
     // Too narrow for one picture: nothing shows, nothing fails. Room for one
     // and more members: only the ellipsis.
     view.resize(15, 20);

@@ -36,7 +36,10 @@ TEST(StatusItemImageView, AStatePictureShowsAtTheNextTickAndATickAtRestChangesNo
 {
     StatusItem item(true);
     ASSERT_EQ(item.view.animationImages().size(), 33);
+    // Eight ticks a second, from the start, for good.
     EXPECT_TRUE(item.view.animationTicker()->isActive());
+    EXPECT_EQ(item.view.animationTicker()->interval(), 125);
+    EXPECT_FALSE(item.view.animationTicker()->isSingleShot());
     // Signed out from the start: nothing before the first tick, then the
     // greyed-out picture, once.
     EXPECT_TRUE(item.view.image().isNull());

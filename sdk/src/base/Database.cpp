@@ -7,26 +7,96 @@
 #include "sdk/base/StoreLog.h"
 
 #include <QFile>
+#include <QFileInfo>
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
 #include <sqlite3.h>
 #include <unistd.h>
 
+namespace {
+
+QString systemError(int error)
+{
+    return QString::fromLocal8Bit(std::strerror(error));
+}
+
+// Moves a damaged database file and its journal aside, to the first name
+// not taken, so that nothing of it is overwritten; that name, or null.
+QString setAside(const QString& path)
+{
+    for (int number = 1; number < 1000; ++number) {
+        const QString aside =
+            path + (number == 1 ? QStringLiteral(".damaged") : QStringLiteral(".damaged-%1").arg(number));
+        if (::renameat2(AT_FDCWD, QFile::encodeName(path).constData(), AT_FDCWD, QFile::encodeName(aside).constData(),
+                        RENAME_NOREPLACE)
+            != 0) {
+            if (errno == EEXIST)
+                continue;
+            return {};
+        }
+        ::renameat2(AT_FDCWD, QFile::encodeName(path + QStringLiteral("-wal")).constData(), AT_FDCWD,
+                    QFile::encodeName(aside + QStringLiteral("-wal")).constData(), RENAME_NOREPLACE);
+        QFile::remove(path + QStringLiteral("-shm"));
+        return aside;
+    }
+    return {};
+}
+
+} // namespace
+
 std::unique_ptr<Database> Database::open(const QString& folder, QString* failure)
 {
-    if (!PrivateFiles::makeFolder(folder)) {
+    auto fail = [failure](const QString& reason) {
         if (failure)
-            *failure = QStringLiteral("the folder %1 can't be created").arg(folder);
+            *failure = reason;
         return nullptr;
-    }
+    };
+    if (!PrivateFiles::makeFolder(folder))
+        return fail(QStringLiteral("the folder %1 can't be used: %2").arg(folder, systemError(errno)));
     const QString path = folder + QLatin1Char('/') + DatabaseLocation::databaseFileName();
     qCDebug(lcStore, "Opening the database %s", qUtf8Printable(path));
     // Made private before SQLite opens it, so that its journal files, which
     // SQLite creates with the database's permissions, are private too.
+    QString notice;
     const int fd = PrivateFiles::createFile(path, true);
-    if (fd >= 0)
+    if (fd < 0 && errno != EEXIST)
+        return fail(QStringLiteral("the database file %1 can't be opened: %2").arg(path, systemError(errno)));
+    if (fd >= 0) {
         ::close(fd);
-    else
+    } else {
         PrivateFiles::restrict(path, false);
+        if (QFileInfo(path).size() == 0 && !QFileInfo::exists(path + QStringLiteral("-wal"))) {
+            notice = QStringLiteral("the database file %1 was empty; a new database is made in it").arg(path);
+            qCWarning(lcStore, "%s", qUtf8Printable(notice));
+        }
+    }
+    bool damaged = false;
+    std::unique_ptr<Database> database = connect(folder, path, failure, &damaged);
+    if (damaged) {
+        const QString aside = setAside(path);
+        if (aside.isNull())
+            return fail(QStringLiteral("the database file %1 is damaged and can't be moved aside: %2")
+                            .arg(path, systemError(errno)));
+        notice = QStringLiteral("the database file %1 was damaged; it is kept as %2 and a new database is made")
+                     .arg(path, aside);
+        qCWarning(lcStore, "%s", qUtf8Printable(notice));
+        const int fresh = PrivateFiles::createFile(path, true);
+        if (fresh >= 0)
+            ::close(fresh);
+        database = connect(folder, path, failure, &damaged);
+    }
+    if (!database)
+        return nullptr;
+    database->m_notice = notice;
+    return database;
+}
+
+std::unique_ptr<Database> Database::connect(const QString& folder, const QString& path, QString* failure, bool* damaged)
+{
+    *damaged = false;
     sqlite3* handle = nullptr;
     const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
     if (sqlite3_open_v2(QFile::encodeName(path).constData(), &handle, flags, nullptr) != SQLITE_OK) {
@@ -39,6 +109,8 @@ std::unique_ptr<Database> Database::open(const QString& folder, QString* failure
     std::unique_ptr<Database> database(new Database(handle, folder));
     if (!database->exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA foreign_keys=ON;")
         || !DatabaseSchema::create(*database)) {
+        const int code = sqlite3_errcode(handle) & 0xff;
+        *damaged = code == SQLITE_NOTADB || code == SQLITE_CORRUPT;
         if (failure)
             *failure = database->errorMessage();
         return nullptr;

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -53,4 +54,21 @@ bool PrivateFiles::syncFolder(const QString& path)
 bool PrivateFiles::restrict(const QString& path, bool folder)
 {
     return ::chmod(QFile::encodeName(path).constData(), folder ? 0700 : 0600) == 0;
+}
+
+void PrivateFiles::markInUse(int fd)
+{
+    ::flock(fd, LOCK_EX | LOCK_NB);
+}
+
+bool PrivateFiles::removeUnlessInUse(const QString& path)
+{
+    const QByteArray native = QFile::encodeName(path);
+    const int fd = ::open(native.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW);
+    if (fd < 0)
+        return ::unlink(native.constData()) == 0;
+    const bool free = ::flock(fd, LOCK_EX | LOCK_NB) == 0;
+    const bool removed = free && ::unlink(native.constData()) == 0;
+    ::close(fd);
+    return removed;
 }

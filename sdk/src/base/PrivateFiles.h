@@ -14,6 +14,11 @@ public:
     static int createFile(const QString& path, bool exclusive);
     // Flushes a folder's entries, so that a rename inside it is durable.
     static bool syncFolder(const QString& path);
+    // Marks an open file as being written until it is closed (an advisory
+    // lock that goes with the process, also when it is killed).
+    static void markInUse(int fd);
+    // Removes the file unless someone has it marked in use; whether it went.
+    static bool removeUnlessInUse(const QString& path);
     // Makes an existing file or folder private.
     static bool restrict(const QString& path, bool folder);
 };

@@ -10,6 +10,7 @@
 #include "sdk/base/ServiceThread.h"
 #include "sdk/local/LocalLoginVerifier.h"
 #include "sdk/local/LocalUserSession.h"
+#include "sdk/transfers/TransferLeftovers.h"
 #include "sdk/workspaces/WorkspaceStore.h"
 
 #include "sdk/base/LocalEnvironment.h"
@@ -77,8 +78,14 @@ void LocalSignIn::start(const VLRLoginCredentials& credentials, const QString& a
             return answerError(ServiceError::make(ServiceError::NoDatabaseLocation));
         QString failure;
         Database* database = worker.database(folder, &failure);
-        if (!database)
+        // A disk filled by what killed uploads left may have room again once
+        // that is gone.
+        if (!database && TransferLeftovers::sweepAll(folder) > 0)
+            database = worker.database(folder, &failure);
+        if (!database) {
+            qCWarning(lcAccounts, "Sign-in failed: the database can't be opened: %s", qUtf8Printable(failure));
             return answerError(ServiceError::make(ServiceError::DatabaseFailure, failure));
+        }
         const auto account = AccountStore(*database).findByEmail(email);
         if (!account) {
             PasswordHasher::verifyNothing(password);

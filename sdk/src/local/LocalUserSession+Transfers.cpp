@@ -5,12 +5,12 @@
 #include "sdk/base/MainThread.h"
 #include "sdk/base/ServiceError.h"
 #include "sdk/base/SqlStatement.h"
-#include "sdk/store/ContentStore.h"
 #include "sdk/store/SafeName.h"
 #include "sdk/store/UserFolders.h"
 #include "sdk/transfers/DownloadLink.h"
-#include "sdk/transfers/DownloadRun.h"
+#include "sdk/transfers/TransferLeftovers.h"
 #include "sdk/transfers/TransferStore.h"
+#include "sdk/transfers/TransfersLog.h"
 
 #include "service/VLRTransferReporting.h"
 
@@ -81,32 +81,24 @@ bool LocalUserSession::takeCompletedTransfer(const LocalTransferPtr& transfer)
 
 void LocalUserSession::persistTransfer(const TransferJob& job)
 {
-    onService([job](Database& database) { TransferStore(database).save(job); });
+    onService([job](Database& database) {
+        if (!TransferStore(database).save(job))
+            qCWarning(lcTransfers, "A transfer could not be saved: %s", qUtf8Printable(database.errorMessage()));
+    });
 }
 
 void LocalUserSession::forgetTransfer(const QString& id)
 {
-    onService([id](Database& database) { TransferStore(database).remove(id); });
+    onService([id](Database& database) {
+        if (!TransferStore(database).remove(id))
+            qCWarning(lcTransfers, "A transfer could not be removed: %s", qUtf8Printable(database.errorMessage()));
+    });
 }
 
 void LocalUserSession::discardPartials(const TransferJob& job)
 {
     const QString folder = m_databaseFolder;
-    onService([job, folder](Database&) {
-        if (job.type == TransferJob::Upload) {
-            const ContentStore store(folder);
-            const QFileInfo partial(store.partialPath(job.id));
-            const QStringList names = QDir(partial.path()).entryList({job.id + QStringLiteral("-*.part")}, QDir::Files);
-            for (const QString& name : names)
-                QFile::remove(partial.path() + QLatin1Char('/') + name);
-            return;
-        }
-        const QString partial = DownloadRun::partialPathFor(job.filePath);
-        if (QFileInfo(partial).isDir())
-            QDir(partial).removeRecursively();
-        else
-            QFile::remove(partial);
-    });
+    onService([job, folder](Database&) { TransferLeftovers::discard(job, folder); });
 }
 
 void LocalUserSession::uploadAndPublishNewRevision(const QUrl& fileURL, const QString& workspaceIdentifier, bool,
@@ -164,7 +156,11 @@ void LocalUserSession::clearCompletedTransfers()
             discardPartials(std::static_pointer_cast<LocalTransfer>(transfer)->job());
     setCompletedTransfers({});
     const QString userId = userID();
-    onService([userId](Database& database) { TransferStore(database).removeFinished(userId); });
+    onService([userId](Database& database) {
+        if (!TransferStore(database).removeFinished(userId))
+            qCWarning(lcTransfers, "The completed transfers could not be removed: %s",
+                      qUtf8Printable(database.errorMessage()));
+    });
 }
 
 void LocalUserSession::downloadUrl(const QString& url, const VLRTransferHandler& completionHandler)
@@ -214,12 +210,13 @@ void LocalUserSession::requestDownload(const QString& url, const QString& folder
             else if (!workspaces.isMember(revision->workspaceId, userId))
                 error = ServiceError::make(ServiceError::NotAMember);
             else
-                job = downloadJob(
-                    userId, *revision,
-                    targetIn(database, userId,
-                             folder.isEmpty() ? UserFolders::workspaceFolder(revision->workspaceName) : folder,
-                             *revision),
-                    VLRTransferReporting::RequestedDownloadSubType);
+                job = downloadJob(userId, *revision,
+                                  targetIn(database, userId,
+                                           folder.isEmpty() ? UserFolders::workspaceFolder(revision->workspaceName,
+                                                                                           revision->workspaceId)
+                                                            : folder,
+                                           *revision),
+                                  VLRTransferReporting::RequestedDownloadSubType);
             MainThread::post([weak, job, error, answer] {
                 auto self = weak.lock();
                 if (!self || self->m_ended)

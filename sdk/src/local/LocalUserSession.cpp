@@ -11,6 +11,7 @@
 #include "sdk/local/LocalMarketplace.h"
 #include "sdk/transfers/DownloadCache.h"
 #include "sdk/transfers/Reaper.h"
+#include "sdk/transfers/TransferLeftovers.h"
 #include "sdk/transfers/TransferStore.h"
 #include "sdk/workspaces/LocalProject.h"
 
@@ -20,6 +21,8 @@
 #include "service/VLRPublication.h"
 #include "service/VLRUser.h"
 #include "service/VLRUserSessionDelegate.h"
+
+#include <QSet>
 
 namespace {
 
@@ -93,6 +96,8 @@ void LocalUserSession::onService(std::function<void(Database& database)> task,
             task(*database);
         else if (failed)
             failed(failure);
+        else
+            qCWarning(lcAccounts, "The database can't be opened: %s", qUtf8Printable(failure));
     });
 }
 
@@ -110,6 +115,9 @@ void LocalUserSession::loadLists()
     };
     onService(
         [weak, userId, afterSeq, fail](Database& database) {
+            // What killed or failed transfers left goes before anything
+            // resumes; a failed one starts afresh when it is retried.
+            TransferLeftovers::sweep(database);
             Loaded loaded;
             QString failure;
             const auto catalog = CatalogSnapshot::read(database, userId, afterSeq, &failure);
@@ -121,6 +129,12 @@ void LocalUserSession::loadLists()
             loaded.catalog = *catalog;
             loaded.queued = *queued;
             loaded.completed = *completed;
+            QSet<QString> resumableTargets;
+            for (const TransferJob& job : loaded.queued)
+                resumableTargets.insert(job.filePath);
+            for (const TransferJob& job : loaded.completed)
+                if (job.error && !resumableTargets.contains(job.filePath))
+                    TransferLeftovers::discard(job, database.folder());
             MainThread::post([weak, loaded] {
                 if (auto self = weak.lock())
                     self->listsLoaded(loaded);
@@ -336,7 +350,9 @@ void LocalUserSession::setDownloadCacheSize(qint64 bytes)
     const QString userId = userID();
     const QString folder = m_databaseFolder;
     onService([userId, bytes, folder](Database& database) {
-        AccountStore(database).setDownloadCacheSize(userId, bytes);
+        if (!AccountStore(database).setDownloadCacheSize(userId, bytes))
+            qCWarning(lcAccounts, "The download cache's size could not be saved: %s",
+                      qUtf8Printable(database.errorMessage()));
         DownloadCache(database, folder).trim(userId, bytes);
     });
 }

@@ -2,8 +2,10 @@
 
 #include "sdk/base/DatabaseLocation.h"
 #include "sdk/base/PrivateFiles.h"
+#include "sdk/base/StoreLog.h"
 #include "sdk/store/Sha256.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -83,6 +85,8 @@ QByteArray ContentStore::put(const QByteArray& data, QString* failure) const
         return {};
     const QString partial = partialPath(QString::fromLatin1(digest));
     const int fd = PrivateFiles::createFile(partial, false);
+    if (fd >= 0)
+        PrivateFiles::markInUse(fd);
     const bool written =
         fd >= 0 && ::write(fd, data.constData(), size_t(data.size())) == data.size() && ::fsync(fd) == 0;
     const int error = errno;
@@ -95,6 +99,21 @@ QByteArray ContentStore::put(const QByteArray& data, QString* failure) const
         return {};
     }
     return commit(partial, digest, failure) ? digest : QByteArray();
+}
+
+int ContentStore::removeLeftovers(const std::function<bool(const QString& name)>& resumable) const
+{
+    int removed = 0;
+    const QDir tmp(m_root + QStringLiteral("/tmp"));
+    for (const QString& name : tmp.entryList({QStringLiteral("*.part")}, QDir::Files | QDir::Hidden | QDir::System)) {
+        if (resumable && resumable(name))
+            continue;
+        if (PrivateFiles::removeUnlessInUse(tmp.filePath(name)))
+            ++removed;
+    }
+    if (removed > 0)
+        qCInfo(lcStore, "Removed %d unfinished file(s) from the content store", removed);
+    return removed;
 }
 
 QByteArray ContentStore::read(const QByteArray& digest) const

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <functional>
+
 // File contents of the local service, each kept once under its SHA-256 in a
 // folder beside the database (Store/ab/abcdef...). A content enters only
 // whole: written to a partial file in Store/tmp, synced, checked, then
@@ -22,6 +24,9 @@ public:
     bool commit(const QString& partial, const QByteArray& digest, QString* failure) const;
     // Stores a small content at once; its digest, or a null array.
     QByteArray put(const QByteArray& data, QString* failure) const;
+    // Removes the partial files in Store/tmp that nobody is writing, but
+    // those whose name the predicate calls resumable; how many went.
+    int removeLeftovers(const std::function<bool(const QString& name)>& resumable) const;
     // A small content, read whole after its digest was checked; null when
     // missing or damaged.
     QByteArray read(const QByteArray& digest) const;

@@ -133,20 +133,28 @@ ResumableCopy::Outcome ResumableCopy::copyRest(int source, int partial, qint64* 
 
 ResumableCopy::Outcome ResumableCopy::run()
 {
-    FileDescriptor source(::open(QFile::encodeName(m_source).constData(), O_RDONLY | O_CLOEXEC));
+    // Without O_NONBLOCK, opening a named pipe would wait for a writer
+    // forever; it changes nothing for a regular file.
+    FileDescriptor source(::open(QFile::encodeName(m_source).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (source.get() < 0)
         return fail(m_source, errno, true);
     struct stat before;
     if (::fstat(source.get(), &before) != 0)
         return fail(m_source, errno, true);
-    if (!S_ISREG(before.st_mode))
-        return fail(m_source, EINVAL, true);
+    if (!S_ISREG(before.st_mode)) {
+        m_failure = QStringLiteral("\"%1\": not a regular file or folder").arg(QFileInfo(m_source).fileName());
+        m_failedOnSource = true;
+        return Outcome::Failed;
+    }
     ::posix_fadvise(source.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
 
     FileDescriptor partial(::open(QFile::encodeName(m_partial).constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
     if (partial.get() < 0)
         return fail(m_partial, errno, false);
     PrivateFiles::restrict(m_partial, false);
+    // Held while it is written, so that a sweep of leftovers, in this or
+    // another process, leaves it alone.
+    PrivateFiles::markInUse(partial.get());
     struct stat partialInfo;
     if (::fstat(partial.get(), &partialInfo) != 0)
         return fail(m_partial, errno, false);

@@ -2,6 +2,10 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QTextBoundaryFinder>
+
+#include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -13,7 +17,55 @@ bool harmful(QChar c)
         || c.category() == QChar::Separator_Paragraph;
 }
 
+qsizetype utf8Size(QStringView text)
+{
+    return text.toUtf8().size();
+}
+
+// The longest start of the text that fits in the bytes, ending between two
+// characters as a reader sees them (an emoji with its modifiers is one).
+QString cutToBytes(const QString& text, qsizetype bytes)
+{
+    if (utf8Size(text) <= bytes)
+        return text;
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
+    qsizetype fits = 0;
+    for (qsizetype at = characters.toNextBoundary(); at > 0; at = characters.toNextBoundary()) {
+        if (utf8Size(QStringView(text).left(at)) > bytes)
+            break;
+        fits = at;
+    }
+    return text.left(fits);
+}
+
+// A name's stem and its extension (".pdf"); a leading dot is part of the
+// stem, and an extension too long to be one is not split off.
+std::pair<QString, QString> splitExtension(const QString& name)
+{
+    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    if (dot <= 0 || utf8Size(QStringView(name).mid(dot)) > 32)
+        return {name, QString()};
+    return {name.left(dot), name.mid(dot)};
+}
+
+// The stem is cut so that stem, tail and extension fit in the longest name.
+QString fitted(const QString& stem, const QString& tail, const QString& extension)
+{
+    const qsizetype room = SafeName::longestName() - utf8Size(tail) - utf8Size(extension);
+    return cutToBytes(stem, std::max<qsizetype>(room, 1)) + tail + extension;
+}
+
 } // namespace
+
+qsizetype SafeName::longestName()
+{
+    return maxNameBytes - utf8Size(hiddenPartial(QString()));
+}
+
+QString SafeName::hiddenPartial(const QString& name)
+{
+    return QLatin1Char('.') + name + QStringLiteral(".veluria-part");
+}
 
 QString SafeName::component(const QString& name)
 {
@@ -24,9 +76,10 @@ QString SafeName::component(const QString& name)
     safe = safe.trimmed();
     if (safe.isEmpty() || safe == QLatin1String(".") || safe == QLatin1String(".."))
         safe = QStringLiteral("Untitled");
-    while (safe.toUtf8().size() > 255)
-        safe.chop(1);
-    return safe;
+    if (utf8Size(safe) <= longestName())
+        return safe;
+    const auto [stem, extension] = splitExtension(safe);
+    return fitted(stem, QString(), extension);
 }
 
 QStringList SafeName::relativePath(const QString& path)
@@ -65,9 +118,11 @@ bool SafeName::staysUnder(const QString& root, const QString& path)
 
 QString SafeName::numbered(const QString& name, int number)
 {
-    const int dot = name.lastIndexOf(QLatin1Char('.'));
-    const bool hasExtension = dot > 0;
-    const QString stem = hasExtension ? name.left(dot) : name;
-    const QString extension = hasExtension ? name.mid(dot) : QString();
-    return QStringLiteral("%1 (%2)%3").arg(stem).arg(number).arg(extension);
+    const auto [stem, extension] = splitExtension(name);
+    return fitted(stem, QStringLiteral(" (%1)").arg(number), extension);
+}
+
+QString SafeName::tagged(const QString& name, const QString& tag)
+{
+    return fitted(name, QStringLiteral(" (%1)").arg(tag), QString());
 }

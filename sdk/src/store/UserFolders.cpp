@@ -9,7 +9,8 @@ QString UserFolders::root()
     return QStringLiteral("%1/Veluria").arg(QDir::homePath());
 }
 
-QString UserFolders::workspaceFolder(const QString& workspaceName)
+QString UserFolders::workspaceFolder(const QString& workspaceName, const QString& workspaceId)
 {
-    return root() + QLatin1Char('/') + SafeName::component(workspaceName);
+    const QString safe = SafeName::component(workspaceName);
+    return root() + QLatin1Char('/') + (safe == workspaceName ? safe : SafeName::tagged(safe, workspaceId.left(8)));
 }

@@ -74,7 +74,14 @@ bool DownloadCache::keep(const QString& userId, const QString& path, QString* fa
     SqlStatement statement(
         m_database.handle(),
         "INSERT OR REPLACE INTO cache_entries(path, user_id, size, added_at) VALUES(?1, ?2, ?3, ?4)");
-    return statement.bind(1, entryFolder).bind(2, userId).bind(3, size).bind(4, Clock::nowMs()).run();
+    if (statement.bind(1, entryFolder).bind(2, userId).bind(3, size).bind(4, Clock::nowMs()).run())
+        return true;
+    // Unrecorded, the file would stay in the cache unseen: it goes back.
+    if (failure)
+        *failure = m_database.errorMessage();
+    if (::rename(QFile::encodeName(target).constData(), QFile::encodeName(path).constData()) == 0)
+        QDir(entryFolder).removeRecursively();
+    return false;
 }
 
 bool DownloadCache::trim(const QString& userId, qint64 limit)

@@ -9,6 +9,7 @@
 #include "sdk/store/ResumableCopy.h"
 #include "sdk/store/SafeName.h"
 #include "sdk/transfers/DownloadCache.h"
+#include "sdk/transfers/TransfersLog.h"
 #include "sdk/workspaces/WorkspaceStore.h"
 
 #include <QDir>
@@ -53,7 +54,7 @@ DownloadRun::DownloadRun(const TransferJob& job, const QString& databaseFolder, 
 QString DownloadRun::partialPathFor(const QString& target)
 {
     const QFileInfo info(target);
-    return info.path() + QStringLiteral("/.") + info.fileName() + QStringLiteral(".veluria-part");
+    return info.path() + QLatin1Char('/') + SafeName::hiddenPartial(info.fileName());
 }
 
 TransferResult DownloadRun::run()
@@ -165,7 +166,11 @@ TransferResult DownloadRun::putInPlace(const QString& partial, const QString& as
     SqlStatement record(m_database.handle(),
                         "INSERT OR REPLACE INTO downloads(user_id, asset_id, revision_id, path) "
                         "VALUES(?1, ?2, ?3, ?4)");
-    record.bind(1, m_job.userId).bind(2, assetId).bind(3, revisionId).bind(4, target).run();
+    // The file is in place whatever happens here; without its record a newer
+    // revision will not replace it by itself, which the log tells.
+    if (!record.bind(1, m_job.userId).bind(2, assetId).bind(3, revisionId).bind(4, target).run())
+        qCWarning(lcTransfers, "The download of %s could not be recorded: %s",
+                  qUtf8Printable(QFileInfo(target).fileName()), qUtf8Printable(m_database.errorMessage()));
     TransferResult result;
     result.filePath = target;
     return result;

@@ -35,6 +35,18 @@ bool TransferStore::removeFinished(const QString& userId)
     return statement.bind(1, userId).run();
 }
 
+std::optional<QStringList> TransferStore::unfinishedUploads()
+{
+    SqlStatement statement(m_database.handle(), "SELECT id FROM transfers WHERE finished = 0 AND type = ?1");
+    statement.bind(1, TransferJob::Upload);
+    QStringList ids;
+    while (statement.next())
+        ids.append(statement.text(0));
+    if (statement.failed())
+        return std::nullopt;
+    return ids;
+}
+
 std::optional<QList<TransferJob>> TransferStore::load(const QString& userId, bool finished)
 {
     SqlStatement statement(m_database.handle(),

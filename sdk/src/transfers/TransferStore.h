@@ -3,6 +3,7 @@
 #include "sdk/transfers/TransferJob.h"
 
 #include <QList>
+#include <QStringList>
 
 #include <optional>
 
@@ -18,6 +19,8 @@ public:
     bool save(const TransferJob& job);
     bool remove(const QString& id);
     bool removeFinished(const QString& userId);
+    // The identifiers of every user's unfinished uploads.
+    std::optional<QStringList> unfinishedUploads();
     // Unfinished ones in queue order, or finished ones newest last.
     std::optional<QList<TransferJob>> load(const QString& userId, bool finished);
 

@@ -4,6 +4,7 @@
 #include "sdk/base/ServiceError.h"
 #include "sdk/transfers/DownloadRun.h"
 #include "sdk/transfers/ThroughputMeter.h"
+#include "sdk/transfers/TransferLeftovers.h"
 #include "sdk/transfers/UploadRun.h"
 
 TransferWorker::TransferWorker(const QString& databaseFolder)
@@ -57,6 +58,8 @@ void TransferWorker::run()
             m_next.reset();
         }
         const TransferResult result = perform(assignment.job, assignment.progress);
+        if (result.outcome == TransferResult::Outcome::Failed)
+            TransferLeftovers::discard(assignment.job, m_databaseFolder);
         assignment.finished(result);
     }
     m_database.reset();

@@ -65,7 +65,7 @@ bool LocalWorkspace::update(const WorkspaceStore::Workspace& snapshot)
 
 void LocalWorkspace::openInBrowser(bool)
 {
-    const QString folder = UserFolders::workspaceFolder(name());
+    const QString folder = UserFolders::workspaceFolder(name(), identifier());
     if (PrivateFiles::makeFolder(folder))
         QDesktopServices::openUrl(QUrl::fromLocalFile(folder));
 }

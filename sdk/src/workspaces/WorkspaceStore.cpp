@@ -141,7 +141,7 @@ qint64 WorkspaceStore::publishText(const QString& workspaceId, const QString& us
 {
     qint64 seq = 0;
     const qint64 now = Clock::nowMs();
-    m_database.transaction([&] {
+    const bool published = m_database.transaction([&] {
         SqlStatement insert(m_database.handle(),
                             "INSERT INTO publications(workspace_id, user_id, text, created_at) "
                             "VALUES(?1, ?2, ?3, ?4) RETURNING seq");
@@ -151,7 +151,8 @@ qint64 WorkspaceStore::publishText(const QString& workspaceId, const QString& us
         seq = insert.integer(0);
         return insert.run() && touch(workspaceId, now);
     });
-    return seq;
+    // The number is handed out before the commit, which can still fail.
+    return published ? seq : 0;
 }
 
 QString WorkspaceStore::addRevision(const QString& workspaceId, const QString& userId, const QString& assetName,

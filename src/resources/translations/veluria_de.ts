@@ -167,5 +167,57 @@
         <source>Enter your password.</source>
         <translation>Geben Sie Ihr Passwort ein.</translation>
     </message>
+    <message>
+        <source>Less than a minute</source>
+        <translation>Weniger als eine Minute</translation>
+    </message>
+    <message>
+        <source>1 Minute</source>
+        <translation>1 Minute</translation>
+    </message>
+    <message>
+        <source>1 Hour</source>
+        <translation>1 Stunde</translation>
+    </message>
+    <message>
+        <source>TODAY</source>
+        <translation>HEUTE</translation>
+    </message>
+    <message>
+        <source>YESTERDAY</source>
+        <translation>GESTERN</translation>
+    </message>
+    <message>
+        <source>THIS WEEK</source>
+        <translation>DIESE WOCHE</translation>
+    </message>
+    <message>
+        <source>LAST WEEK</source>
+        <translation>LETZTE WOCHE</translation>
+    </message>
+    <message>
+        <source>EARLIER</source>
+        <translation>FRÜHER</translation>
+    </message>
+    <message>
+        <source>NEW</source>
+        <translation>NEU</translation>
+    </message>
+    <message>
+        <source>UPDATES</source>
+        <translation>UPDATES</translation>
+    </message>
+    <message>
+        <source>INSTALLED</source>
+        <translation>INSTALLIERT</translation>
+    </message>
+    <message>
+        <source>NOT INSTALLED</source>
+        <translation>NICHT INSTALLIERT</translation>
+    </message>
+    <message>
+        <source>PURCHASES</source>
+        <translation>KÄUFE</translation>
+    </message>
 </context>
 </TS>
