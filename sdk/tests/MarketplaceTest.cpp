@@ -11,6 +11,7 @@
 #include "service/VLRInstallerUpdater.h"
 #include "service/VLRProduct.h"
 #include "service/VLRPurchase.h"
+#include "service/VLRRESTProvider.h"
 #include "service/VLRRevision.h"
 #include "service/VLRVendor.h"
 
@@ -305,6 +306,16 @@ TEST_F(Marketplace, GroupsTellHereFromElsewhereAndPurchasesFollowEveryChange)
     const QByteArray page = readFile(shown->manageURL().toLocalFile());
     EXPECT_TRUE(page.contains("Suite &lt;b&gt;"));
     EXPECT_FALSE(page.contains("<b>"));
+
+    // Binding tells the groups again, for a client that read them before its
+    // installers.
+    ChangeRecorder groups;
+    groups.watch(*session->updater(), {QStringLiteral("neverInstalled"), QStringLiteral("notInstalled")});
+    library().restProvider().sessionDidChange(session);
+    ASSERT_TRUE(waitUntil([&] { return groups.count(QStringLiteral("notInstalled")) == 1; }));
+    EXPECT_EQ(groups.count(QStringLiteral("neverInstalled")), 1);
+    EXPECT_EQ(session->updater()->neverInstalled(), VLRInstallerList{all.at(1)});
+    library().restProvider().sessionDidChange(nullptr);
 
     // A new card date from another process: the list is handed over again,
     // so that the pages read the date that is not observed.

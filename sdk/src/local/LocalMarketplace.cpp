@@ -198,6 +198,13 @@ void LocalMarketplace::applyGroups()
         m_updater->setNotInstalled(notHere);
 }
 
+void LocalMarketplace::announceGroups()
+{
+    m_updater->setNotInstalled(VLRInstallerList(m_updater->notInstalled()));
+    m_updater->setNeverInstalled(VLRInstallerList(m_updater->neverInstalled()));
+    m_updater->setInstallerUpdates(VLRInstallerList(m_updater->installerUpdates()));
+}
+
 VLRInstallerOperationPtr LocalMarketplace::downloadAndInstall(const LocalInstallerPtr& installer)
 {
     if (installer->overallOperation())

@@ -42,6 +42,8 @@ public:
     const std::shared_ptr<LocalInstallerUpdater>& updater() const { return m_updater; }
 
     void apply(const MarketSnapshot& snapshot);
+    // Tells the three groups again, unchanged.
+    void announceGroups();
     // Stops every install at its next step; nothing new starts.
     void end();
 

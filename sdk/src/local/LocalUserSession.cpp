@@ -184,6 +184,12 @@ void LocalUserSession::openMarketplace()
     setUpdater(m_market->updater());
 }
 
+void LocalUserSession::sessionWasBound()
+{
+    if (!m_ended)
+        m_market->announceGroups();
+}
+
 void LocalUserSession::startWatching(qint64 catalogVersion)
 {
     const auto weak = weakSelf();

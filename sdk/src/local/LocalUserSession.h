@@ -58,6 +58,9 @@ public:
     void pauseAllTransfers(bool pause) override;
     void clearCompletedTransfers() override;
 
+    // The client holds this session now: what it may have missed while
+    // binding is told again.
+    void sessionWasBound();
     // Stops all work of the session; queued transfers stay for the next one.
     void end();
     bool hasEnded() const { return m_ended; }
