@@ -47,8 +47,18 @@ int AdminTool::usage(int status)
            "  comment WORKSPACE EMAIL TEXT      publishes a comment\n"
            "  link WORKSPACE FILE_NAME [--revision NUMBER] prints a download link\n"
            "  workspaces EMAIL                  lists the account's workspaces\n"
+           "  add-vendor NAME                   prints the vendor's identifier\n"
+           "  add-product NAME [--vendor VENDOR] [--image IMAGE]\n"
+           "  add-installer NAME --product PRODUCT [--product PRODUCT...] [--description TEXT]\n"
+           "                [--platform TEXT] [--image IMAGE]\n"
+           "  publish-installer INSTALLER PACKAGE [--version TEXT]\n"
+           "                                    a .tar.gz, .tar.xz, .zip or AppImage becomes the newest revision\n"
+           "  grant-purchase EMAIL PRODUCT --renews DATE [--canceled] [--payment TYPE]\n"
+           "                [--card-expires DATE] [--manage-url URL]\n"
+           "  installers EMAIL                  lists the installers the account's purchases cover\n"
            "  demo                              makes the demo account, once, and tells how to sign in\n\n"
-           "WORKSPACE is a workspace's identifier, or its name when no other workspace has it.\n";
+           "WORKSPACE is a workspace's identifier, or its name when no other workspace has it; VENDOR,\n"
+           "PRODUCT and INSTALLER are identifiers or names. DATE is YYYY-MM-DD, or +N or -N days from today.\n";
     return status;
 }
 
@@ -163,6 +173,8 @@ int AdminTool::run(QStringList arguments)
         return listWorkspaces(arguments);
     if (command == QLatin1String("demo"))
         return demo();
+    if (const int status = runMarket(command, arguments); status >= 0)
+        return status;
     m_err << "veluria-admin: unknown command " << command << "\n";
     return usage(2);
 }

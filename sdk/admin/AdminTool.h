@@ -44,6 +44,14 @@ private:
     int comment(const QStringList& arguments);
     int link(QStringList arguments);
     int listWorkspaces(const QStringList& arguments);
+    // The software catalogue (AdminTool+Market.cpp).
+    int runMarket(const QString& command, QStringList arguments);
+    int addVendor(const QStringList& arguments);
+    int addProduct(QStringList arguments);
+    int addInstaller(QStringList arguments);
+    int publishInstaller(QStringList arguments);
+    int grantPurchase(QStringList arguments);
+    int listInstallers(const QStringList& arguments);
     int demo();
 
     QTextStream& m_out;

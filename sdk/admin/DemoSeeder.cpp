@@ -1,5 +1,7 @@
 #include "DemoSeeder.h"
 
+#include "DemoMarket.h"
+
 #include "sdk/accounts/AccountStore.h"
 #include "sdk/base/Clock.h"
 #include "sdk/base/Database.h"
@@ -103,7 +105,8 @@ bool DemoSeeder::seed(QString* failure)
                          failure)
             && workspace(QStringLiteral("Website copy"), 12, mei, {demo, rafael}, {}, mei, failure)
             && workspace(QStringLiteral("Archive 2023"), 45, demo, {},
-                         {{QStringLiteral("annual-report.txt"), QString()}}, demo, failure);
+                         {{QStringLiteral("annual-report.txt"), QString()}}, demo, failure)
+            && DemoMarket::seed(m_database, demo, failure);
     });
     if (!seeded && failure && failure->isEmpty())
         *failure = m_database.errorMessage();

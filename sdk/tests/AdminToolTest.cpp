@@ -4,6 +4,11 @@
 #include "sdk/accounts/Base32.h"
 #include "sdk/transfers/DownloadLink.h"
 
+#include "service/VLRInstaller.h"
+#include "service/VLRInstallerUpdater.h"
+#include "service/VLRProduct.h"
+#include "service/VLRPurchase.h"
+#include "service/VLRRevision.h"
 #include "service/VLRTransferReporting.h"
 #include "service/VLRUser.h"
 #include "service/VLRWorkspace.h"
@@ -215,3 +220,79 @@ TEST_F(Admin, BadInputAndDamagedDatabasesAreToldAndKept)
 }
 
 } // namespace
+
+TEST_F(Admin, TheCatalogueIsManagedAndTheDemoShowsEveryMarketplaceState)
+{
+    ASSERT_EQ(admin({QStringLiteral("add-user"), QStringLiteral("ann@example.com"), QStringLiteral("pw")}), 0);
+    ASSERT_EQ(admin({QStringLiteral("add-product"), QStringLiteral("Suite"), QStringLiteral("--vendor"),
+                     QStringLiteral("Lumen")}),
+              0);
+    EXPECT_EQ(admin({QStringLiteral("add-installer"), QStringLiteral("Tool"), QStringLiteral("--product"),
+                     QStringLiteral("Nothing")}),
+              1);
+    EXPECT_EQ(err, QStringLiteral("veluria-admin: no product is called Nothing\n"));
+    ASSERT_EQ(admin({QStringLiteral("add-installer"), QStringLiteral("Tool"), QStringLiteral("--product"),
+                     QStringLiteral("Suite")}),
+              0);
+    const QString toolId = out.trimmed();
+    EXPECT_EQ(admin({QStringLiteral("add-installer"), QStringLiteral("Tool"), QStringLiteral("--product"),
+                     QStringLiteral("Suite")}),
+              1);
+    EXPECT_EQ(admin({QStringLiteral("publish-installer"), QStringLiteral("Tool"), home() + "/missing.tar.gz"}), 1);
+    const QString package = writeFile(home() + QStringLiteral("/tool.tar.gz"), randomBytes(1000));
+    ASSERT_EQ(admin({QStringLiteral("publish-installer"), QStringLiteral("Tool"), package, QStringLiteral("--version"),
+                     QStringLiteral("1.0")}),
+              0);
+    EXPECT_EQ(admin({QStringLiteral("grant-purchase"), QStringLiteral("ann@example.com"), QStringLiteral("Suite"),
+                     QStringLiteral("--renews"), QStringLiteral("next year")}),
+              1);
+    EXPECT_EQ(err, QStringLiteral("veluria-admin: a date is YYYY-MM-DD, or +N or -N days\n"));
+    EXPECT_EQ(admin({QStringLiteral("installers"), QStringLiteral("ann@example.com")}), 0);
+    EXPECT_EQ(out, QString());
+    ASSERT_EQ(admin({QStringLiteral("grant-purchase"), QStringLiteral("ann@example.com"), QStringLiteral("Suite"),
+                     QStringLiteral("--renews"), QStringLiteral("2030-01-31"), QStringLiteral("--card-expires"),
+                     QStringLiteral("-1")}),
+              0);
+    EXPECT_EQ(admin({QStringLiteral("installers"), QStringLiteral("ann@example.com")}), 0);
+    EXPECT_EQ(out, toolId + QStringLiteral("  Tool  1.0  new\n"));
+    {
+        const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+        ASSERT_EQ(session->purchases().size(), 1);
+        const auto purchase = std::static_pointer_cast<VLRPurchase>(session->purchases().first());
+        EXPECT_EQ(purchase->renewsAt(), QDateTime(QDate(2030, 1, 31), QTime(12, 0), Qt::UTC));
+        EXPECT_LT(purchase->ccExpiresOn(), QDateTime::currentDateTimeUtc());
+        EXPECT_EQ(purchase->paymentType(), QStringLiteral("credit_card"));
+        session->logoutWithCompletionHandler({});
+    }
+
+    ASSERT_EQ(admin({QStringLiteral("demo")}), 0) << err.toStdString();
+    const auto demo = signedIn(QStringLiteral("demo@veluria.local"), QStringLiteral("veluria-demo"));
+    ASSERT_NE(demo, nullptr);
+    auto names = [](const VLRInstallerList& list) {
+        QStringList shown;
+        for (const VLRInstallerPtr& installer : list)
+            shown.append(installer->name());
+        return shown;
+    };
+    EXPECT_EQ(names(demo->installers()),
+              (QStringList{QStringLiteral("Color Meter"), QStringLiteral("Field Notes"),
+                           QStringLiteral("Palette Picker"), QStringLiteral("Sketchpad")}));
+    EXPECT_EQ(names(demo->updater()->neverInstalled()), QStringList{QStringLiteral("Color Meter")});
+    EXPECT_EQ(names(demo->updater()->notInstalled()), QStringList{QStringLiteral("Field Notes")});
+    EXPECT_EQ(names(demo->updater()->installerUpdates()), QStringList{QStringLiteral("Sketchpad")});
+    EXPECT_EQ(demo->installers().at(3)->installedVersionString(), QStringLiteral("1.0"));
+    EXPECT_EQ(demo->installers().at(3)->currentRevision()->versionDisplay(), QStringLiteral("1.1"));
+    EXPECT_TRUE(QFileInfo::exists(
+        home()
+        + QStringLiteral("/.local/share/applications/veluria-%1.desktop").arg(demo->installers().at(2)->identifier())));
+    // One card expires within 30 days; the purchase that isn't paid by card
+    // has no card date.
+    ASSERT_EQ(demo->purchases().size(), 2);
+    const auto suite = std::static_pointer_cast<VLRPurchase>(demo->purchases().at(0));
+    const auto notes = std::static_pointer_cast<VLRPurchase>(demo->purchases().at(1));
+    EXPECT_GT(suite->ccExpiresOn(), QDateTime::currentDateTimeUtc());
+    EXPECT_LT(suite->ccExpiresOn(), QDateTime::currentDateTimeUtc().addDays(30));
+    EXPECT_TRUE(notes->canceled());
+    EXPECT_NE(notes->paymentType(), VLRPurchase::CreditCardPaymentType);
+    EXPECT_FALSE(suite->product()->image().isNull());
+}

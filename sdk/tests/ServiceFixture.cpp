@@ -56,6 +56,9 @@ void ServiceFixture::SetUp()
     ASSERT_TRUE(m_home.isValid());
     m_previousHome = qgetenv("HOME");
     qputenv("HOME", m_home.path().toLocal8Bit());
+    // Installed software and menu entries go under the data home.
+    m_previousDataHome = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", (m_home.path() + QStringLiteral("/.local/share")).toLocal8Bit());
     library().utils().setDatabaseLocation(QUrl::fromLocalFile(databaseFolder()));
     QString failure;
     m_database = Database::open(databaseFolder(), &failure);
@@ -73,6 +76,7 @@ void ServiceFixture::TearDown()
     QCoreApplication::processEvents();
     m_database.reset();
     qputenv("HOME", m_previousHome);
+    qputenv("XDG_DATA_HOME", m_previousDataHome);
 }
 
 QString ServiceFixture::addUser(const QString& email, const QString& password, const QString& firstName)

@@ -118,6 +118,7 @@ private:
     QTemporaryDir m_data;
     QTemporaryDir m_home;
     QByteArray m_previousHome;
+    QByteArray m_previousDataHome;
     std::unique_ptr<Database> m_database;
     std::vector<VLRUserSessionPtr> m_sessions;
 };

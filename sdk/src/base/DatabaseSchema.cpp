@@ -103,5 +103,5 @@ CREATE TRIGGER IF NOT EXISTS publications_added AFTER INSERT ON publications BEG
 CREATE TRIGGER IF NOT EXISTS users_changed AFTER UPDATE OF email, first_name, last_name, avatar, needs_confirmation ON users
   BEGIN UPDATE catalog SET version = version + 1; END;
 PRAGMA user_version = 1;
-)sql");
+)sql") && createMarket(database);
 }

@@ -8,4 +8,7 @@ class DatabaseSchema
 {
 public:
     static bool create(Database& database);
+    // The software catalogue: vendors, products, installers with their
+    // revisions, purchases, and which machine installed what.
+    static bool createMarket(Database& database);
 };

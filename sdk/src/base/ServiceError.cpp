@@ -29,8 +29,6 @@ QString describe(ServiceError::Code code, const QString& detail)
         return QStringLiteral("The file of this link could not be found. It may have been removed.");
     case ServiceError::InvalidName:
         return QStringLiteral("\"%1\" can't be used as a name.").arg(detail);
-    case ServiceError::MarketplaceUnavailable:
-        return QStringLiteral("The marketplace is not available on the local Veluria service.");
     case ServiceError::NoDatabaseLocation:
         return QStringLiteral("Veluria has no folder to keep its data in.");
     case ServiceError::DatabaseFailure:

@@ -22,7 +22,6 @@ public:
         WorkspaceNotFound = 11,
         RevisionNotFound = 12,
         InvalidName = 13,
-        MarketplaceUnavailable = 14,
         // VLRFrameworkErrorDomain: what went wrong on this machine.
         NoDatabaseLocation = 30,
         DatabaseFailure = 31,

@@ -1,6 +1,7 @@
 #include "sdk/catalogue/CatalogSnapshot.h"
 
 #include "sdk/base/Database.h"
+#include "sdk/installs/Applications.h"
 
 std::optional<CatalogSnapshot> CatalogSnapshot::read(Database& database, const QString& userId, qint64 afterSeq,
                                                      QString* failure)
@@ -24,8 +25,10 @@ std::optional<CatalogSnapshot> CatalogSnapshot::read(Database& database, const Q
     auto list = workspaces.workspacesOf(userId);
     auto assets = workspaces.assetsOf(userId);
     auto publications = workspaces.publicationsSince(userId, afterSeq);
-    if (snapshot.catalogVersion < 0 || !list || !assets || !publications)
+    auto market = MarketSnapshot::read(database, userId, Applications::thisMachine());
+    if (snapshot.catalogVersion < 0 || !list || !assets || !publications || !market)
         return failed(database.errorMessage());
+    snapshot.market = *market;
     snapshot.workspaces = *list;
     snapshot.assets = *assets;
     snapshot.publications = *publications;

@@ -1,18 +1,21 @@
 #pragma once
 
 #include "sdk/accounts/AccountStore.h"
+#include "sdk/market/MarketSnapshot.h"
 #include "sdk/workspaces/WorkspaceStore.h"
 
 #include <optional>
 
 // What a session shows of the service at one moment: the account, its
-// workspaces and files, and the publications since the last look.
+// workspaces and files, the publications since the last look, and its
+// marketplace on this machine.
 struct CatalogSnapshot
 {
     AccountStore::Account account;
     QList<WorkspaceStore::Workspace> workspaces;
     QList<WorkspaceStore::Asset> assets;
     QList<WorkspaceStore::Publication> publications;
+    MarketSnapshot market;
     qint64 catalogVersion = 0;
     qint64 lastPublicationSeq = 0;
 

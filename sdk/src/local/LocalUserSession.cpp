@@ -8,6 +8,7 @@
 #include "sdk/base/ServiceError.h"
 #include "sdk/base/ServiceThread.h"
 #include "sdk/catalogue/SessionWatcher.h"
+#include "sdk/local/LocalMarketplace.h"
 #include "sdk/transfers/DownloadCache.h"
 #include "sdk/transfers/Reaper.h"
 #include "sdk/transfers/TransferLeftovers.h"
@@ -17,7 +18,6 @@
 #include "sdk/accounts/LocalUser.h"
 #include "sdk/workspaces/LocalPublication.h"
 
-#include "service/VLRInstallerUpdater.h"
 #include "service/VLRPublication.h"
 #include "service/VLRUser.h"
 #include "service/VLRUserSessionDelegate.h"
@@ -51,6 +51,7 @@ std::shared_ptr<LocalUserSession> LocalUserSession::create(const Start& start)
     std::shared_ptr<LocalUserSession> session(new LocalUserSession(start));
     session->setUploader(std::make_shared<LocalTransferQueue>(start.databaseFolder, *session));
     session->setDownloader(std::make_shared<LocalTransferQueue>(start.databaseFolder, *session));
+    session->openMarketplace();
     const std::weak_ptr<LocalUserSession> weak = session;
     session->m_registration = SessionRegistry::add([weak] {
         if (auto self = weak.lock())
@@ -70,7 +71,6 @@ LocalUserSession::LocalUserSession(const Start& start)
     setUser(userRecord(start.account));
     setHasWorkspaces(start.hasWorkspaces);
     setHasPurchases(false);
-    setUpdater(std::make_shared<VLRInstallerUpdater>());
     setSyncingLists(true);
 }
 
@@ -161,6 +161,35 @@ void LocalUserSession::listsLoaded(const Loaded& loaded)
     startWatching(loaded.catalog.catalogVersion);
 }
 
+void LocalUserSession::openMarketplace()
+{
+    const auto weak = weakSelf();
+    LocalMarketplace::Hooks hooks;
+    hooks.installersChanged = [weak](const VLRInstallerList& installers) {
+        if (auto self = weak.lock())
+            self->setInstallers(installers);
+    };
+    // hasPurchases is read when purchases change: it is set first.
+    hooks.purchasesChanged = [weak](const VLRPurchaseList& purchases) {
+        if (auto self = weak.lock()) {
+            self->setHasPurchases(!purchases.isEmpty());
+            self->setPurchases(purchases);
+        }
+    };
+    hooks.catalogueWritten = [weak] {
+        if (auto self = weak.lock(); self && self->m_watcher)
+            self->m_watcher->poke();
+    };
+    m_market = std::make_shared<LocalMarketplace>(m_databaseFolder, userID(), hooks);
+    setUpdater(m_market->updater());
+}
+
+void LocalUserSession::sessionWasBound()
+{
+    if (!m_ended)
+        m_market->announceGroups();
+}
+
 void LocalUserSession::startWatching(qint64 catalogVersion)
 {
     const auto weak = weakSelf();
@@ -221,6 +250,7 @@ void LocalUserSession::applyCatalog(const CatalogSnapshot& snapshot)
     }
     if (projectsChanged)
         setProjects(list);
+    m_market->apply(snapshot.market);
     m_lastPublicationSeq = std::max(m_lastPublicationSeq, snapshot.lastPublicationSeq);
     announce(snapshot.publications);
     queueRevisionDownloads(snapshot.publications);
@@ -277,6 +307,8 @@ void LocalUserSession::end()
         return;
     m_ended = true;
     m_registration.reset();
+    if (m_market)
+        m_market->end();
     if (auto uploads = std::static_pointer_cast<LocalTransferQueue>(uploader()))
         uploads->suspend();
     if (auto downloads = std::static_pointer_cast<LocalTransferQueue>(downloader()))
@@ -422,19 +454,17 @@ void LocalUserSession::publishText(const QString& text, const QString& intoWorks
 }
 
 void LocalUserSession::createNewInstallerWithName(
-    const QString&, const QVariant&, const QVariant&, const QVariant&, const QVariant&, const QList<QUrl>&, bool,
-    const QVariant&, const QUrl&,
+    const QString& name, const QVariant& type, const QVariant& description, const QVariant& platform,
+    const QVariant& packageIdentifiers, const QList<QUrl>& fileURLs, bool silentInstall, const QVariant& productIDs,
+    const QUrl& imageURL,
     const std::function<void(const VLRInstallerPtr&, const vlr::OptionalError&)>& completionHandler)
 {
-    if (completionHandler)
-        MainThread::post([completionHandler] {
-            completionHandler(nullptr, ServiceError::make(ServiceError::MarketplaceUnavailable));
-        });
+    m_market->saveInstaller(QString(), name, type, description, platform, packageIdentifiers, fileURLs, silentInstall,
+                            productIDs, imageURL, completionHandler);
 }
 
-void LocalUserSession::uploadAndPublishNewInstaller(const QUrl&, const QString&, const QVariantMap&,
-                                                    vlr::OptionalError* error)
+void LocalUserSession::uploadAndPublishNewInstaller(const QUrl& fileURL, const QString& installerID,
+                                                    const QVariantMap& installerVersionInfo, vlr::OptionalError* error)
 {
-    if (error)
-        *error = ServiceError::make(ServiceError::MarketplaceUnavailable);
+    m_market->publishRevision(fileURL, installerID, installerVersionInfo, error);
 }

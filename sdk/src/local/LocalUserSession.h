@@ -8,6 +8,7 @@
 
 #include "service/VLRUserSession.h"
 
+class LocalMarketplace;
 class ServiceThread;
 class SessionWatcher;
 
@@ -57,6 +58,9 @@ public:
     void pauseAllTransfers(bool pause) override;
     void clearCompletedTransfers() override;
 
+    // The client holds this session now: what it may have missed while
+    // binding is told again.
+    void sessionWasBound();
     // Stops all work of the session; queued transfers stay for the next one.
     void end();
     bool hasEnded() const { return m_ended; }
@@ -82,6 +86,7 @@ private:
     void loadLists();
     void listsLoaded(const Loaded& loaded);
     void startWatching(qint64 catalogVersion);
+    void openMarketplace();
     void applyCatalog(const CatalogSnapshot& snapshot);
     void announce(const QList<WorkspaceStore::Publication>& publications);
     void queueRevisionDownloads(const QList<WorkspaceStore::Publication>& publications);
@@ -97,6 +102,7 @@ private:
     WorkspaceDirectory m_directory;
     std::unique_ptr<ServiceThread> m_service;
     std::unique_ptr<SessionWatcher> m_watcher;
+    std::shared_ptr<LocalMarketplace> m_market;
     std::shared_ptr<void> m_registration;
     bool m_ended = false;
 };
