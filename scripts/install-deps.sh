@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   build-essential cmake ninja-build ccache pkg-config git clang-format
   qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools qt6-translations-l10n libqt6svg6 qt6-wayland
-  qtkeychain-qt6-dev libsodium-dev libsqlite3-dev libssl-dev libxcb1-dev libarchive-dev
+  qtkeychain-qt6-dev libsodium-dev libsqlite3-dev sqlite3 libssl-dev libxcb1-dev libarchive-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   dbus dbus-x11 python3-dbusmock gnome-keyring libsecret-tools
   desktop-file-utils xdg-utils
