@@ -20,6 +20,7 @@
 #include "service/VLRUtils.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
@@ -218,6 +219,77 @@ void BM_DownloadOneGiBAgainstCp(benchmark::State& state)
     session->logoutWithCompletionHandler(nullptr);
 }
 BENCHMARK(BM_DownloadOneGiBAgainstCp)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(3);
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    const size_t middle = values.size() / 2;
+    return values.size() % 2 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+// A folder of small files, each round with new contents, against cp -r of
+// the same folder followed by one sync of its file system.
+void makeFolder(const QString& path, int files, int round)
+{
+    QDir().mkpath(path);
+    std::mt19937_64 random(quint64(round) * 1000003 + quint64(files));
+    std::vector<quint64> block(4096 / sizeof(quint64));
+    for (int i = 0; i < files; ++i) {
+        for (quint64& word : block)
+            word = random();
+        QFile file(QStringLiteral("%1/part %2.dat").arg(path).arg(i, 5, 10, QLatin1Char('0')));
+        file.open(QIODevice::WriteOnly);
+        file.write(reinterpret_cast<const char*>(block.data()), qint64(block.size() * sizeof(quint64)));
+    }
+    ::sync();
+}
+
+void BM_PublishFolderAgainstCp(benchmark::State& state)
+{
+    const int files = int(state.range(0));
+    Service service;
+    const auto session = service.signIn();
+    waitUntil([&] { return !session->syncingLists(); });
+    std::vector<double> library;
+    std::vector<double> cpAndSync;
+    std::vector<double> ratios;
+    int rounds = 0;
+    for (auto _ : state) {
+        const QString folder = service.home.path() + QStringLiteral("/round%1").arg(rounds);
+        const QString copy = service.home.path() + QStringLiteral("/copy%1").arg(rounds);
+        makeFolder(folder, files, rounds);
+        const double cpRound =
+            timeCommand(QStringLiteral("sh"),
+                        {QStringLiteral("-c"), QStringLiteral("cp -r \"$0\" \"$1\" && sync -f \"$1\""), folder, copy});
+        QDir(copy).removeRecursively();
+        makeFolder(folder + QStringLiteral("-2"), files, rounds + 1000);
+        QElapsedTimer clock;
+        clock.start();
+        session->uploadAndPublishNewRevision(QUrl::fromLocalFile(folder + QStringLiteral("-2")), service.workspaceId,
+                                             false, QString(), nullptr);
+        const VLRTransferReportingPtr transfer = session->uploader()->transfers().last();
+        waitUntil([&] { return transfer->isFinished(); });
+        const double libraryRound = double(clock.nsecsElapsed()) / 1e9;
+        if (transfer->error())
+            state.SkipWithError(transfer->error()->localizedDescription.toUtf8().constData());
+        state.SetIterationTime(libraryRound);
+        library.push_back(libraryRound);
+        cpAndSync.push_back(cpRound);
+        ratios.push_back(libraryRound / cpRound);
+        ++rounds;
+    }
+    state.counters["median_s"] = median(library);
+    state.counters["cp_sync_median_s"] = median(cpAndSync);
+    state.counters["times_cp_sync_median"] = median(ratios);
+    state.counters["us_per_file"] = median(library) / files * 1e6;
+    session->logoutWithCompletionHandler(nullptr);
+}
+BENCHMARK(BM_PublishFolderAgainstCp)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime()
+    ->Iterations(5);
 
 void BM_SignIn(benchmark::State& state)
 {

@@ -4,19 +4,20 @@
 
 #include <QString>
 
-#include <condition_variable>
+#include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <thread>
 
 class Database;
 
-// Watches the database for what other clients and the admin tool change:
-// twice a second it reads the catalog's version and the account's password
-// version, and on a change reads a new snapshot. Its handlers run on the
-// watcher's thread.
+// Watches the database for what other clients and the admin tool change.
+// It sleeps until the database's files are written to (every commit goes
+// through the write-ahead log), then reads the catalog's version and the
+// account's password version, and on a change reads a new snapshot. Where
+// the folder can't be watched, and while the database can't be read, it
+// looks twice a second instead. Its handlers run on the watcher's thread.
 class SessionWatcher
 {
 public:
@@ -45,6 +46,11 @@ public:
 private:
     void run();
     void look(Database& database);
+    // Waits for a write to the database, a poke, a stop, or the interval
+    // when polling; true when it is time to stop.
+    bool wait(bool polling);
+    bool databaseWritten();
+    void wake();
 
     QString m_databaseFolder;
     QString m_userId;
@@ -55,9 +61,8 @@ private:
     int m_failures = 0;
     bool m_told = false;
 
-    std::mutex m_mutex;
-    std::condition_variable m_wake;
-    bool m_stopping = false;
-    bool m_poked = false;
+    std::atomic_bool m_stopping{false};
+    int m_wakeFd = -1;
+    int m_watchFd = -1;
     std::thread m_thread;
 };

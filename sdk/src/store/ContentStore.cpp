@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
 #include <unistd.h>
 
 ContentStore::ContentStore(const QString& databaseFolder)
@@ -53,6 +54,14 @@ bool ContentStore::contains(const QByteArray& digest) const
 
 bool ContentStore::commit(const QString& partial, const QByteArray& digest, QString* failure) const
 {
+    if (!place(partial, digest, failure))
+        return false;
+    PrivateFiles::syncFolder(QFileInfo(pathOf(digest)).path());
+    return true;
+}
+
+bool ContentStore::place(const QString& partial, const QByteArray& digest, QString* failure) const
+{
     const QString target = pathOf(digest);
     const QString folder = QFileInfo(target).path();
     auto failed = [&](const QString& path) {
@@ -70,8 +79,36 @@ bool ContentStore::commit(const QString& partial, const QByteArray& digest, QStr
     }
     if (::rename(QFile::encodeName(partial).constData(), QFile::encodeName(target).constData()) != 0)
         return failed(target);
-    PrivateFiles::syncFolder(folder);
     return true;
+}
+
+QByteArray ContentStore::stage(const QByteArray& data, const QString& name, QString* failure) const
+{
+    const QString partial = partialPath(name);
+    const int fd = PrivateFiles::createFile(partial, false);
+    const bool written = fd >= 0 && ::write(fd, data.constData(), size_t(data.size())) == data.size();
+    const int error = errno;
+    if (fd >= 0)
+        ::close(fd);
+    if (!written) {
+        QFile::remove(partial);
+        if (failure)
+            *failure = QStringLiteral("\"%1\": %2").arg(partial, QString::fromLocal8Bit(std::strerror(error)));
+        return {};
+    }
+    return Sha256::of(data);
+}
+
+bool ContentStore::sync(QString* failure) const
+{
+    const int fd = ::open(QFile::encodeName(m_root).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const bool synced = fd >= 0 && ::syncfs(fd) == 0;
+    const int error = errno;
+    if (fd >= 0)
+        ::close(fd);
+    if (!synced && failure)
+        *failure = QStringLiteral("\"%1\": %2").arg(m_root, QString::fromLocal8Bit(std::strerror(error)));
+    return synced;
 }
 
 QByteArray ContentStore::put(const QByteArray& data, QString* failure) const
