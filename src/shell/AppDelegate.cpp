@@ -103,8 +103,11 @@ void AppDelegate::applicationDidFinishLaunching()
 
     VLRMainQueue::dispatchAfter(FirstPopoverDelayMilliseconds, this, [this] {
         Popover* popover = m_mainViewController ? m_mainViewController->popover() : nullptr;
-        if (!m_skipOpeningPop && popover && !popover->isShown())
+        if (!m_skipOpeningPop && popover && !popover->isShown()) {
+            if (m_statusItem)
+                m_statusItem->followTrayIcon();
             m_mainViewController->togglePopover();
+        }
     });
     VLRLogFormat(4, Tag, "Launch finished%@", QString::fromLatin1(m_launchedAsLoginItem ? " (login item)" : ""));
 }

@@ -6,7 +6,6 @@
 class QDBusServiceWatcher;
 class QMenu;
 class QSystemTrayIcon;
-class QTimer;
 class StatusItemImageView;
 class VLRDesktopAppearance;
 
@@ -32,6 +31,11 @@ public:
     QSystemTrayIcon* trayIcon() const { return m_trayIcon; }
     // The tray icon's menu: open the popover, quit.
     QMenu* menu() const { return m_menu; }
+    // Reads the icon's place from the tray, where the tray tells it (trays
+    // that embed the icon do), and moves the view there. Nothing polls it:
+    // it is read when the tray shows the icon, at each click or menu, and
+    // before the popover opens by itself.
+    void followTrayIcon();
 
 signals:
     void quitRequested();
@@ -41,12 +45,10 @@ signals:
 private:
     void createTrayIconIfPossible();
     void pressView();
-    void followTrayIcon();
 
     QPointer<StatusItemImageView> m_view;
     QSystemTrayIcon* m_trayIcon = nullptr;
     QMenu* m_menu = nullptr;
     QDBusServiceWatcher* m_watcher = nullptr;
-    QTimer* m_placeWatch = nullptr;
     VLRDesktopAppearance* m_appearance = nullptr;
 };
