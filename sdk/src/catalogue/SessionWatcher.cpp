@@ -93,6 +93,10 @@ void SessionWatcher::run()
 
 bool SessionWatcher::wait(bool polling)
 {
+    // Without its wake-up descriptor the thread could miss a stop: it looks
+    // at the interval then.
+    if (m_wakeFd < 0)
+        polling = true;
     pollfd watched[2] = {{m_wakeFd, POLLIN, 0}, {m_watchFd, POLLIN, 0}};
     for (;;) {
         const int ready = ::poll(watched, m_watchFd >= 0 ? 2 : 1, polling ? int(interval.count()) : -1);
@@ -107,9 +111,6 @@ bool SessionWatcher::wait(bool polling)
         const bool written = m_watchFd >= 0 && (watched[1].revents & POLLIN) && databaseWritten();
         if (poked || written)
             return false;
-        // A failed wake-up descriptor must not spin: the interval it is.
-        if (m_wakeFd < 0)
-            polling = true;
     }
 }
 
@@ -135,7 +136,8 @@ bool SessionWatcher::databaseWritten()
                 return true;
             }
             const QByteArray name(event->len ? event->name : "");
-            written = written || name == database || name == log;
+            // A full queue lost events: one of them may have been a commit.
+            written = written || (event->mask & IN_Q_OVERFLOW) || name == database || name == log;
         }
     }
 }
