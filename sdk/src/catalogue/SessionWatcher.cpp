@@ -79,6 +79,7 @@ void SessionWatcher::stop()
 void SessionWatcher::run()
 {
     std::unique_ptr<Database> database;
+    Wake wake = Wake::Written;
     do {
         if (!database)
             database = Database::open(m_databaseFolder, nullptr);
@@ -88,29 +89,35 @@ void SessionWatcher::run()
             m_told = true;
             m_handlers.serviceLost();
         }
-    } while (!wait(!m_told && (m_watchFd < 0 || m_failures > 0)));
+        // A commit shows only once its writer has finished it, a moment
+        // after its last write to the log woke the watcher: after a write
+        // it looks once more, a little later.
+        int timeout = -1;
+        if (m_watchFd < 0 || m_failures > 0 || m_wakeFd < 0)
+            timeout = int(interval.count());
+        else if (wake == Wake::Written)
+            timeout = int(recheckDelay.count());
+        wake = wait(m_told ? -1 : timeout);
+    } while (wake != Wake::Stop);
 }
 
-bool SessionWatcher::wait(bool polling)
+SessionWatcher::Wake SessionWatcher::wait(int timeoutMs)
 {
-    // Without its wake-up descriptor the thread could miss a stop: it looks
-    // at the interval then.
-    if (m_wakeFd < 0)
-        polling = true;
     pollfd watched[2] = {{m_wakeFd, POLLIN, 0}, {m_watchFd, POLLIN, 0}};
     for (;;) {
-        const int ready = ::poll(watched, m_watchFd >= 0 ? 2 : 1, polling ? int(interval.count()) : -1);
+        const int ready = ::poll(watched, m_watchFd >= 0 ? 2 : 1, timeoutMs);
         if (m_stopping)
-            return true;
+            return Wake::Stop;
         if (ready < 0 && errno == EINTR)
             continue;
         if (ready <= 0)
-            return false;
+            return Wake::Timeout;
         quint64 count = 0;
         const bool poked = (watched[0].revents & POLLIN) && ::read(m_wakeFd, &count, sizeof count) > 0;
-        const bool written = m_watchFd >= 0 && (watched[1].revents & POLLIN) && databaseWritten();
-        if (poked || written)
-            return false;
+        if (m_watchFd >= 0 && (watched[1].revents & POLLIN) && databaseWritten())
+            return Wake::Written;
+        if (poked)
+            return Wake::Poked;
     }
 }
 

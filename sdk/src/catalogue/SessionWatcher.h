@@ -15,13 +15,16 @@ class Database;
 // Watches the database for what other clients and the admin tool change.
 // It sleeps until the database's files are written to (every commit goes
 // through the write-ahead log), then reads the catalog's version and the
-// account's password version, and on a change reads a new snapshot. Where
-// the folder can't be watched, and while the database can't be read, it
-// looks twice a second instead. Its handlers run on the watcher's thread.
+// account's password version, and on a change reads a new snapshot; a
+// moment later it reads them once more, for a commit that was still being
+// finished. Where the folder can't be watched, and while the database
+// can't be read, it looks twice a second instead. Its handlers run on the
+// watcher's thread.
 class SessionWatcher
 {
 public:
     static constexpr auto interval = std::chrono::milliseconds(500);
+    static constexpr auto recheckDelay = std::chrono::milliseconds(200);
 
     struct Handlers
     {
@@ -46,9 +49,10 @@ public:
 private:
     void run();
     void look(Database& database);
-    // Waits for a write to the database, a poke, a stop, or the interval
-    // when polling; true when it is time to stop.
-    bool wait(bool polling);
+    enum class Wake { Written, Poked, Timeout, Stop };
+    // Waits for a write to the database, a poke or a stop, at most the
+    // timeout (none when negative).
+    Wake wait(int timeoutMs);
     bool databaseWritten();
     void wake();
 

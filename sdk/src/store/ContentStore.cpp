@@ -71,14 +71,28 @@ bool ContentStore::place(const QString& partial, const QByteArray& digest, QStri
     };
     if (!isDigest(digest))
         return failed(partial);
-    if (!PrivateFiles::makeFolder(folder))
-        return failed(folder);
-    if (QFileInfo::exists(target)) {
-        QFile::remove(partial);
-        return true;
+    // One call in the usual case, which counts for a folder of many files:
+    // the rename never replaces a content that is there already, and the
+    // folder is made only when it is missing.
+    const QByteArray from = QFile::encodeName(partial);
+    const QByteArray to = QFile::encodeName(target);
+    auto rename = [&] { return ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE); };
+    int renamed = rename();
+    if (renamed != 0 && errno == ENOENT) {
+        if (!PrivateFiles::makeFolder(folder))
+            return failed(folder);
+        renamed = rename();
     }
-    if (::rename(QFile::encodeName(partial).constData(), QFile::encodeName(target).constData()) != 0)
+    if (renamed != 0 && errno == EINVAL) {
+        // A file system without that kind of rename: look first.
+        if (!QFileInfo::exists(target))
+            return ::rename(from.constData(), to.constData()) == 0 || failed(target);
+    } else if (renamed == 0) {
+        return true;
+    } else if (errno != EEXIST) {
         return failed(target);
+    }
+    QFile::remove(partial);
     return true;
 }
 
