@@ -58,6 +58,43 @@ TEST(ChildRole, SlowUploader)
     ServiceFixture::waitUntil([] { return false; }, 60000);
 }
 
+TEST(ChildRole, Uploader)
+{
+    if (!ChildProcess::isChild("Uploader"))
+        GTEST_SKIP() << "a client killed at a moment its parent chooses";
+    library().utils().setDatabaseLocation(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_DATABASE")));
+    const VLRUserSessionPtr session = signInAsChild(QStringLiteral("ann@example.com"));
+    ASSERT_NE(session, nullptr);
+    ASSERT_TRUE(ServiceFixture::waitUntil([&] { return !session->syncingLists(); }));
+    vlr::OptionalError error;
+    session->uploadAndPublishNewRevision(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_FILE")),
+                                         qEnvironmentVariable("VELURIA_CHILD_WORKSPACE"), false, QString(), &error);
+    ASSERT_FALSE(error.has_value());
+    ServiceFixture::waitUntil([] { return false; }, 60000);
+}
+
+TEST(ChildRole, Publisher)
+{
+    if (!ChildProcess::isChild("Publisher"))
+        GTEST_SKIP() << "another member's client publishing a comment";
+    library().utils().setDatabaseLocation(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_DATABASE")));
+    const VLRUserSessionPtr session = signInAsChild(QStringLiteral("bob@example.com"));
+    ASSERT_NE(session, nullptr);
+    ASSERT_TRUE(ServiceFixture::waitUntil([&] { return !session->syncingLists(); }));
+    bool published = false;
+    vlr::OptionalError error;
+    session->publishText(QStringLiteral("From afar"), qEnvironmentVariable("VELURIA_CHILD_WORKSPACE"),
+                         [&](const QString&, const vlr::OptionalError& e) {
+                             error = e;
+                             published = true;
+                         });
+    ASSERT_TRUE(ServiceFixture::waitUntil([&] { return published; }));
+    ASSERT_FALSE(error.has_value()) << error->localizedDescription.toStdString();
+    say("published");
+    session->logoutWithCompletionHandler(nullptr);
+    library().init().shutdown();
+}
+
 TEST(ChildRole, LateLocation)
 {
     if (!ChildProcess::isChild("LateLocation"))

@@ -133,8 +133,11 @@ void AppDelegate::applicationDidFinishLaunching()
 
     VLRMainQueue::dispatchAfter(FirstPopoverDelayMilliseconds, this, [this] {
         Popover* popover = m_mainViewController ? m_mainViewController->popover() : nullptr;
-        if (!m_skipOpeningPop && popover && !popover->isShown())
+        if (!m_skipOpeningPop && popover && !popover->isShown()) {
+            if (m_statusItem)
+                m_statusItem->followTrayIcon();
             m_mainViewController->togglePopover();
+        }
     });
     qCInfo(lcShell) << (m_launchedAsLoginItem ? "Launch finished (login item)" : "Launch finished");
 }

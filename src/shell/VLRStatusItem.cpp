@@ -12,12 +12,10 @@
 #include <QMenu>
 #include <QScreen>
 #include <QSystemTrayIcon>
-#include <QTimer>
 
 namespace {
 
 constexpr int StatusItemSize = 24;
-constexpr int PlaceWatchMilliseconds = 1000;
 
 } // namespace
 
@@ -32,11 +30,9 @@ VLRStatusItem::VLRStatusItem(QObject* parent)
 
     m_trays = new SystemTrayWatcher(this);
     connect(m_trays, &SystemTrayWatcher::trayArrived, this, &VLRStatusItem::createTrayIconIfPossible);
-    // Trays that embed the icon know its place; it is looked at once a second,
-    // so that the popover can follow when the panel rearranges its icons.
-    m_placeWatch = new QTimer(this);
-    m_placeWatch->setInterval(PlaceWatchMilliseconds);
-    connect(m_placeWatch, &QTimer::timeout, this, &VLRStatusItem::followTrayIcon);
+    // The tray's menu comes up under the icon: a moment at which the tray
+    // has placed it, read rather than polled.
+    connect(m_menu, &QMenu::aboutToShow, this, &VLRStatusItem::followTrayIcon);
     connect(m_appearance, &VLRDesktopAppearance::darkModeChanged, this, [this](bool dark) {
         if (m_view)
             m_view->setDarkMode(dark);
@@ -91,7 +87,7 @@ void VLRStatusItem::createTrayIconIfPossible(const QString& kind)
             pressView();
     });
     m_trayIcon->show();
-    m_placeWatch->start();
+    followTrayIcon();
 }
 
 void VLRStatusItem::followTrayIcon()

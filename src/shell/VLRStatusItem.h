@@ -5,7 +5,6 @@
 
 class QMenu;
 class QSystemTrayIcon;
-class QTimer;
 class StatusItemImageView;
 class SystemTrayWatcher;
 class VLRDesktopAppearance;
@@ -31,6 +30,11 @@ public:
     QSystemTrayIcon* trayIcon() const { return m_trayIcon; }
     // The tray icon's menu: open the popover, quit.
     QMenu* menu() const { return m_menu; }
+    // Reads the icon's place from the tray, where the tray tells it (trays
+    // that embed the icon do), and moves the view there. Nothing polls it:
+    // it is read when the tray shows the icon, at each click or menu, and
+    // before the popover opens by itself.
+    void followTrayIcon();
 
 signals:
     void quitRequested();
@@ -40,12 +44,10 @@ signals:
 private:
     void createTrayIconIfPossible(const QString& kind);
     void pressView();
-    void followTrayIcon();
 
     QPointer<StatusItemImageView> m_view;
     QSystemTrayIcon* m_trayIcon = nullptr;
     QMenu* m_menu = nullptr;
     SystemTrayWatcher* m_trays = nullptr;
-    QTimer* m_placeWatch = nullptr;
     VLRDesktopAppearance* m_appearance = nullptr;
 };

@@ -107,7 +107,8 @@ std::unique_ptr<Database> Database::connect(const QString& folder, const QString
     }
     sqlite3_busy_timeout(handle, 10000);
     std::unique_ptr<Database> database(new Database(handle, folder));
-    if (!database->exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA foreign_keys=ON;")
+    if (!database->exec("PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL; PRAGMA foreign_keys=ON; PRAGMA "
+                        "temp_store=MEMORY; PRAGMA cache_size=-16384;")
         || !DatabaseSchema::create(*database)) {
         const int code = sqlite3_errcode(handle) & 0xff;
         *damaged = code == SQLITE_NOTADB || code == SQLITE_CORRUPT;

@@ -4,23 +4,27 @@
 
 #include <QString>
 
-#include <condition_variable>
+#include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <thread>
 
 class Database;
 
-// Watches the database for what other clients and the admin tool change:
-// twice a second it reads the catalog's version and the account's password
-// version, and on a change reads a new snapshot. Its handlers run on the
+// Watches the database for what other clients and the admin tool change.
+// It sleeps until the database's files are written to (every commit goes
+// through the write-ahead log), then reads the catalog's version and the
+// account's password version, and on a change reads a new snapshot; a
+// moment later it reads them once more, for a commit that was still being
+// finished. Where the folder can't be watched, and while the database
+// can't be read, it looks twice a second instead. Its handlers run on the
 // watcher's thread.
 class SessionWatcher
 {
 public:
     static constexpr auto interval = std::chrono::milliseconds(500);
+    static constexpr auto recheckDelay = std::chrono::milliseconds(200);
 
     struct Handlers
     {
@@ -45,6 +49,12 @@ public:
 private:
     void run();
     void look(Database& database);
+    enum class Wake { Written, Poked, Timeout, Stop };
+    // Waits for a write to the database, a poke or a stop, at most the
+    // timeout (none when negative).
+    Wake wait(int timeoutMs);
+    bool databaseWritten();
+    void wake();
 
     QString m_databaseFolder;
     QString m_userId;
@@ -55,9 +65,8 @@ private:
     int m_failures = 0;
     bool m_told = false;
 
-    std::mutex m_mutex;
-    std::condition_variable m_wake;
-    bool m_stopping = false;
-    bool m_poked = false;
+    std::atomic_bool m_stopping{false};
+    int m_wakeFd = -1;
+    int m_watchFd = -1;
     std::thread m_thread;
 };

@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
 #include <unistd.h>
 
 ContentStore::ContentStore(const QString& databaseFolder)
@@ -55,6 +56,14 @@ bool ContentStore::contains(const QByteArray& digest) const
 
 bool ContentStore::commit(const QString& partial, const QByteArray& digest, QString* failure) const
 {
+    if (!place(partial, digest, failure))
+        return false;
+    PrivateFiles::syncFolder(QFileInfo(pathOf(digest)).path());
+    return true;
+}
+
+bool ContentStore::place(const QString& partial, const QByteArray& digest, QString* failure) const
+{
     const QString target = pathOf(digest);
     const QString folder = QFileInfo(target).path();
     auto failed = [&](const QString& path) {
@@ -64,16 +73,58 @@ bool ContentStore::commit(const QString& partial, const QByteArray& digest, QStr
     };
     if (!isDigest(digest))
         return failed(partial);
-    if (!PrivateFiles::makeFolder(folder))
-        return failed(folder);
-    if (QFileInfo::exists(target)) {
-        QFile::remove(partial);
-        return true;
+    // One call in the usual case, which counts for a folder of many files:
+    // the rename never replaces a content that is there already, and the
+    // folder is made only when it is missing.
+    const QByteArray from = QFile::encodeName(partial);
+    const QByteArray to = QFile::encodeName(target);
+    auto rename = [&] { return ::renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE); };
+    int renamed = rename();
+    if (renamed != 0 && errno == ENOENT) {
+        if (!PrivateFiles::makeFolder(folder))
+            return failed(folder);
+        renamed = rename();
     }
-    if (::rename(QFile::encodeName(partial).constData(), QFile::encodeName(target).constData()) != 0)
+    if (renamed != 0 && errno == EINVAL) {
+        // A file system without that kind of rename: look first.
+        if (!QFileInfo::exists(target))
+            return ::rename(from.constData(), to.constData()) == 0 || failed(target);
+    } else if (renamed == 0) {
+        return true;
+    } else if (errno != EEXIST) {
         return failed(target);
-    PrivateFiles::syncFolder(folder);
+    }
+    QFile::remove(partial);
     return true;
+}
+
+QByteArray ContentStore::stage(const QByteArray& data, const QString& name, QString* failure) const
+{
+    const QString partial = partialPath(name);
+    const int fd = PrivateFiles::createFile(partial, false);
+    const bool written = fd >= 0 && ::write(fd, data.constData(), size_t(data.size())) == data.size();
+    const int error = errno;
+    if (fd >= 0)
+        ::close(fd);
+    if (!written) {
+        QFile::remove(partial);
+        if (failure)
+            *failure = QStringLiteral("\"%1\": %2").arg(partial, QString::fromLocal8Bit(std::strerror(error)));
+        return {};
+    }
+    return Sha256::of(data);
+}
+
+bool ContentStore::sync(QString* failure) const
+{
+    const int fd = ::open(QFile::encodeName(m_root).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const bool synced = fd >= 0 && ::syncfs(fd) == 0;
+    const int error = errno;
+    if (fd >= 0)
+        ::close(fd);
+    if (!synced && failure)
+        *failure = QStringLiteral("\"%1\": %2").arg(m_root, QString::fromLocal8Bit(std::strerror(error)));
+    return synced;
 }
 
 QByteArray ContentStore::put(const QByteArray& data, QString* failure) const

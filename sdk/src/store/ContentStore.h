@@ -22,6 +22,13 @@ public:
 
     // Takes a complete, synced partial file whose content has this digest.
     bool commit(const QString& partial, const QByteArray& digest, QString* failure) const;
+    // As commit, but the rename is left for a later sync() to make durable.
+    bool place(const QString& partial, const QByteArray& digest, QString* failure) const;
+    // Writes a small content to the partial file of this name, unsynced;
+    // its digest, or a null array.
+    QByteArray stage(const QByteArray& data, const QString& name, QString* failure) const;
+    // Puts everything written to the store's file system on disk.
+    bool sync(QString* failure) const;
     // Stores a small content at once; its digest, or a null array.
     QByteArray put(const QByteArray& data, QString* failure) const;
     // Removes the partial files in Store/tmp that nobody is writing, but

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstring>
@@ -76,11 +77,12 @@ bool sameFile(const struct stat& a, const struct stat& b)
 } // namespace
 
 ResumableCopy::ResumableCopy(const QString& source, const QString& partial, std::function<bool()> shouldStop,
-                             std::function<void(qint64 bytes)> advanced)
+                             std::function<void(qint64 bytes)> advanced, Durability durability)
     : m_source(source)
     , m_partial(partial)
     , m_shouldStop(std::move(shouldStop))
     , m_advanced(std::move(advanced))
+    , m_durability(durability)
 { }
 
 ResumableCopy::Outcome ResumableCopy::fail(const QString& path, int error, bool onSource)
@@ -131,6 +133,65 @@ ResumableCopy::Outcome ResumableCopy::copyRest(int source, int partial, qint64* 
     }
 }
 
+// The rest is copied by the kernel while another thread hashes the source
+// from the page cache: hashing, not the disk, is the slower of the two, and
+// both cores are put to work. A source that comes up short for the hasher
+// has changed under the copy.
+ResumableCopy::Outcome ResumableCopy::copyAndHashInParallel(int source, int partial, qint64 sourceSize, qint64* offset,
+                                                            char* buffer, Sha256& hash)
+{
+    std::atomic_bool abandon{false};
+    bool hashed = true;
+    const qint64 hashFrom = *offset;
+    std::thread hasher([&] {
+        const std::unique_ptr<char[]> block(new char[hashBlockSize]);
+        for (qint64 at = hashFrom; at < sourceSize && !abandon;) {
+            const qint64 got = readFully(source, block.get(), std::min(hashBlockSize, sourceSize - at), at);
+            if (got <= 0) {
+                hashed = false;
+                return;
+            }
+            hash.add(block.get(), got);
+            at += got;
+        }
+    });
+    const Outcome copied = copyRest(source, partial, offset, buffer);
+    if (copied != Outcome::Done) {
+        abandon = true;
+        hasher.join();
+        return copied;
+    }
+    // The sync runs while the hash may still be catching up.
+    const bool synced = ::fsync(partial) == 0;
+    const int syncError = errno;
+    hasher.join();
+    if (!synced)
+        return fail(m_partial, syncError, false);
+    m_sourceChanged = !hashed;
+    return Outcome::Done;
+}
+
+// One pass of reads, each hashed and written at once: no second reading of
+// the source and no thread of its own.
+ResumableCopy::Outcome ResumableCopy::copyAndHashRest(int source, int partial, qint64* offset, char* buffer,
+                                                      qint64 bufferSize, Sha256& hash)
+{
+    for (;;) {
+        if (m_shouldStop())
+            return Outcome::Stopped;
+        const qint64 got = readFully(source, buffer, bufferSize, *offset);
+        if (got < 0)
+            return fail(m_source, errno, true);
+        if (got == 0)
+            return Outcome::Done;
+        hash.add(buffer, got);
+        if (!writeFully(partial, buffer, got))
+            return fail(m_partial, errno ? errno : ENOSPC, false);
+        *offset += got;
+        m_advanced(got);
+    }
+}
+
 ResumableCopy::Outcome ResumableCopy::run()
 {
     // Without O_NONBLOCK, opening a named pipe would wait for a writer
@@ -160,17 +221,20 @@ ResumableCopy::Outcome ResumableCopy::run()
         return fail(m_partial, errno, false);
 
     Sha256 hash;
-    const std::unique_ptr<char[]> buffer(new char[chunkSize]);
-    const std::unique_ptr<char[]> kept(new char[chunkSize]);
+    // A small file of a folder gets buffers of its own size, not a chunk's.
+    const qint64 bufferSize =
+        m_durability == Durability::Own ? chunkSize : std::clamp<qint64>(before.st_size + 1, 1, chunkSize);
+    const std::unique_ptr<char[]> buffer(new char[size_t(bufferSize)]);
     qint64 offset = 0;
 
     // What an interrupted copy left counts only as far as it matches the
     // source, chunk by chunk; the rest is cut off and written again.
     const qint64 resumable = std::min<qint64>(partialInfo.st_size, before.st_size);
+    const std::unique_ptr<char[]> kept(resumable > 0 ? new char[size_t(bufferSize)] : nullptr);
     while (offset < resumable) {
         if (m_shouldStop())
             return Outcome::Stopped;
-        const qint64 length = std::min(chunkSize, resumable - offset);
+        const qint64 length = std::min(bufferSize, resumable - offset);
         const qint64 fromSource = readFully(source.get(), buffer.get(), length, offset);
         const qint64 fromPartial = readFully(partial.get(), kept.get(), length, offset);
         if (fromSource < 0)
@@ -186,43 +250,18 @@ ResumableCopy::Outcome ResumableCopy::run()
     if (::ftruncate(partial.get(), offset) != 0 || ::lseek(partial.get(), offset, SEEK_SET) != offset)
         return fail(m_partial, errno, false);
 
-    // The rest is copied by the kernel while another thread hashes the
-    // source from the page cache: hashing, not the disk, is the slower of
-    // the two, and both cores are put to work.
-    std::atomic_bool abandon{false};
-    bool hashed = true;
-    const qint64 hashFrom = offset;
-    std::thread hasher([&] {
-        const std::unique_ptr<char[]> block(new char[hashBlockSize]);
-        for (qint64 at = hashFrom; at < before.st_size && !abandon;) {
-            const qint64 got = readFully(source.get(), block.get(), std::min(hashBlockSize, before.st_size - at), at);
-            if (got <= 0) {
-                hashed = false;
-                return;
-            }
-            hash.add(block.get(), got);
-            at += got;
-        }
-    });
-    const Outcome copied = copyRest(source.get(), partial.get(), &offset, buffer.get());
-    if (copied != Outcome::Done) {
-        abandon = true;
-        hasher.join();
+    const Outcome copied = m_durability == Durability::Own
+        ? copyAndHashInParallel(source.get(), partial.get(), before.st_size, &offset, buffer.get(), hash)
+        : copyAndHashRest(source.get(), partial.get(), &offset, buffer.get(), bufferSize, hash);
+    if (copied != Outcome::Done)
         return copied;
-    }
-    // The sync runs while the hash may still be catching up.
-    const bool synced = ::fsync(partial.get()) == 0;
-    const int syncError = errno;
-    hasher.join();
-    if (!synced)
-        return fail(m_partial, syncError, false);
 
     struct stat after;
     if (::fstat(source.get(), &after) != 0)
         return fail(m_source, errno, true);
     struct stat now;
     if (::stat(QFile::encodeName(m_source).constData(), &now) != 0 || !sameFile(before, after) || !sameFile(after, now)
-        || offset != after.st_size || !hashed) {
+        || offset != after.st_size || m_sourceChanged) {
         m_sourceChanged = true;
         m_failure = QFileInfo(m_source).fileName();
         return Outcome::Failed;

@@ -65,6 +65,68 @@ QList<UploadRun::Item> UploadRun::items(qint64* totalSize) const
     return found;
 }
 
+TransferResult UploadRun::copyFailed(const StoreBatch::Failure& failure)
+{
+    if (failure.sourceChanged) {
+        QFile::remove(failure.partial);
+        return TransferResult::failed(ServiceError::make(ServiceError::FileChanged, failure.text));
+    }
+    return TransferResult::failed(ServiceError::make(
+        failure.onSource ? ServiceError::FileUnreadable : ServiceError::FileUnwritable, failure.text));
+}
+
+// A single file is synced and renamed into place on its own.
+std::optional<TransferResult> UploadRun::storeFile(const ContentStore& store, const Item& item, QByteArray* content)
+{
+    const QString partial = store.partialPath(QStringLiteral("%1-0").arg(m_job.id));
+    ResumableCopy copy(item.source, partial, m_shouldStop, m_advanced);
+    switch (copy.run()) {
+    case ResumableCopy::Outcome::Stopped:
+        return TransferResult::stopped();
+    case ResumableCopy::Outcome::Failed:
+        return copyFailed(StoreBatch::Failure{partial, copy.failure(), copy.sourceChanged(), copy.failedOnSource()});
+    case ResumableCopy::Outcome::Done:
+        break;
+    }
+    QString failure;
+    if (!store.commit(partial, copy.digest(), &failure))
+        return TransferResult::failed(ServiceError::make(ServiceError::FileUnwritable, failure));
+    *content = copy.digest();
+    return std::nullopt;
+}
+
+// A folder's files and their manifest reach the disk together, by one
+// sync of the store rather than one for each file.
+std::optional<TransferResult> UploadRun::storeFolder(const ContentStore& store, const QList<Item>& files,
+                                                     QByteArray* content)
+{
+    QList<StoreBatch::Entry> entries;
+    entries.reserve(files.size());
+    for (qsizetype index = 0; index < files.size(); ++index)
+        entries.append({files.at(index).source, store.partialPath(QStringLiteral("%1-%2").arg(m_job.id).arg(index))});
+    StoreBatch batch(store, m_shouldStop, m_advanced);
+    switch (batch.copy(entries)) {
+    case ResumableCopy::Outcome::Stopped:
+        return TransferResult::stopped();
+    case ResumableCopy::Outcome::Failed:
+        return copyFailed(batch.failure());
+    case ResumableCopy::Outcome::Done:
+        break;
+    }
+    QJsonArray manifest;
+    for (qsizetype index = 0; index < files.size(); ++index)
+        manifest.append(QJsonObject{{QStringLiteral("path"), files.at(index).relativePath},
+                                    {QStringLiteral("content"), QString::fromLatin1(batch.copied().at(index).digest)},
+                                    {QStringLiteral("size"), batch.copied().at(index).size}});
+    QString failure;
+    *content =
+        batch.stage(QJsonDocument(QJsonObject{{QStringLiteral("entries"), manifest}}).toJson(QJsonDocument::Compact),
+                    QStringLiteral("%1-manifest").arg(m_job.id), &failure);
+    if (content->isNull() || !batch.commit(&failure))
+        return TransferResult::failed(ServiceError::make(ServiceError::FileUnwritable, failure));
+    return std::nullopt;
+}
+
 TransferResult UploadRun::run()
 {
     const QFileInfo source(m_job.filePath);
@@ -83,39 +145,10 @@ TransferResult UploadRun::run()
     qint64 totalSize = 0;
     const QList<Item> files = items(&totalSize);
     m_sized(totalSize);
-    QJsonArray entries;
-    QByteArray content;
-    for (int index = 0; index < files.size(); ++index) {
-        const Item& item = files.at(index);
-        const QString partial = store.partialPath(QStringLiteral("%1-%2").arg(m_job.id).arg(index));
-        ResumableCopy copy(item.source, partial, m_shouldStop, m_advanced);
-        switch (copy.run()) {
-        case ResumableCopy::Outcome::Stopped:
-            return TransferResult::stopped();
-        case ResumableCopy::Outcome::Failed:
-            if (copy.sourceChanged()) {
-                QFile::remove(partial);
-                return TransferResult::failed(ServiceError::make(ServiceError::FileChanged, copy.failure()));
-            }
-            return TransferResult::failed(ServiceError::make(
-                copy.failedOnSource() ? ServiceError::FileUnreadable : ServiceError::FileUnwritable, copy.failure()));
-        case ResumableCopy::Outcome::Done:
-            break;
-        }
-        if (!store.commit(partial, copy.digest(), &failure))
-            return TransferResult::failed(ServiceError::make(ServiceError::FileUnwritable, failure));
-        content = copy.digest();
-        entries.append(QJsonObject{{QStringLiteral("path"), item.relativePath},
-                                   {QStringLiteral("content"), QString::fromLatin1(copy.digest())},
-                                   {QStringLiteral("size"), copy.size()}});
-    }
     const bool isFolder = source.isDir();
-    if (isFolder) {
-        const QJsonObject manifest{{QStringLiteral("entries"), entries}};
-        content = store.put(QJsonDocument(manifest).toJson(QJsonDocument::Compact), &failure);
-        if (content.isNull())
-            return TransferResult::failed(ServiceError::make(ServiceError::FileUnwritable, failure));
-    }
+    QByteArray content;
+    if (auto ended = isFolder ? storeFolder(store, files, &content) : storeFile(store, files.first(), &content))
+        return *ended;
     WorkspaceStore workspaces(m_database);
     TransferResult result;
     result.totalSize = totalSize;

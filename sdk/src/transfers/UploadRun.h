@@ -1,9 +1,13 @@
 #pragma once
 
+#include "sdk/store/StoreBatch.h"
 #include "sdk/transfers/TransferJob.h"
 #include "sdk/transfers/TransferResult.h"
 
 #include <functional>
+#include <optional>
+
+class ContentStore;
 
 class Database;
 
@@ -28,6 +32,11 @@ private:
 
     TransferResult refusal();
     QList<Item> items(qint64* totalSize) const;
+    // Each puts the upload's content into the store and gives its digest;
+    // a result only when the upload ends there.
+    std::optional<TransferResult> storeFile(const ContentStore& store, const Item& item, QByteArray* content);
+    std::optional<TransferResult> storeFolder(const ContentStore& store, const QList<Item>& files, QByteArray* content);
+    static TransferResult copyFailed(const StoreBatch::Failure& failure);
 
     TransferJob m_job;
     QString m_databaseFolder;
