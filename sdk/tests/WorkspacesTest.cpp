@@ -41,8 +41,11 @@ TEST_F(Workspaces, LoadAfterSignInNewestFirstWithTheirMembers)
     ChangeRecorder recorder;
     recorder.watch(*session,
                    {QStringLiteral("syncingLists"), QStringLiteral("workspaces"), QStringLiteral("projects")});
-    EXPECT_TRUE(session->syncingLists());
-    EXPECT_TRUE(session->workspaces().isEmpty());
+    // The sign-in's own wait may already have let a busy machine load the
+    // lists; while loading, nothing is listed yet.
+    const bool loading = session->syncingLists();
+    if (loading)
+        EXPECT_TRUE(session->workspaces().isEmpty());
     ASSERT_TRUE(waitUntil([&] { return !session->syncingLists(); }));
 
     QStringList names;
@@ -57,8 +60,8 @@ TEST_F(Workspaces, LoadAfterSignInNewestFirstWithTheirMembers)
     EXPECT_EQ(shared->workspaceUsers().at(0)->role(), 1);
     EXPECT_EQ(shared->workspaceUsers().at(1)->role(), 2);
 
-    EXPECT_EQ(recorder.count(QStringLiteral("syncingLists")), 1);
-    EXPECT_EQ(recorder.count(QStringLiteral("workspaces")), 1);
+    EXPECT_EQ(recorder.count(QStringLiteral("syncingLists")), loading ? 1 : 0);
+    EXPECT_EQ(recorder.count(QStringLiteral("workspaces")), loading ? 1 : 0);
     EXPECT_TRUE(recorder.allOnGuiThread());
 }
 
