@@ -8,6 +8,10 @@
 
 namespace {
 
+// What a tab that was never given a badge reads as, so that a badge the
+// controller forgets to reset does not pass for a zero.
+const QPair<qint64, bool> kNoBadge(-1, true);
+
 const QStringList registrationOrder = {"add session user",
                                        "add session projects",
                                        "add session workspaces",
@@ -118,8 +122,8 @@ TEST_F(MainViewControllerTest, UnbindingWithNothingBoundShowsTheLoginPageAndFill
     for (const char* fill :
          {"preferences.updateWithUser nil", "marketplace.setLoggedIn false", "workspaces.updateWorkspaces 0"})
         EXPECT_TRUE(journal.entries.contains(fill)) << fill;
-    EXPECT_EQ(parts.tabs->badges.value(4), qMakePair(qint64(0), false));
-    EXPECT_EQ(parts.tabs->badges.value(3), qMakePair(qint64(0), false));
+    EXPECT_EQ(parts.tabs->badges.value(4, kNoBadge), qMakePair(qint64(0), false));
+    EXPECT_EQ(parts.tabs->badges.value(3, kNoBadge), qMakePair(qint64(0), false));
     EXPECT_EQ(controller->tabView()->currentIndex(), 0);
     EXPECT_EQ(statusView->viewState(), 1);
     // The settings tab becomes available at the first binding or unbinding.
@@ -166,11 +170,12 @@ TEST_F(MainViewControllerTest, SigningOutWaitsForTheLibraryAndAKeepsTheSessionWh
               (QVariantMap{{"VLRUserNotificationTypeKey", "VLRUserNotificationTypeErrorLoggingOut"}}));
     EXPECT_FALSE(journal.entries.contains("login.clearPassword"));
 
+    parts.tabs->badges.clear();
     controller->preferencesViewControllerWantsLogOut(parts.preferences);
     session->logoutHandlers.complete(std::nullopt);
     EXPECT_EQ(controller->userSession(), nullptr);
     EXPECT_EQ(statusView->viewState(), 1);
-    EXPECT_EQ(parts.tabs->badges.value(3), qMakePair(qint64(0), false));
+    EXPECT_EQ(parts.tabs->badges.value(3, kNoBadge), qMakePair(qint64(0), false));
     EXPECT_EQ(journal.withPrefix("login."), QStringList{"login.clearPassword"});
     EXPECT_TRUE(journal.entries.contains("fileDrop.clearFields"));
     EXPECT_EQ(journal.withPrefix("preferences.updateWithUser").last(), "preferences.updateWithUser nil");

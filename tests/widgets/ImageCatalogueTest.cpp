@@ -37,7 +37,6 @@ void collectWarnings(QtMsgType type, const QMessageLogContext&, const QString& m
 TEST(ImageCatalogue, EveryPictureTheClientUsesRendersAtOneAndTwoTimes)
 {
     const QStringList names = clientImageAssetNames();
-    ASSERT_EQ(names.size(), 137);
     for (const QString& name : names) {
         SCOPED_TRACE(name.toStdString());
         ASSERT_TRUE(VLRImageCatalogue::hasImageNamed(name));

@@ -66,7 +66,10 @@ TEST(LevelView, RisesByFivePerCentOfTheDistanceFallsAtOnceAndMeasuresTheWholeRec
     view.setBackgroundColor(Qt::white);
     view.setBorderWidth(0);
     view.setBarColor(Qt::blue);
+    // Thirty milliseconds a tick, from the start, for good.
     EXPECT_TRUE(view.smoothingTicker()->isActive());
+    EXPECT_EQ(view.smoothingTicker()->interval(), 30);
+    EXPECT_FALSE(view.smoothingTicker()->isSingleShot());
     view.setIntegerValue(1000);
     EXPECT_EQ(view.smoothedValue(), 0); // setting moves nothing
     invokeTimes(&view, "smoothingTimer");

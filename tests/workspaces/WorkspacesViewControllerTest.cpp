@@ -8,6 +8,7 @@
 #include "fakes/FakeWorkspaceUser.h"
 #include "lists/ListDividerViewController.h"
 #include "widgets/VLRAvatarListView.h"
+#include "widgets/VLRView.h"
 #include "workspaces/WorkspaceCellViewController.h"
 #include "workspaces/WorkspacesViewController.h"
 
@@ -100,6 +101,10 @@ TEST_F(WorkspacesListTest, StatesAndButtons)
     page->updateWorkspaces({});
     EXPECT_TRUE(page->rows().isEmpty());
     EXPECT_EQ(page->state(), WorkspacesViewController::EmptyState);
+    // The page lies on the light grey of rows, not on the grey of other pages.
+    const auto* ground = qobject_cast<VLRView*>(page->view());
+    ASSERT_TRUE(ground);
+    EXPECT_EQ(ground->backgroundColor(), VLRColors::grey(250));
     EXPECT_TRUE(page->createWorkspaceButton()->isVisible());
     EXPECT_FALSE(page->tableView()->isVisible());
     page->createWorkspaceButton()->click();
