@@ -4,6 +4,8 @@
 
 #include "service/VLRVersionInfo.h"
 
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QThread>
 
 namespace {
@@ -18,12 +20,34 @@ struct Check
     bool onGuiThread = true;
 };
 
-// Checks the version against the manifest at the path (none: no manifest),
-// then asks for the version information, as the client does.
-Check run(const QString& manifest)
+// A web server on loopback that answers every request with the same body.
+class ManifestServer
 {
-    const auto checker =
-        std::make_shared<LocalVersionChecker>(manifest.isEmpty() ? QUrl() : QUrl::fromLocalFile(manifest));
+public:
+    explicit ManifestServer(const QByteArray& body)
+    {
+        server.listen(QHostAddress::LocalHost);
+        QObject::connect(&server, &QTcpServer::newConnection, [this, body] {
+            QTcpSocket* socket = server.nextPendingConnection();
+            QObject::connect(socket, &QTcpSocket::readyRead, socket, [socket, body] {
+                socket->readAll();
+                socket->write("HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: "
+                              + QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body);
+                socket->disconnectFromHost();
+            });
+        });
+    }
+    QUrl url() const { return QUrl(QStringLiteral("http://127.0.0.1:%1/manifest.json").arg(server.serverPort())); }
+
+private:
+    QTcpServer server;
+};
+
+// Checks the version against the manifest at the address (none: no
+// manifest), then asks for the version information, as the client does.
+Check run(const QUrl& manifest)
+{
+    const auto checker = std::make_shared<LocalVersionChecker>(manifest);
     Check result;
     int calls = 0;
     auto gui = [&] { result.onGuiThread = result.onGuiThread && QThread::currentThread() == qApp->thread(); };
@@ -42,6 +66,16 @@ Check run(const QString& manifest)
     });
     EXPECT_TRUE(ServiceFixture::waitUntil([&] { return calls == 2; }));
     return result;
+}
+
+Check run(const QString& manifest)
+{
+    return run(manifest.isEmpty() ? QUrl() : QUrl::fromLocalFile(manifest));
+}
+
+QString reason(const Check& check)
+{
+    return check.checkError ? check.checkError->localizedDescription : QString();
 }
 
 TEST(VersionCheck, AManifestSaysWhatIsNewerAndWhatIsNoLongerSupported)
@@ -95,6 +129,65 @@ TEST(VersionCheck, AnUnreadableManifestIsAnError)
     EXPECT_EQ(run(nameless).checkError->localizedDescription,
               QStringLiteral("The version information could not be read: it names no latest version"));
     EXPECT_EQ(run(folder.path() + QStringLiteral("/none.json")).checkError->code, 38);
+
+    // Versions are numbers: a version with anything else in it is no version,
+    // and 2.10 is newer than 2.9.
+    EXPECT_EQ(reason(run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/beta.json"),
+                                                   R"json({"latestVersion": "2.1.0-beta"})json"))),
+              QStringLiteral("The version information could not be read: the latest version \"2.1.0-beta\" is "
+                             "not a version"));
+    EXPECT_TRUE(reason(run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/minimum.json"),
+                                                     R"json({"latestVersion": "3", "minimumVersion": "x2"})json")))
+                    .endsWith(QStringLiteral("the minimum version \"x2\" is not a version")));
+    EXPECT_TRUE(reason(run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/digest.json"),
+                                                     R"json({"latestVersion": "3", "sha256": "abc"})json")))
+                    .endsWith(QStringLiteral("its sha256 is not 64 hexadecimal digits")));
+    EXPECT_TRUE(reason(run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/list.json"), "[1, 2]")))
+                    .endsWith(QStringLiteral("it is not a JSON object")));
+    const Check numeric = run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/numeric.json"),
+                                                        R"json({"latestVersion": "2.0.10", "minimumVersion": "2.0.9"})json"));
+    EXPECT_TRUE(numeric.outOfDate);
+    EXPECT_TRUE(numeric.unsupported);
+
+    // A huge manifest is refused unread, from a file as from a server.
+    const QByteArray huge = "{\"latestVersion\": \"9.0\", \"releaseNotesHTML\": \""
+        + QByteArray(VersionManifest::MaximumSize, 'x') + "\"}";
+    EXPECT_TRUE(reason(run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/huge.json"), huge)))
+                    .endsWith(QStringLiteral("it is larger than 1048576 bytes")));
+    ManifestServer hugeServer(huge);
+    EXPECT_TRUE(reason(run(hugeServer.url())).endsWith(QStringLiteral("it is larger than 1048576 bytes")));
+
+    // Only files and web addresses are read.
+    EXPECT_TRUE(reason(run(QUrl(QStringLiteral("ftp://example.org/m.json"))))
+                    .endsWith(QStringLiteral("it is neither a file nor a web address")));
+}
+
+TEST(VersionCheck, AManifestComesFromAWebServerWithThePackageForTheInstaller)
+{
+    const QByteArray digest = QByteArray(64, 'A');
+    ManifestServer server(R"json({"latestVersion": "2.0.1", "releaseNotesHTML": "<script>alert(1)</script>",
+        "packageURL": "https://veluria.example.org/veluria-2.0.1.tar.gz", "sha256": ")json" + digest + "\"}");
+    const Check check = run(server.url());
+    EXPECT_FALSE(check.checkError.has_value());
+    EXPECT_TRUE(check.outOfDate);
+    ASSERT_NE(check.info, nullptr);
+    // The notes go to the client as they are: showing them safely is its part.
+    EXPECT_EQ(check.info->releaseNotesHTML(), QStringLiteral("<script>alert(1)</script>"));
+
+    vlr::OptionalError error;
+    const VersionManifest manifest = VersionManifest::parse(
+        R"json({"latestVersion": "2.0.1", "packageURL": "https://h/p.tar.gz", "sha256": ")json" + digest + "\"}",
+        QStringLiteral("2.0.0"), &error);
+    EXPECT_FALSE(error.has_value());
+    EXPECT_EQ(manifest.packageURL(), QUrl(QStringLiteral("https://h/p.tar.gz")));
+    EXPECT_EQ(manifest.sha256(), QString(64, QLatin1Char('a')));
+
+    // A server that is not there is an error, not a wait.
+    QTcpServer closed;
+    closed.listen(QHostAddress::LocalHost);
+    const QUrl gone(QStringLiteral("http://127.0.0.1:%1/m.json").arg(closed.serverPort()));
+    closed.close();
+    EXPECT_EQ(run(gone).checkError->code, 38);
 }
 
 } // namespace

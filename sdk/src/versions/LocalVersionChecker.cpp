@@ -5,8 +5,16 @@
 #include "sdk/base/ServiceError.h"
 
 #include "sdk/base/LocalEnvironment.h"
+#include "sdk/versions/VersionsLog.h"
 
 #include <QNetworkReply>
+
+namespace {
+
+// A server that does not answer within this time counts as unreachable.
+constexpr int TimeoutMilliseconds = 15000;
+
+} // namespace
 
 LocalVersionChecker::LocalVersionChecker(const QUrl& manifestURL)
     : m_manifestURL(manifestURL)
@@ -39,16 +47,44 @@ void LocalVersionChecker::readManifest(const ManifestHandler& handler)
     }
     if (!m_network)
         m_network = std::make_unique<QNetworkAccessManager>();
-    QNetworkReply* reply = m_network->get(QNetworkRequest(m_manifestURL));
+    const QString scheme = m_manifestURL.scheme();
+    if (scheme != QLatin1String("http") && scheme != QLatin1String("https") && scheme != QLatin1String("file")) {
+        const vlr::Error error = ServiceError::make(ServiceError::VersionInfoUnreadable,
+                                                    QStringLiteral("it is neither a file nor a web address"));
+        qCWarning(lcVersions, "The version manifest %s could not be read: %s",
+                  qUtf8Printable(m_manifestURL.toDisplayString()), qUtf8Printable(error.localizedDescription));
+        m_manifest = VersionManifest::current(running);
+        m_error = error;
+        MainThread::post([handler, manifest = *m_manifest, error] { handler(manifest, error); });
+        return;
+    }
+    QNetworkRequest request(m_manifestURL);
+    request.setTransferTimeout(TimeoutMilliseconds);
+    QNetworkReply* reply = m_network->get(request);
+    // A manifest that grows beyond the cap is dropped as soon as that shows,
+    // so that a hostile or broken server can't fill the memory.
+    QObject::connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received, qint64 total) {
+        if (received > VersionManifest::MaximumSize || total > VersionManifest::MaximumSize) {
+            reply->setProperty("tooLarge", true);
+            reply->abort();
+        }
+    });
     std::weak_ptr<LocalVersionChecker> weakSelf = weak_from_this();
-    QObject::connect(reply, &QNetworkReply::finished, reply, [weakSelf, reply, handler, running] {
+    const QUrl url = m_manifestURL;
+    QObject::connect(reply, &QNetworkReply::finished, reply, [weakSelf, reply, handler, running, url] {
         reply->deleteLater();
         vlr::OptionalError error;
         VersionManifest manifest = VersionManifest::current(running);
-        if (reply->error() != QNetworkReply::NoError)
+        if (reply->property("tooLarge").toBool())
+            error = ServiceError::make(ServiceError::VersionInfoUnreadable,
+                                       QStringLiteral("it is larger than %1 bytes").arg(VersionManifest::MaximumSize));
+        else if (reply->error() != QNetworkReply::NoError)
             error = ServiceError::make(ServiceError::VersionInfoUnreadable, reply->errorString());
         else
-            manifest = VersionManifest::parse(reply->readAll(), running, &error);
+            manifest = VersionManifest::parse(reply->read(VersionManifest::MaximumSize + 1), running, &error);
+        if (error)
+            qCWarning(lcVersions, "The version manifest %s could not be read: %s", qUtf8Printable(url.toDisplayString()),
+                      qUtf8Printable(error->localizedDescription));
         if (auto self = weakSelf.lock()) {
             self->m_manifest = manifest;
             self->m_error = error;

@@ -1,0 +1,3 @@
+#include "sdk/versions/VersionsLog.h"
+
+Q_LOGGING_CATEGORY(lcVersions, "veluria.sdk.versions", QtInfoMsg)
