@@ -9,7 +9,7 @@ packages=(
   qtkeychain-qt6-dev libsodium-dev libsqlite3-dev libssl-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   dbus dbus-x11 python3-dbusmock gnome-keyring libsecret-tools
-  desktop-file-utils xdg-utils
+  desktop-file-utils xdg-utils libarchive-dev appstream
 )
 if [ "${1:-}" = "--desktop" ]; then
   # A virtual desktop with a tray and a notification daemon, for trying the

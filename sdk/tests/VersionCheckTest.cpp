@@ -144,14 +144,15 @@ TEST(VersionCheck, AnUnreadableManifestIsAnError)
                     .endsWith(QStringLiteral("its sha256 is not 64 hexadecimal digits")));
     EXPECT_TRUE(reason(run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/list.json"), "[1, 2]")))
                     .endsWith(QStringLiteral("it is not a JSON object")));
-    const Check numeric = run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/numeric.json"),
-                                                        R"json({"latestVersion": "2.0.10", "minimumVersion": "2.0.9"})json"));
+    const Check numeric =
+        run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/numeric.json"),
+                                      R"json({"latestVersion": "2.0.10", "minimumVersion": "2.0.9"})json"));
     EXPECT_TRUE(numeric.outOfDate);
     EXPECT_TRUE(numeric.unsupported);
 
     // A huge manifest is refused unread, from a file as from a server.
-    const QByteArray huge = "{\"latestVersion\": \"9.0\", \"releaseNotesHTML\": \""
-        + QByteArray(VersionManifest::MaximumSize, 'x') + "\"}";
+    const QByteArray huge =
+        "{\"latestVersion\": \"9.0\", \"releaseNotesHTML\": \"" + QByteArray(VersionManifest::MaximumSize, 'x') + "\"}";
     EXPECT_TRUE(reason(run(ServiceFixture::writeFile(folder.path() + QStringLiteral("/huge.json"), huge)))
                     .endsWith(QStringLiteral("it is larger than 1048576 bytes")));
     ManifestServer hugeServer(huge);
@@ -166,7 +167,8 @@ TEST(VersionCheck, AManifestComesFromAWebServerWithThePackageForTheInstaller)
 {
     const QByteArray digest = QByteArray(64, 'A');
     ManifestServer server(R"json({"latestVersion": "2.0.1", "releaseNotesHTML": "<script>alert(1)</script>",
-        "packageURL": "https://veluria.example.org/veluria-2.0.1.tar.gz", "sha256": ")json" + digest + "\"}");
+        "packageURL": "https://veluria.example.org/veluria-2.0.1.tar.gz", "sha256": ")json"
+                          + digest + "\"}");
     const Check check = run(server.url());
     EXPECT_FALSE(check.checkError.has_value());
     EXPECT_TRUE(check.outOfDate);

@@ -83,8 +83,8 @@ void LocalVersionChecker::readManifest(const ManifestHandler& handler)
         else
             manifest = VersionManifest::parse(reply->read(VersionManifest::MaximumSize + 1), running, &error);
         if (error)
-            qCWarning(lcVersions, "The version manifest %s could not be read: %s", qUtf8Printable(url.toDisplayString()),
-                      qUtf8Printable(error->localizedDescription));
+            qCWarning(lcVersions, "The version manifest %s could not be read: %s",
+                      qUtf8Printable(url.toDisplayString()), qUtf8Printable(error->localizedDescription));
         if (auto self = weakSelf.lock()) {
             self->m_manifest = manifest;
             self->m_error = error;

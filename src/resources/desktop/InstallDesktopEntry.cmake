@@ -1,7 +1,7 @@
-# Run at install time: writes the desktop entry for the prefix the client is
-# installed under, then installs it. Expects VELURIA_DESKTOP_TEMPLATE,
-# VELURIA_DESKTOP_ENTRY (where to write it), VELURIA_INSTALL_BINDIR and
-# VELURIA_INSTALL_DATADIR.
+# Run at install time: writes the desktop entry and the file managers' actions
+# for the prefix the client is installed under, then installs them. Expects
+# VELURIA_DESKTOP_TEMPLATES, a list of "<template>|<folder under the prefix>|
+# <file written>", and VELURIA_INSTALL_BINDIR.
 
 set(program "${CMAKE_INSTALL_PREFIX}/${VELURIA_INSTALL_BINDIR}/veluria")
 
@@ -19,7 +19,13 @@ endif()
 # Both are string values, whose backslashes are escaped once more.
 string(REPLACE "\\" "\\\\" VELURIA_EXEC_PROGRAM "${exec}")
 string(REPLACE "\\" "\\\\" VELURIA_INSTALLED_PROGRAM "${program}")
+set(VELURIA_INSTALLED_PROGRAM_RAW "${program}")
 
-configure_file("${VELURIA_DESKTOP_TEMPLATE}" "${VELURIA_DESKTOP_ENTRY}" @ONLY)
-file(INSTALL DESTINATION "${CMAKE_INSTALL_PREFIX}/${VELURIA_INSTALL_DATADIR}/applications" TYPE FILE
-     FILES "${VELURIA_DESKTOP_ENTRY}")
+foreach(entry IN LISTS VELURIA_DESKTOP_TEMPLATES)
+  string(REPLACE "|" ";" parts "${entry}")
+  list(GET parts 0 template)
+  list(GET parts 1 folder)
+  list(GET parts 2 written)
+  configure_file("${template}" "${written}" @ONLY)
+  file(INSTALL DESTINATION "${CMAKE_INSTALL_PREFIX}/${folder}" TYPE FILE FILES "${written}")
+endforeach()
