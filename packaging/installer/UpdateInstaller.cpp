@@ -123,6 +123,13 @@ void UpdateInstaller::installBundle()
         finish(false, QStringLiteral("The new version can't be installed: %1").arg(swapError));
         return;
     }
+    // The version just left stays, for going back by hand; older ones go.
+    const QStringList trees = QDir(root).entryList({QStringLiteral("veluria-*")}, QDir::Dirs | QDir::NoSymLinks);
+    for (const QString& tree : trees) {
+        const QString path = root + QLatin1Char('/') + tree;
+        if (tree != unpacked.topName && QFileInfo(path).canonicalFilePath() != m_location.tree())
+            QDir(path).removeRecursively();
+    }
     if (m_restart)
         m_restart(root);
     finish(true, QStringLiteral("Veluria %1 is installed.").arg(m_manifest.info()->latestVersionNice()));

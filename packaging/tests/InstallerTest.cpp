@@ -44,10 +44,12 @@ void expectUntouched(const BundleFixture& bundle)
 } // namespace
 
 // A good package is unpacked beside the old version, "current" moves over to
-// it and the new client starts; the old tree stays until the next update.
+// it and the new client starts; the old tree stays until the next update,
+// older ones go.
 TEST(InstallerTest, AGoodPackageReplacesTheBundleAndRestartsTheClient)
 {
     BundleFixture bundle;
+    BundleFixture::makeTree(bundle.root(), "1.9.0");
     ASSERT_EQ(InstallLocation::forProgramFolder(bundle.binFolder("2.0.0")).kind(), InstallLocation::Kind::Bundle);
     LoopbackServer server;
     const QByteArray package = bundle.archive("2.1.0");
@@ -58,6 +60,7 @@ TEST(InstallerTest, AGoodPackageReplacesTheBundleAndRestartsTheClient)
     EXPECT_TRUE(outcome.installed) << outcome.message.toStdString();
     EXPECT_EQ(bundle.currentVersion(), "2.1.0");
     EXPECT_TRUE(QFileInfo::exists(bundle.binFolder("2.0.0") + "/veluria"));
+    EXPECT_FALSE(QFileInfo::exists(bundle.binFolder("1.9.0")));
     EXPECT_TRUE(QTest::qWaitFor([&] { return bundle.startedVersion() == "2.1.0"; }, 10000));
 
     // The manifest now announces the version in use: nothing to do.
