@@ -3,6 +3,12 @@
 # VELURIA_DESKTOP_TEMPLATES, a list of "<template>|<folder under the prefix>|
 # <file written>", and VELURIA_INSTALL_BINDIR.
 
+# A relocatable bundle has no place yet: its set-up writes them from the
+# templates once it is unpacked.
+if("$ENV{VELURIA_RELOCATABLE}")
+  return()
+endif()
+
 set(program "${CMAKE_INSTALL_PREFIX}/${VELURIA_INSTALL_BINDIR}/veluria")
 
 # The command names the program plainly when it can, as simple launchers read
