@@ -6,6 +6,9 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
+#include <QUrl>
+
+#include <functional>
 
 namespace {
 
@@ -41,6 +44,25 @@ void refreshHandlers()
     const QString update = QStandardPaths::findExecutable(QStringLiteral("update-desktop-database"));
     if (!update.isEmpty())
         QProcess::execute(update, {QStringLiteral("-q"), dataHome() + QStringLiteral("/applications")});
+}
+
+// Rewrites the file without the lines the predicate picks, if it has any.
+void removeLines(const QString& path, const std::function<bool(const QString&)>& picked)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    QStringList kept;
+    bool changed = false;
+    for (const QString& line : QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'))) {
+        const bool drop = picked(line);
+        changed = changed || drop;
+        if (!drop)
+            kept << line;
+    }
+    file.close();
+    if (changed && file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        file.write(kept.join(QLatin1Char('\n')).toUtf8());
 }
 
 } // namespace
@@ -107,20 +129,13 @@ void DesktopIntegration::remove()
         QFile::remove(dataHome() + QLatin1Char('/') + QLatin1String(entry.installedAs));
     QFile::remove(dataHome() + QLatin1Char('/') + QLatin1String(IconPath));
     QFile::remove(configHome() + QStringLiteral("/autostart/veluria.desktop"));
-    // The handler's default: every line that names our entry goes.
-    QFile mimeapps(configHome() + QStringLiteral("/mimeapps.list"));
-    if (mimeapps.open(QIODevice::ReadOnly)) {
-        QStringList kept;
-        bool changed = false;
-        for (const QString& line : QString::fromUtf8(mimeapps.readAll()).split(QLatin1Char('\n'))) {
-            const bool ours = line.startsWith(QLatin1String("x-scheme-handler/veluria="));
-            changed = changed || ours;
-            if (!ours)
-                kept << line;
-        }
-        mimeapps.close();
-        if (changed && mimeapps.open(QIODevice::WriteOnly | QIODevice::Truncate))
-            mimeapps.write(kept.join(QLatin1Char('\n')).toUtf8());
-    }
+    // The handler's default and the file managers' bookmark of the user
+    // folder name this client alone.
+    removeLines(configHome() + QStringLiteral("/mimeapps.list"),
+                [](const QString& line) { return line.startsWith(QLatin1String("x-scheme-handler/veluria=")); });
+    const QString userFolder = QUrl::fromLocalFile(QDir::homePath() + QStringLiteral("/Veluria")).toString();
+    removeLines(configHome() + QStringLiteral("/gtk-3.0/bookmarks"), [&](const QString& line) {
+        return line == userFolder || line.startsWith(userFolder + QLatin1Char(' '));
+    });
     refreshHandlers();
 }

@@ -12,7 +12,8 @@ class DesktopIntegration
 public:
     // Writes every entry for the program; the errors, empty when all went in.
     static QStringList install(const QString& templatesFolder, const QString& iconFile, const QString& program);
-    // Removes every entry, the autostart entry and the veluria: handler.
+    // Removes every entry, the autostart entry, the veluria: handler and the
+    // bookmark of the user folder.
     static void remove();
 
     // The program as a desktop entry's Exec names it: plain where it can be,

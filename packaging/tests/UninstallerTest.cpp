@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
+#include <QUrl>
 
 #include <gtest/gtest.h>
 
@@ -55,8 +56,8 @@ const QString Templates = VELURIA_SOURCE_DIR "/packaging/filemanagers";
 
 // A bundle under a root whose name the shell would read gets entries that
 // start it from there, valid as the desktop reads them; uninstalling removes
-// them with the bundle, the autostart entry and the link handler, and the
-// user's data goes only when asked.
+// them with the bundle, the autostart entry, the link handler and the user
+// folder's bookmark, and the user's data goes only when asked.
 TEST(UninstallerTest, ABundleLeavesNothingBehindButWhatTheUserKeeps)
 {
     for (const bool keepData : {true, false}) {
@@ -90,6 +91,9 @@ TEST(UninstallerTest, ABundleLeavesNothingBehindButWhatTheUserKeeps)
         home.write(".config/mimeapps.list",
                    "[Default Applications]\nx-scheme-handler/veluria=veluria.desktop\n"
                    "text/plain=editor.desktop\n");
+        home.write(
+            ".config/gtk-3.0/bookmarks",
+            ("file:///srv/projects\n" + QUrl::fromLocalFile(home.path("Veluria")).toString() + " Veluria\n").toUtf8());
         home.write(".local/share/Veluria/veluria.db", "data");
         home.write("Veluria/poster.pdf", "download");
 
@@ -102,6 +106,7 @@ TEST(UninstallerTest, ABundleLeavesNothingBehindButWhatTheUserKeeps)
               ".local/share/nautilus/scripts/Publish with Veluria", ".config/autostart/veluria.desktop"})
             EXPECT_FALSE(QFileInfo::exists(home.path(gone))) << gone;
         EXPECT_EQ(home.read(".config/mimeapps.list"), "[Default Applications]\ntext/plain=editor.desktop\n");
+        EXPECT_EQ(home.read(".config/gtk-3.0/bookmarks"), "file:///srv/projects\n");
         EXPECT_EQ(QFileInfo::exists(home.path(".local/share/Veluria/veluria.db")), keepData);
         EXPECT_EQ(QFileInfo::exists(home.path("Veluria/poster.pdf")), keepData);
     }

@@ -42,8 +42,7 @@ Uninstaller::Outcome Uninstaller::uninstall(bool keepData)
             return {false,
                     QStringLiteral("The package manager did not remove Veluria. To remove it, run: "
                                    "sudo apt-get remove veluria")};
-        QFile::remove(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
-                      + QStringLiteral("/autostart/veluria.desktop"));
+        DesktopIntegration::remove();
         break;
     }
     case InstallLocation::Kind::Plain:
