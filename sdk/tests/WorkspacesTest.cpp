@@ -8,6 +8,8 @@
 #include "service/VLRWorkspace.h"
 #include "service/VLRWorkspaceUser.h"
 
+#include <QBuffer>
+
 namespace {
 
 class Workspaces : public ServiceFixture
@@ -217,6 +219,32 @@ TEST_F(Workspaces, AccountChangesElsewhereReachTheSession)
     EXPECT_EQ(afterwards->code, 8);
     EXPECT_TRUE(recorder.allOnGuiThread());
     session->setDelegate(nullptr);
+}
+
+TEST_F(Workspaces, AMembersPictureSetElsewhereReachesTheWorkspacesMembers)
+{
+    const QString shared = addWorkspace(QStringLiteral("Posters"), bob, Clock::nowMs());
+    WorkspaceStore(database()).addMember(shared, ann, WorkspaceStore::MemberRole);
+    const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_NE(session, nullptr);
+    ASSERT_TRUE(waitUntil([&] { return session->workspaceFromID(shared) != nullptr; }));
+    const VLRWorkspacePtr workspace = session->workspaceFromID(shared);
+    ASSERT_TRUE(workspace->workspaceUsers().at(0)->avatar().isNull());
+    ChangeRecorder recorder;
+    recorder.watch(*workspace, {QStringLiteral("workspaceUsers")});
+
+    QImage picture(16, 16, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, "PNG");
+    ASSERT_TRUE(AccountStore(database()).setAvatar(bob, png));
+    ASSERT_TRUE(waitUntil(
+        [&] { return workspace->workspaceUsers().at(0)->avatar().pixelColor(3, 3) == QColor(Qt::red); }, 2500));
+    EXPECT_EQ(workspace->workspaceUsers().at(0)->firstName(), QStringLiteral("Bob"));
+    EXPECT_EQ(recorder.count(QStringLiteral("workspaceUsers")), 1);
+    EXPECT_TRUE(recorder.allOnGuiThread());
 }
 
 } // namespace

@@ -7,7 +7,9 @@ ListItemViewController::~ListItemViewController()
 
 QWidget* ListItemViewController::view()
 {
-    if (!m_view)
+    if (!m_view) {
         m_view = loadView();
+        viewDidLoad();
+    }
     return m_view;
 }

@@ -23,6 +23,8 @@ protected:
 
     // Makes the view; called once, by the first view().
     virtual QWidget* loadView() = 0;
+    // Right after loadView(), with view() answering already.
+    virtual void viewDidLoad() { }
 
 private:
     QPointer<QWidget> m_view;

@@ -8,8 +8,6 @@
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRView.h"
 
-#include <QHBoxLayout>
-
 MarketplaceTabSelectorViewController::~MarketplaceTabSelectorViewController()
 {
     m_delegate = nullptr;
@@ -26,24 +24,22 @@ QWidget* MarketplaceTabSelectorViewController::view()
 void MarketplaceTabSelectorViewController::loadView()
 {
     m_view = new VLRView();
+    m_view->setFixedSize(BarWidth, BarHeight);
     m_view->setBackgroundColor(VLRColors::grey(233));
     m_view->setBorderColor(VLRColors::grey(151));
     m_view->setBorderCornerRadius(0);
     m_view->setBorderWidth(1);
 
-    m_purchasesButton = new VLRButton(m_view);
+    // Two halves of the bar, inside its border; the buttons centre their
+    // titles and badges on the frames they are made with.
+    const int half = (BarWidth - 2) / 2;
+    m_purchasesButton = new VLRButton(QRect(1, 1, half, BarHeight - 2), m_view);
     m_purchasesButton->setTitle(vlr::localized("PURCHASES"));
     m_purchasesButton->setProperty("tag", qint64(PurchasesTab));
-    m_updatesButton = new VLRButton(m_view);
+    m_updatesButton = new VLRButton(QRect(1 + half, 1, BarWidth - 2 - half, BarHeight - 2), m_view);
     m_updatesButton->setTitle(vlr::localized("UPDATES"));
     m_updatesButton->setProperty("tag", qint64(InstallersTab));
-    auto* layout = new QHBoxLayout(m_view);
-    layout->setContentsMargins(1, 1, 1, 1);
-    layout->setSpacing(0);
     for (VLRButton* button : {m_purchasesButton.data(), m_updatesButton.data()}) {
-        button->setMinimumHeight(30);
-        button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-        layout->addWidget(button);
         connect(button, &QAbstractButton::clicked, this, [this, button] { tabButtonClicked(button); });
         setUpButton(button);
     }

@@ -21,6 +21,10 @@ public:
         InstallersTab = 2,
     };
 
+    // Inside the one-point border of the popover's page.
+    static constexpr int BarWidth = 358;
+    static constexpr int BarHeight = 32;
+
     MarketplaceTabSelectorViewController() = default;
     ~MarketplaceTabSelectorViewController() override;
 

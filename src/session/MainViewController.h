@@ -78,6 +78,13 @@ public:
     void viewDidReceiveDroppedFiles(VLRView* view, const QStringList& files) override;
     void viewDidReceiveDraggingEvent(VLRView* view) override;
 
+    // Publishes an installer's file into the catalogue with the JSON
+    // description beside it (see InstallerDescription): an installer of that
+    // name gets the file as a new revision, otherwise one is made. A
+    // description that can't be used is an error for the handler, and then
+    // nothing is published.
+    void uploadInstallerWithDescription(const QUrl& fileURL, const QByteArray& json,
+                                        const VLRErrorHandler& completionHandler);
     // Download requests, and a script's answer to the open folder question.
     void downloadUrl(const QString& url);
     bool setWorkspaceDownloadLocation(const QUrl& location, vlr::OptionalError* error);
@@ -214,6 +221,8 @@ private:
     void addSessionObservers(const VLRUserSessionPtr& session);
     void removeSessionObservers(const VLRUserSessionPtr& session);
     void updateStateOfPages(bool withMarketplace);
+    void uploadInstallerAtFileURLJSONDictionaryCompletionHandler(const QUrl& fileURL, const QVariantMap& dictionary,
+                                                                 const VLRErrorHandler& completionHandler);
 
     ApplicationRoot* m_application;
     ClientServices m_services;

@@ -1,10 +1,13 @@
 #include "shell/ClientParts.h"
 
+#include "marketplace/MarketplaceViewController.h"
 #include "preferences/PreferencesViewController.h"
 #include "session/TabSelectorViewController.h"
 #include "session/VLRPopover.h"
 #include "signin/LoginMfaViewController.h"
 #include "signin/LoginViewController.h"
+#include "workspaces/FileDropViewController.h"
+#include "workspaces/WorkspacesViewController.h"
 
 MainViewControllerParts makeClientParts(const ClientServices& services)
 {
@@ -15,6 +18,9 @@ MainViewControllerParts makeClientParts(const ClientServices& services)
     parts.tabSelectorViewController = std::make_unique<TabSelectorViewController>();
     parts.loginViewController = std::make_unique<LoginViewController>(services);
     parts.loginMfaViewController = std::make_unique<LoginMfaViewController>();
+    parts.marketplaceViewController = std::make_unique<MarketplaceViewController>(services);
+    parts.workspacesViewController = std::make_unique<WorkspacesViewController>(services);
+    parts.fileDropViewController = std::make_unique<FileDropViewController>(services);
     parts.preferencesViewController = std::make_unique<PreferencesViewController>(services);
     return parts;
 }

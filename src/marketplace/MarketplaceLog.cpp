@@ -1,0 +1,3 @@
+#include "marketplace/MarketplaceLog.h"
+
+Q_LOGGING_CATEGORY(lcMarketplace, "veluria.marketplace", QtInfoMsg)
