@@ -123,6 +123,27 @@ QStringList DesktopIntegration::install(const QString& templatesFolder, const QS
     return errors;
 }
 
+void DesktopIntegration::followCurrent(const QString& oldTree, const QString& bundleRoot)
+{
+    QFile entry(configHome() + QStringLiteral("/autostart/veluria.desktop"));
+    if (!entry.open(QIODevice::ReadOnly))
+        return;
+    auto asValue = [](const QString& program) {
+        return execProgram(program).replace(QLatin1Char('\\'), QStringLiteral("\\\\"));
+    };
+    const QString text = QString::fromUtf8(entry.readAll());
+    entry.close();
+    const QString old = asValue(oldTree + QStringLiteral("/bin/veluria"));
+    QStringList lines = text.split(QLatin1Char('\n'));
+    for (QString& line : lines) {
+        if (line.startsWith(QLatin1String("Exec=") + old + QLatin1Char(' ')) || line == QLatin1String("Exec=") + old)
+            line.replace(5, old.size(), asValue(bundleRoot + QStringLiteral("/current/bin/veluria")));
+    }
+    const QString updated = lines.join(QLatin1Char('\n'));
+    if (updated != text && entry.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        entry.write(updated.toUtf8());
+}
+
 void DesktopIntegration::remove()
 {
     for (const Entry& entry : Entries)

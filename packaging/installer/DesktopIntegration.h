@@ -16,6 +16,11 @@ public:
     // bookmark of the user folder.
     static void remove();
 
+    // The user's autostart entry, where it starts the program of the tree an
+    // update has left, starts the bundle's "current" program instead, so
+    // that the next login starts the new version.
+    static void followCurrent(const QString& oldTree, const QString& bundleRoot);
+
     // The program as a desktop entry's Exec names it: plain where it can be,
     // quoted as the format says otherwise, percent signs doubled.
     static QString execProgram(const QString& program);

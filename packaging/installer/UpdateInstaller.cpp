@@ -2,6 +2,7 @@
 
 #include "installer/BundleArchive.h"
 #include "installer/BundleSwap.h"
+#include "installer/DesktopIntegration.h"
 
 #include "service/VLRVersionInfo.h"
 
@@ -123,6 +124,7 @@ void UpdateInstaller::installBundle()
         finish(false, QStringLiteral("The new version can't be installed: %1").arg(swapError));
         return;
     }
+    DesktopIntegration::followCurrent(m_location.tree(), root);
     // The version just left stays, for going back by hand; older ones go.
     const QStringList trees = QDir(root).entryList({QStringLiteral("veluria-*")}, QDir::Dirs | QDir::NoSymLinks);
     for (const QString& tree : trees) {

@@ -1,5 +1,6 @@
 #include "BundleFixture.h"
 #include "LoopbackServer.h"
+#include "PrivateHome.h"
 
 #include "installer/ClientRestart.h"
 #include "installer/UpdateInstaller.h"
@@ -45,10 +46,13 @@ void expectUntouched(const BundleFixture& bundle)
 
 // A good package is unpacked beside the old version, "current" moves over to
 // it and the new client starts; the old tree stays until the next update,
-// older ones go.
+// older ones go; a login now starts the new version.
 TEST(InstallerTest, AGoodPackageReplacesTheBundleAndRestartsTheClient)
 {
+    PrivateHome home;
     BundleFixture bundle;
+    home.write(".config/autostart/veluria.desktop",
+               ("[Desktop Entry]\nExec=" + bundle.binFolder("2.0.0") + "/veluria --autostart\n").toUtf8());
     BundleFixture::makeTree(bundle.root(), "1.9.0");
     ASSERT_EQ(InstallLocation::forProgramFolder(bundle.binFolder("2.0.0")).kind(), InstallLocation::Kind::Bundle);
     LoopbackServer server;
@@ -61,6 +65,8 @@ TEST(InstallerTest, AGoodPackageReplacesTheBundleAndRestartsTheClient)
     EXPECT_EQ(bundle.currentVersion(), "2.1.0");
     EXPECT_TRUE(QFileInfo::exists(bundle.binFolder("2.0.0") + "/veluria"));
     EXPECT_FALSE(QFileInfo::exists(bundle.binFolder("1.9.0")));
+    EXPECT_TRUE(home.read(".config/autostart/veluria.desktop")
+                    .contains("\nExec=" + bundle.root() + "/current/bin/veluria --autostart\n"));
     EXPECT_TRUE(QTest::qWaitFor([&] { return bundle.startedVersion() == "2.1.0"; }, 10000));
 
     // The manifest now announces the version in use: nothing to do.
