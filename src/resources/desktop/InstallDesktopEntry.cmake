@@ -33,5 +33,11 @@ foreach(entry IN LISTS VELURIA_DESKTOP_TEMPLATES)
   list(GET parts 1 folder)
   list(GET parts 2 written)
   configure_file("${template}" "${written}" @ONLY)
-  file(INSTALL DESTINATION "${CMAKE_INSTALL_PREFIX}/${folder}" TYPE FILE FILES "${written}")
+  # Dolphin shows a service menu from the user's own folders only when it is
+  # executable.
+  set(permissions)
+  if(folder MATCHES "servicemenus$" AND NOT "$ENV{HOME}" STREQUAL "" AND CMAKE_INSTALL_PREFIX MATCHES "^$ENV{HOME}/")
+    set(permissions FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ WORLD_READ)
+  endif()
+  file(INSTALL DESTINATION "${CMAKE_INSTALL_PREFIX}/${folder}" TYPE FILE ${permissions} FILES "${written}")
 endforeach()
