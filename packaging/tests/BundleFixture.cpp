@@ -30,14 +30,19 @@ void BundleFixture::makeTree(const QString& folder, const QString& version)
     program.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
 }
 
-QByteArray BundleFixture::archive(const QString& version) const
+QByteArray BundleFixture::archive(const QString& version, const QStringList& extraMembers) const
 {
     QTemporaryDir staging;
     makeTree(staging.path(), version);
+    for (const QString& member : extraMembers) {
+        QFile file(staging.filePath(QDir::cleanPath(member)));
+        file.open(QIODevice::WriteOnly);
+    }
     QProcess tar;
     tar.setWorkingDirectory(staging.path());
     tar.start(QStringLiteral("tar"),
-              {QStringLiteral("czf"), QStringLiteral("-"), QStringLiteral("veluria-") + version});
+              QStringList{QStringLiteral("czPf"), QStringLiteral("-"), QStringLiteral("veluria-") + version}
+                  + extraMembers);
     tar.waitForFinished();
     return tar.readAllStandardOutput();
 }

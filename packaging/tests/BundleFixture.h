@@ -16,8 +16,9 @@ public:
     QString binFolder(const QString& version) const;
     // Makes the tree of a version under the folder.
     static void makeTree(const QString& folder, const QString& version);
-    // A bundle archive of the version, as CPack makes it.
-    QByteArray archive(const QString& version) const;
+    // A bundle archive of the version, as CPack makes it, with further
+    // members named as given (such as "veluria-2.1.0/../evil").
+    QByteArray archive(const QString& version, const QStringList& extraMembers = {}) const;
     // The version "current" names, from its folder's name.
     QString currentVersion() const;
     QString startedVersion() const;

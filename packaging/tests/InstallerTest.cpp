@@ -88,8 +88,11 @@ TEST(InstallerTest, AFailedUpdateLeavesTheInstalledVersionUntouched)
     QByteArray tampered = package;
     tampered[tampered.size() / 2] = char(tampered[tampered.size() / 2] ^ 0x55);
     const QByteArray page = "<html><body>Download Veluria</body></html>";
+    const QByteArray escaping = bundle.archive("2.1.0", {"veluria-2.1.0/../evil"});
     server.serve("/tampered.tar.gz", tampered);
     server.serve("/page.tar.gz", page);
+    server.serve("/escaping.tar.gz", escaping);
+    server.serve("/escaping.json", manifest(server.url("/escaping.tar.gz"), escaping));
     server.serve("/bad-checksum.json", manifest(server.url("/tampered.tar.gz"), package));
     server.serve("/not-an-archive.json", manifest(server.url("/page.tar.gz"), page));
     server.serve("/missing-package.json", manifest(server.url("/gone.tar.gz"), package));
@@ -102,6 +105,7 @@ TEST(InstallerTest, AFailedUpdateLeavesTheInstalledVersionUntouched)
     } cases[] = {
         {server.url("/bad-checksum.json"), "SHA-256"},
         {server.url("/not-an-archive.json"), "not a bundle archive"},
+        {server.url("/escaping.json"), "not one bundle folder"},
         {server.url("/missing-package.json"), "can't be downloaded"},
         {server.url("/not-json.json"), "manifest can't be read"},
         {QUrl("http://127.0.0.1:1/manifest.json"), "manifest can't be read"},
