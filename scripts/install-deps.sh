@@ -5,8 +5,8 @@ set -euo pipefail
 
 packages=(
   build-essential cmake ninja-build ccache pkg-config git clang-format
-  qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools qt6-translations-l10n libqt6svg6
-  qtkeychain-qt6-dev libsodium-dev libsqlite3-dev libssl-dev
+  qt6-base-dev qt6-svg-dev qt6-tools-dev qt6-l10n-tools qt6-translations-l10n libqt6svg6 qt6-wayland
+  qtkeychain-qt6-dev libsodium-dev libsqlite3-dev libssl-dev libxcb1-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   dbus dbus-x11 python3-dbusmock gnome-keyring libsecret-tools
   desktop-file-utils xdg-utils libarchive-dev appstream
@@ -18,7 +18,7 @@ fi
 if [ "${1:-}" = "--desktop" ]; then
   # A virtual desktop with a tray and a notification daemon, for trying the
   # client on a machine without a display of its own.
-  packages+=(xvfb trayer dunst xdotool imagemagick)
+  packages+=(xvfb trayer dunst xdotool imagemagick weston)
 fi
 
 missing=()

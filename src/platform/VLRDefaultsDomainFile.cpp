@@ -2,8 +2,8 @@
 
 #include "platform/VLRDefaultsValueCodec.h"
 #include "service/VLRLogFormat.h"
+#include "service/VLRPrivateFiles.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
@@ -59,7 +59,9 @@ bool VLRDefaultsDomainFile::write()
         return false;
     }
     const QString folder = QFileInfo(m_path).absolutePath();
-    if (!QDir().mkpath(folder)) {
+    // The address the user signs in with is kept here: folder and files are
+    // the user's alone, also when an older version left them wider.
+    if (!VLRPrivateFiles::makeFolder(folder, true)) {
         reportFailure(QStringLiteral("cannot create the folder %1").arg(folder));
         return false;
     }
@@ -81,6 +83,8 @@ bool VLRDefaultsDomainFile::write()
         reportFailure(QStringLiteral("cannot write %1: %2").arg(m_path, file.errorString()));
         return false;
     }
+    file.close();
+    VLRPrivateFiles::restrictFile(m_path);
     return true;
 }
 

@@ -13,7 +13,8 @@ public:
     // True when the desktop took the URL.
     virtual bool openURL(const QUrl& url) = 0;
 
-    // Opens an existing local file with its default application; true when the
+    // Opens an existing local file with its default application, or shows it
+    // in its folder when opening it might run a program; true when the
     // desktop took it.
     virtual bool openFile(const QString& path) = 0;
 };

@@ -1,5 +1,7 @@
 #include "platform/VLRFileManager.h"
 
+#include "service/VLRPrivateFiles.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -16,7 +18,11 @@ bool VLRFileManager::createDirectoryAtPath(const QString& path, bool withInterme
 {
     if (path.isEmpty())
         return false;
-    return withIntermediateDirectories ? QDir().mkpath(path) : QDir().mkdir(path);
+    // Whatever the program creates is the user's alone.
+    if (withIntermediateDirectories)
+        return VLRPrivateFiles::makeFolder(path);
+    const QFileInfo folder(QDir::cleanPath(path));
+    return folder.absoluteDir().exists() && !folder.exists() && VLRPrivateFiles::makeFolder(folder.filePath());
 }
 
 bool VLRFileManager::isFilePackageAtPath(const QString& path)

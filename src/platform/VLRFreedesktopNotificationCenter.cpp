@@ -12,8 +12,10 @@
 #include <QDBusServiceWatcher>
 #include <QDateTime>
 #include <QPointer>
+#include <QStandardPaths>
 #include <QThread>
 #include <QTimer>
+#include <QUrl>
 
 #include <algorithm>
 #include <climits>
@@ -49,6 +51,27 @@ QString escapedMarkup(const QString& text)
             escaped += c;
     }
     return escaped;
+}
+
+// The title is one line: a line break or another control character from
+// outside would let it pose as two.
+QString oneLine(const QString& text)
+{
+    QString line = text;
+    for (QChar& c : line)
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
+            c = QLatin1Char(' ');
+    return line;
+}
+
+// The picture of the program: the icon file installed with it where there is
+// one, as servers that look names up only in their own theme show no icon
+// for a name; otherwise the name.
+QString programImage()
+{
+    const QString installed = QStandardPaths::locate(QStandardPaths::GenericDataLocation,
+                                                     QStringLiteral("icons/hicolor/scalable/apps/veluria.svg"));
+    return installed.isEmpty() ? QStringLiteral("veluria") : QUrl::fromLocalFile(installed).toString();
 }
 
 } // namespace
@@ -142,10 +165,12 @@ void VLRFreedesktopNotificationCenter::send(const VLRUserNotificationPtr& notifi
     QStringList actions{defaultActionKey, vlr::localized("Open")};
     if (notification->hasActionButton())
         actions << actionButtonKey << notification->actionButtonTitle();
-    const QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("veluria")}};
+    const QString image = programImage();
+    const QVariantMap hints{{QStringLiteral("desktop-entry"), QStringLiteral("veluria")},
+                            {QStringLiteral("image-path"), image}};
 
     QDBusMessage message = serverCall(QStringLiteral("Notify"));
-    message << QStringLiteral("Veluria") << uint(0) << QStringLiteral("veluria") << notification->title()
+    message << QStringLiteral("Veluria") << uint(0) << image << titleText(notification->title())
             << bodyText(notification->informativeText()) << actions << hints << int(-1);
 
     callServer(message, [this, notification](const QDBusMessage& reply) {
@@ -158,7 +183,24 @@ void VLRFreedesktopNotificationCenter::send(const VLRUserNotificationPtr& notifi
 
 QString VLRFreedesktopNotificationCenter::bodyText(const QString& text) const
 {
-    return m_capabilities.contains(QLatin1String("body-markup")) ? escapedMarkup(text) : text;
+    return speaksMarkup() ? escapedMarkup(text) : text;
+}
+
+// The protocol says the title is plain text, and dunst writes an escaped
+// title as it stands ("&lt;b&gt;"), while some servers that read markup
+// read it in the title too. So no tag can come about in either, the angle
+// brackets of a title become their single-quote look-alikes there.
+QString VLRFreedesktopNotificationCenter::titleText(const QString& text) const
+{
+    QString title = oneLine(text);
+    if (speaksMarkup())
+        title.replace(QLatin1Char('<'), QChar(0x2039)).replace(QLatin1Char('>'), QChar(0x203A));
+    return title;
+}
+
+bool VLRFreedesktopNotificationCenter::speaksMarkup() const
+{
+    return m_capabilities.contains(QLatin1String("body-markup"));
 }
 
 void VLRFreedesktopNotificationCenter::actionInvoked(uint notificationId, const QString& actionKey)

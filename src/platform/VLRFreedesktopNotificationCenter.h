@@ -14,8 +14,11 @@ class QDBusMessage;
 
 // The notification centre on the desktop's notification server
 // (org.freedesktop.Notifications). A notification goes out at its delivery
-// date, if the delegate lets it; the action "default" is a click on it
-// (activation 1), the action "action" its action button (activation 2). After
+// date, if the delegate lets it, with the program's icon. Its title is one
+// line; where the server reads markup, the body is escaped and the title
+// can't hold a tag. The
+// action "default" is a click on it (activation 1), the action "action" its
+// action button (activation 2). After
 // an activation the centre closes the notification itself. Every call is
 // asynchronous; without a server, each failed attempt leaves one log line and
 // the centre goes on.
@@ -42,7 +45,9 @@ private:
     void capabilitiesArrived(const QDBusMessage& reply);
     void send(const VLRUserNotificationPtr& notification);
     void closeNotification(uint notificationId);
+    bool speaksMarkup() const;
     QString bodyText(const QString& text) const;
+    QString titleText(const QString& text) const;
     // Calls the server without waiting; onReply gets the answer or the error.
     void callServer(const QDBusMessage& message, std::function<void(const QDBusMessage&)> onReply);
     void logFailure(const char* what, const QDBusMessage& error);

@@ -1,5 +1,7 @@
 #include "service/VLRLogFile.h"
 
+#include "service/VLRPrivateFiles.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -23,13 +25,14 @@ VLRLogFile::VLRLogFile(QString path, qint64 maxBytes, int keep)
 bool VLRLogFile::open()
 {
     const QString folder = QFileInfo(m_path).absolutePath();
-    if (!QDir().mkpath(folder))
+    if (!VLRPrivateFiles::makeFolder(folder, true))
         return false;
-    QFile::setPermissions(folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     m_file.setFileName(m_path);
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered, OwnerOnly))
         return false;
-    m_file.setPermissions(OwnerOnly); // a file left by an older version may be wider
+    // The mode given to open passes through the umask; a file left by an
+    // older version may be wider still.
+    VLRPrivateFiles::restrictFile(m_path);
     return true;
 }
 

@@ -17,6 +17,7 @@
 #include "session/ApplicationRoot.h"
 #include "session/MainViewController+Observations.h"
 #include "session/SessionLog.h"
+#include "widgets/LocalPageWindow.h"
 
 using namespace MainViewControllerObservations;
 
@@ -187,11 +188,14 @@ void MainViewController::quit()
 
 void MainViewController::openHelp()
 {
-    m_services.library->utils().getHelpURLWithCompletionHandler(
-        [desktop = m_services.desktop](const QUrl& url, const vlr::OptionalError&) {
-            if (desktop)
-                desktop->openURL(url.isEmpty() ? FallbackHelpURL : url);
-        });
+    // The local service's help is a page on this computer: it is shown in
+    // the client, never handed to another program by its path.
+    QPointer<MainViewController> self(this);
+    m_services.library->utils().getHelpURLWithCompletionHandler([self](const QUrl& url, const vlr::OptionalError&) {
+        if (self)
+            LocalPageWindow::openURL(url.isEmpty() ? FallbackHelpURL : url, self->m_services.desktop,
+                                     self->m_helpWindow);
+    });
 }
 
 void MainViewController::passwordChanged()

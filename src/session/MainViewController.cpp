@@ -7,6 +7,7 @@
 #include "service/VLRUserSession.h"
 #include "session/ApplicationRoot.h"
 #include "session/WorkspaceLocationDelegate.h"
+#include "widgets/LocalPageWindow.h"
 #include "widgets/StatusItemImageView.h"
 #include "widgets/VLRView.h"
 #include "widgets/VLRViewControllerAdditions.h"
@@ -37,6 +38,7 @@ MainViewController::~MainViewController()
     if (m_view)
         m_view->setDelegate(nullptr);
     delete m_view;
+    delete m_helpWindow;
 }
 
 void MainViewController::setDelegateOfParts(MainViewController* delegate)

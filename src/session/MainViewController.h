@@ -32,6 +32,8 @@ class WorkspaceLocationDelegate;
 // the pages, decides what the status item shows, and routes drags, download
 // requests and notifications. Every change of the bound session goes through
 // sessionDidChange.
+class LocalPageWindow;
+
 class MainViewController : public QObject,
                            public TabSelectorViewControllerDelegate,
                            public LoginViewControllerDelegate,
@@ -175,6 +177,8 @@ public:
     bool marketplaceTabShown() const { return m_marketplaceTabShown; }
     bool settingsTabShown() const { return m_settingsTabShown; }
     Popover* popover() const { return m_parts.popover.get(); }
+    LoginPage* loginViewController() const { return m_parts.loginViewController.get(); }
+    FileDropPage* fileDropViewController() const { return m_parts.fileDropViewController.get(); }
     QStackedWidget* tabView() const { return m_tabView; }
     StatusItemImageView* statusItemImageView() const;
 
@@ -243,4 +247,5 @@ private:
     QString m_autoSignInURL;
     std::unique_ptr<WorkspaceLocationDelegate> m_workspaceLocationDelegate;
     QPointer<QFileDialog> m_workspaceLocationOpenPanel;
+    QPointer<LocalPageWindow> m_helpWindow;
 };

@@ -3,6 +3,7 @@
 #include "app/AppFlavor.h"
 #include "app/VLRColors.h"
 #include "app/VLRTab.h"
+#include "app/VLRText.h"
 #include "session/TabSelectorViewControllerDelegate.h"
 #include "widgets/VLRDropTargetButton.h"
 #include "widgets/VLRImageCatalogue.h"
@@ -109,6 +110,12 @@ void TabSelectorViewController::loadView()
     makeButton(m_marketplaceButton, VLRTab::Marketplace, slot(VLRTab::Marketplace));
     makeButton(m_transfersButton, VLRTab::Transfers, slot(VLRTab::Transfers));
     makeButton(m_settingsButton, VLRTab::Preferences, slot(VLRTab::Preferences));
+    // The tabs are pictures alone: these are the names a screen reader says.
+    m_fileDropButton->setAccessibleName(vlr::localized("File Drop"));
+    m_workspacesButton->setAccessibleName(vlr::localized("Workspaces"));
+    m_marketplaceButton->setAccessibleName(vlr::localized("Marketplace"));
+    m_transfersButton->setAccessibleName(vlr::localized("Transfers"));
+    m_settingsButton->setAccessibleName(vlr::localized("Preferences"));
 
     m_activeUploads = false;
     m_activeDownloads = false;

@@ -1,5 +1,7 @@
 #include "session/VLRPopover.h"
 
+#include "session/SessionLog.h"
+
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -54,6 +56,7 @@ void VLRPopover::showRelativeToRect(const QRect& rect, QWidget* ofView, int)
     const QRect available = screen ? screen->availableGeometry() : QRect(QPoint(0, 0), size());
     move(placement(size(), anchor, available));
     m_wasActive = false;
+    qCDebug(lcSession, "Popover opens at %d,%d", pos().x(), pos().y());
     show();
     raise();
     activateWindow();
@@ -66,8 +69,10 @@ void VLRPopover::changeEvent(QEvent* event)
         return;
     if (isActiveWindow())
         m_wasActive = true;
-    else if (m_wasActive && isVisible() && !QGuiApplication::focusWindow())
+    else if (m_wasActive && isVisible() && !QGuiApplication::focusWindow()) {
+        qCDebug(lcSession, "Popover closes: another application took the focus");
         hide();
+    }
 }
 
 void VLRPopover::keyPressEvent(QKeyEvent* event)

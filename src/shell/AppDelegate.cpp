@@ -6,6 +6,7 @@
 #include "app/VLRUserDefaultsKeys.h"
 #include "app/VLRUserNotificationKeys.h"
 #include "platform/HelperProgram.h"
+#include "platform/VLRDesktopServices.h"
 #include "platform/VLRFileManager.h"
 #include "platform/VLRMainQueue.h"
 #include "platform/VLRNotificationScheduling.h"
@@ -25,12 +26,18 @@
 #include "shell/GtkBookmarks.h"
 #include "shell/VLRStatusItem.h"
 #include "shell/XdgAutostart.h"
+#include "update/UpdateAlertController.h"
+#include "update/UpdateEULAController.h"
 #include "widgets/StatusItemImageView.h"
+#include "widgets/VLRApplicationAdditions.h"
+#include "widgets/VLRModalSession.h"
+#include "widgets/VLRWindowAdditions.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QProcess>
+#include <QPropertyAnimation>
 #include <QStandardPaths>
 #include <QTimer>
 
@@ -41,7 +48,15 @@ const QString RestProxyTag = QStringLiteral("RestProxy");
 const QString UpdateTag = QStringLiteral("VeluriaSWUpdate");
 constexpr int StatusItemSize = 24;
 constexpr int FirstPopoverDelayMilliseconds = 1000;
-constexpr double PostponementSeconds = 86400.0;
+
+// The platform's text for an absent object, as the log and the dialog show it.
+QString describe(const QString& text)
+{
+    return text.isNull() ? QStringLiteral("(null)") : text;
+}
+
+// The time a window takes to glide to a new frame.
+constexpr int PopoverGlideMilliseconds = 200;
 
 } // namespace
 
@@ -62,7 +77,10 @@ AppDelegate::~AppDelegate()
         m_statusItemView->setDelegate(nullptr);
     if (VLRUserNotificationCenter* center = m_services.notificationCenter)
         center->setDelegate(nullptr);
+    vlr_setPopoverIsShownProvider(nullptr);
     m_mainViewController.reset();
+    m_updateAlertController.reset();
+    m_updateEULAController.reset();
     m_statusItem.reset();
     delete m_statusItemView;
 }
@@ -81,6 +99,11 @@ void AppDelegate::awakeFromNib()
     connect(m_statusItem.get(), &VLRStatusItem::quitRequested, this, &AppDelegate::terminate);
     connect(m_statusItem.get(), &VLRStatusItem::moved, this, &AppDelegate::statusItemDidMove);
     m_statusItem->setView(m_statusItemView);
+    // The status item's window may become key only while the popover shows.
+    vlr_setPopoverIsShownProvider([this] {
+        Popover* popover = m_mainViewController ? m_mainViewController->popover() : nullptr;
+        return popover && popover->isShown();
+    });
 
     m_mainViewController->loadView();
     qCInfo(lcShell) << "Main view loaded";
@@ -98,9 +121,10 @@ void AppDelegate::applicationDidFinishLaunching()
         center->setDelegate(m_mainViewController.get());
 
     const std::optional<QVariantMap> domain = defaults->persistentDomainForName(VLRUserDefaultsPersistentDomain);
-    const QString environment = domain ? domain->value(VLRUserDefaultsKeyEnvironment).toString() : QString();
-    if (!environment.isEmpty())
-        m_services.library->environment().setEnvironmentWithDomainName(environment);
+    // An empty name is a value too, and is applied as one.
+    if (domain && domain->contains(VLRUserDefaultsKeyEnvironment))
+        m_services.library->environment().setEnvironmentWithDomainName(
+            domain->value(VLRUserDefaultsKeyEnvironment).toString());
 
     softwareUpdateTimer();
 
@@ -168,9 +192,20 @@ void AppDelegate::statusItemDidMove(const QRectF& frame)
     m_statusItemFrame = frame;
     const QPointF delta = frame.topLeft() - old.topLeft();
     Popover* popover = m_mainViewController ? m_mainViewController->popover() : nullptr;
-    if (popover && popover->isShown())
-        if (QWidget* window = popover->window())
-            window->move(window->pos() + delta.toPoint());
+    QWidget* window = popover && popover->isShown() ? popover->window() : nullptr;
+    if (!window)
+        return;
+    // The popover glides after the icon. A move during the glide adds to
+    // where the glide was going.
+    const bool gliding = m_popoverGlide && m_popoverGlide->state() == QAbstractAnimation::Running;
+    const QPoint target = (gliding ? m_popoverGlide->endValue().toPoint() : window->pos()) + delta.toPoint();
+    if (m_popoverGlide)
+        m_popoverGlide->stop();
+    m_popoverGlide = new QPropertyAnimation(window, "pos", this);
+    m_popoverGlide->setDuration(PopoverGlideMilliseconds);
+    m_popoverGlide->setStartValue(window->pos());
+    m_popoverGlide->setEndValue(target);
+    m_popoverGlide->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
 void AppDelegate::launchRestProxy()
@@ -229,9 +264,10 @@ void AppDelegate::setDefaultUserDefaults()
 
 void AppDelegate::checkForSoftwareUpdates()
 {
-    if (m_updateTimer)
-        m_updateTimer->stop();
-    softwareUpdateTimer();
+    // Brings the pending tick forward to now. Right after a tick the new one
+    // is not armed yet and the fired one is no longer active: then nothing.
+    if (m_updateTimer && m_updateTimer->isActive())
+        m_updateTimer->start(0);
 }
 
 void AppDelegate::scheduleUpdateTimer()
@@ -260,14 +296,15 @@ void AppDelegate::softwareUpdateTimer()
             return;
         const QDateTime postponed =
             self->m_services.defaults->objectForKey(VLRUserDefaultsKeyUpdatePostponedDate).toDateTime();
-        const double interval = postponed.isValid() ? postponed.msecsTo(QDateTime::currentDateTime()) / 1000.0 : 0;
         // A postponement holds for strictly less than a day; without one
-        // there is none.
-        const bool doOutOfDate = postponed.isValid() && PostponementSeconds > interval ? false : outOfDate;
+        // there is none. A date in the future holds until a day after it.
+        const bool postponedNow =
+            postponed.isValid() && UpdatePostponementSeconds > postponed.msecsTo(self->m_clock()) / 1000.0;
+        const bool doOutOfDate = postponedNow ? false : outOfDate;
         VLRLogFormat(4, UpdateTag,
                      "AppDelegate - versionInfo: unsupported=%d, outOfDate=%d, lastPostponedDate=%@, doOutOfDate=%d",
-                     unsupported, outOfDate,
-                     postponed.isValid() ? postponed.toString(Qt::ISODate) : QStringLiteral("(null)"), doOutOfDate);
+                     unsupported, outOfDate, postponed.isValid() ? postponed.toString(Qt::ISODate) : QString(),
+                     doOutOfDate);
         if (!doOutOfDate && !unsupported)
             return;
         checker->getVersionInfo([self, unsupported](const vlr::OptionalError&, const VLRVersionInfoPtr& info) {
@@ -275,8 +312,110 @@ void AppDelegate::softwareUpdateTimer()
                 return;
             VLRLogFormat(4, UpdateTag, "AppDelegate - versionInfo: currentVersion=%@, latestVersion=%@",
                          info ? info->currentVersion() : QString(), info ? info->latestVersionNice() : QString());
+            // A failed request still shows the dialog, from whatever came.
+            self->showSoftwareUpdateAlert(info, unsupported);
         });
     });
+}
+
+void AppDelegate::showSoftwareUpdateAlert(const VLRVersionInfoPtr& info, bool unsupported)
+{
+    if (m_updateDialogIsShowing || installerAppIsRunning())
+        return;
+    m_updateDialogIsShowing = true;
+
+    const QString title = unsupported ? vlr::localized("This version of Veluria is no longer supported.")
+                                      : vlr::localized("A newer version of Veluria is available.");
+    QString description = vlr::format(vlr::localized("Please download the latest version. (%@)"),
+                                      describe(info ? info->latestVersionNice() : QString()));
+    // Only the default service goes without its name.
+    VLREnvironment& environment = m_services.library->environment();
+    if (environment.environment() != VLREnvironment::DefaultEnvironment)
+        description = vlr::format(QStringLiteral("%@ - %@"), description, environment.domainName());
+    const QString cancel = unsupported ? vlr::localized("Logout") : vlr::localized("Remind Me Later");
+
+    m_updateAlertController =
+        std::make_unique<UpdateAlertController>(title, description, vlr::localized("Install Update"), cancel,
+                                                info ? info->releaseNotesHTML() : QString(), m_services.desktop);
+    const VLRModalSession session = VLRModalSession::beginModalSessionForWindow(m_updateAlertController.get());
+    m_updateAlertController->raise();
+    m_updateAlertController->activateWindow();
+    QPointer<AppDelegate> self(this);
+    vlr_runAsyncModalSessionCompletionHandler(session, [self, info, unsupported](qint64 code) {
+        if (self)
+            self->updateAlertDidEnd(code, info, unsupported);
+    });
+}
+
+void AppDelegate::updateAlertDidEnd(qint64 code, const VLRVersionInfoPtr& info, bool unsupported)
+{
+    m_updateAlertController.reset();
+    m_updateDialogIsShowing = false;
+    if (code != UpdateAlertController::InstallCode) {
+        // "Logout" of an unsupported version only closes the dialog: the next
+        // tick brings it back.
+        if (!unsupported)
+            handlePostponeInstallButton();
+        return;
+    }
+    if (info && !info->termsOfService().isNull()) {
+        m_updateEULAController = std::make_unique<UpdateEULAController>(info->termsOfService());
+        const VLRModalSession session = VLRModalSession::beginModalSessionForWindow(m_updateEULAController.get());
+        QPointer<AppDelegate> self(this);
+        vlr_runAsyncModalSessionCompletionHandler(session, [self, info, unsupported](qint64 terms) {
+            if (self)
+                self->updateEULADidEnd(terms, info, unsupported);
+        });
+        return;
+    }
+    launchVeluriaInstallerApp(info ? info->downloadPageURL() : QUrl());
+}
+
+void AppDelegate::updateEULADidEnd(qint64 code, const VLRVersionInfoPtr& info, bool unsupported)
+{
+    m_updateEULAController.reset();
+    if (code == UpdateEULAController::AgreeCode)
+        launchVeluriaInstallerApp(info ? info->downloadPageURL() : QUrl());
+    else if (!unsupported) // to disagree is to postpone
+        handlePostponeInstallButton();
+}
+
+void AppDelegate::handlePostponeInstallButton()
+{
+    const char* const method = "-[AppDelegate __handlePostponeInstallButton]";
+    VLRLogFormat(4, UpdateTag, "%s", method);
+    m_services.defaults->setObject(m_clock(), VLRUserDefaultsKeyUpdatePostponedDate);
+}
+
+void AppDelegate::launchVeluriaInstallerApp(const QUrl& downloadPageURL)
+{
+    const char* const method = "-[AppDelegate __launchVeluriaInstallerApp:]";
+    VLRLogFormat(4, UpdateTag, "%s", method);
+    if (installerAppIsRunning())
+        return;
+    QString message;
+    const QString installer = HelperProgram::executablePath(InstallerExecutableName);
+    if (installer.isEmpty()) {
+        message = vlr::format(vlr::localized("Can't find installer app at \"%@\""),
+                              QCoreApplication::applicationDirPath() + QLatin1Char('/') + InstallerExecutableName);
+    } else {
+        QProcess process;
+        process.setProgram(installer);
+        process.setArguments({InstallerLaunchArgument});
+        if (!process.startDetached())
+            message = process.errorString();
+    }
+    if (message.isNull())
+        return;
+    m_services.notifications->vlr_scheduledNotificationWithTitle(vlr::localized("Error updating Veluria"), message);
+    // The user can still fetch the new version by hand.
+    if (!downloadPageURL.isEmpty() && m_services.desktop)
+        m_services.desktop->openURL(downloadPageURL);
+}
+
+bool AppDelegate::installerAppIsRunning() const
+{
+    return !VLRRunningApplication::runningApplicationsWithExecutableName(InstallerExecutableName).isEmpty();
 }
 
 bool AppDelegate::willLaunchAppAtStartup()

@@ -6,6 +6,7 @@
 #include "session/VLRPopover.h"
 #include "signin/LoginMfaViewController.h"
 #include "signin/LoginViewController.h"
+#include "transfers/TransfersViewController.h"
 #include "workspaces/FileDropViewController.h"
 #include "workspaces/WorkspacesViewController.h"
 
@@ -21,6 +22,7 @@ MainViewControllerParts makeClientParts(const ClientServices& services)
     parts.marketplaceViewController = std::make_unique<MarketplaceViewController>(services);
     parts.workspacesViewController = std::make_unique<WorkspacesViewController>(services);
     parts.fileDropViewController = std::make_unique<FileDropViewController>(services);
+    parts.transfersViewController = std::make_unique<TransfersViewController>(services);
     parts.preferencesViewController = std::make_unique<PreferencesViewController>(services);
     return parts;
 }

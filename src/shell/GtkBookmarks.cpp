@@ -1,6 +1,7 @@
 #include "shell/GtkBookmarks.h"
 
-#include <QDir>
+#include "service/VLRPrivateFiles.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -33,11 +34,17 @@ bool GtkBookmarks::insertFirst(const QString& folderPath, const QString& label)
             continue;
         contents += line + '\n';
     }
-    if (!QDir().mkpath(QFileInfo(path).absolutePath()))
+    // A file of the desktop's keeps its mode; one made here is the user's alone.
+    if (!VLRPrivateFiles::makeFolder(QFileInfo(path).absolutePath()))
         return false;
+    const bool isNew = !existing.exists();
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return false;
     file.write(contents);
-    return file.commit();
+    if (!file.commit())
+        return false;
+    if (isNew)
+        VLRPrivateFiles::restrictFile(path);
+    return true;
 }

@@ -2,12 +2,12 @@
 
 #include "app/VLRText.h"
 #include "platform/VLRDesktopAppearance.h"
+#include "shell/ShellLog.h"
+#include "shell/SystemTrayWatcher.h"
 #include "widgets/StatusItemImageView.h"
 
 #include <QCursor>
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusServiceWatcher>
 #include <QGuiApplication>
 #include <QMenu>
 #include <QScreen>
@@ -30,12 +30,8 @@ VLRStatusItem::VLRStatusItem(QObject* parent)
     m_menu->addSeparator();
     m_menu->addAction(vlr::localized("Quit Veluria"), this, &VLRStatusItem::quitRequested);
 
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (bus.isConnected()) {
-        m_watcher =
-            new QDBusServiceWatcher(StatusNotifierWatcher, bus, QDBusServiceWatcher::WatchForRegistration, this);
-        connect(m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &VLRStatusItem::createTrayIconIfPossible);
-    }
+    m_trays = new SystemTrayWatcher(this);
+    connect(m_trays, &SystemTrayWatcher::trayArrived, this, &VLRStatusItem::createTrayIconIfPossible);
     // Trays that embed the icon know its place; it is looked at once a second,
     // so that the popover can follow when the panel rearranges its icons.
     m_placeWatch = new QTimer(this);
@@ -70,18 +66,21 @@ void VLRStatusItem::setView(StatusItemImageView* view)
         if (m_trayIcon)
             m_trayIcon->setIcon(QIcon(image));
     });
-    createTrayIconIfPossible();
+    // Qt settles the kind of tray icon the first time one is made or a tray
+    // is asked for, so nothing is asked of it before a tray is there.
+    if (m_trays->statusNotifierHostIsThere())
+        createTrayIconIfPossible(QStringLiteral("StatusNotifierItem"));
+    else if (m_trays->xembedTrayIsThere())
+        createTrayIconIfPossible(QStringLiteral("XEmbed"));
+    else
+        qCInfo(lcShell, "No system tray yet: the icon comes when one starts");
 }
 
-void VLRStatusItem::createTrayIconIfPossible()
+void VLRStatusItem::createTrayIconIfPossible(const QString& kind)
 {
     if (m_trayIcon || !m_view)
         return;
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    const bool statusNotifierHost =
-        bus.isConnected() && bus.interface() && bus.interface()->isServiceRegistered(StatusNotifierWatcher).value();
-    if (!statusNotifierHost && !QSystemTrayIcon::isSystemTrayAvailable())
-        return;
+    qCInfo(lcShell, "System tray found (%s): the icon goes there", qUtf8Printable(kind));
     m_trayIcon = new QSystemTrayIcon(this);
     m_trayIcon->setToolTip(QStringLiteral("Veluria"));
     // Before the view's first tick there is no picture yet: start greyed out.

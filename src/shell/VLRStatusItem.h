@@ -3,17 +3,18 @@
 #include <QObject>
 #include <QPointer>
 
-class QDBusServiceWatcher;
 class QMenu;
 class QSystemTrayIcon;
 class QTimer;
 class StatusItemImageView;
+class SystemTrayWatcher;
 class VLRDesktopAppearance;
 
 // The client's place in the system tray. Its view decides the picture; this
 // shows it as the tray icon, only when it changes, so that the view's ticks at
 // rest cost the tray nothing. The tray icon is made when a tray is there,
-// also when the panel comes up after the client. A click acts as a press on
+// also when the panel comes up after the client, whether the tray is a
+// StatusNotifierItem host or an XEmbed one. A click acts as a press on
 // the view; the icon's menu opens the popover first, for desktops that show
 // the menu on any click.
 class VLRStatusItem : public QObject
@@ -21,8 +22,6 @@ class VLRStatusItem : public QObject
     Q_OBJECT
 
 public:
-    static inline const QString StatusNotifierWatcher = QStringLiteral("org.kde.StatusNotifierWatcher");
-
     explicit VLRStatusItem(QObject* parent = nullptr);
     ~VLRStatusItem() override;
 
@@ -39,14 +38,14 @@ signals:
     void moved(const QRectF& frame);
 
 private:
-    void createTrayIconIfPossible();
+    void createTrayIconIfPossible(const QString& kind);
     void pressView();
     void followTrayIcon();
 
     QPointer<StatusItemImageView> m_view;
     QSystemTrayIcon* m_trayIcon = nullptr;
     QMenu* m_menu = nullptr;
-    QDBusServiceWatcher* m_watcher = nullptr;
+    SystemTrayWatcher* m_trays = nullptr;
     QTimer* m_placeWatch = nullptr;
     VLRDesktopAppearance* m_appearance = nullptr;
 };

@@ -1,5 +1,6 @@
 #include "shell/XdgAutostart.h"
 
+#include "service/VLRPrivateFiles.h"
 #include "shell/LaunchArguments.h"
 
 #include <QCoreApplication>
@@ -230,10 +231,11 @@ bool XdgAutostart::insertProgram()
         m_errorString = QStringLiteral("no autostart folder");
         return false;
     }
-    if (!QDir().mkpath(m_folder)) {
+    if (!VLRPrivateFiles::makeFolder(m_folder)) {
         m_errorString = QStringLiteral("the folder %1 can't be made").arg(m_folder);
         return false;
     }
+    const bool isNew = !QFileInfo::exists(entryPath());
     QSaveFile file(entryPath());
     if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) {
         m_errorString = file.errorString();
@@ -257,6 +259,8 @@ bool XdgAutostart::insertProgram()
         m_errorString = file.errorString();
         return false;
     }
+    if (isNew)
+        VLRPrivateFiles::restrictFile(entryPath());
     return true;
 }
 

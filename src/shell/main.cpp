@@ -15,31 +15,44 @@
 #include "shell/ShellLog.h"
 #include "shell/TerminationSignalWatcher.h"
 #include "shell/Translations.h"
+#include "shell/VLRApplication.h"
 #include "widgets/VLRFonts.h"
 
 #include <QApplication>
 #include <QTimer>
 
+#include <cstdio>
+
 int main(int argc, char* argv[])
 {
     VLRLogHandler::install(); // Qt's own messages from the start on
-    QApplication app(argc, argv);
+    QStringList arguments;
+    for (int index = 0; index < argc; ++index)
+        arguments.append(QString::fromLocal8Bit(argv[index]));
+    // Asking for help needs no display.
+    const LaunchArguments launch(arguments);
+    if (launch.helpRequested() || !launch.usageError().isNull()) {
+        if (!launch.usageError().isNull())
+            std::fprintf(stderr, "veluria: %s\n", qUtf8Printable(launch.usageError()));
+        std::fputs(qUtf8Printable(LaunchArguments::usage()), launch.helpRequested() ? stdout : stderr);
+        return launch.helpRequested() ? 0 : 2;
+    }
+    VLRApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Veluria"));
     QApplication::setApplicationName(QStringLiteral("Veluria"));
     QApplication::setApplicationVersion(QStringLiteral(VELURIA_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("veluria"));
     QApplication::setQuitOnLastWindowClosed(false);
 
-    // A later start hands its links to the client that runs already, and
-    // ends there.
-    const LaunchArguments launch(QApplication::arguments());
+    // A later start hands its commands and links to the client that runs
+    // already, and ends there.
     ClientInstance instance;
     const ClientInstance::Claim claim = instance.claim();
     if (claim == ClientInstance::NameTaken)
         return ClientInstance::handOverToRunningClient(QDBusConnection::sessionBus(), launch);
 
     const Translations translations(QLocale::system());
-    VLRFonts::loadMuli();
+    VLRFonts::useMuliThroughout();
 
     // The embedded local service and the desktop's own services; a test
     // hands the client doubles instead.
@@ -61,11 +74,14 @@ int main(int argc, char* argv[])
     QObject::connect(&stopSignals, &TerminationSignalWatcher::terminationRequested, &delegate, &AppDelegate::terminate);
 
     delegate.awakeFromNib();
-    // The links of this start are taken once the launch is over, as if they
-    // had been opened after it.
-    QTimer::singleShot(0, &delegate, [&delegate, links = launch.links()] {
+    // The script commands and links of this start are taken once the launch
+    // is over, as if they had been sent after it (within the second in which
+    // the popover may still be kept closed).
+    QTimer::singleShot(0, &delegate, [&delegate, &instance, &launch] {
         delegate.applicationDidFinishLaunching();
-        for (const QString& link : links)
+        for (const LaunchArguments::ScriptCommand& script : launch.scriptCommands())
+            instance.performScriptCommand(script.method, script.arguments);
+        for (const QString& link : launch.links())
             delegate.downloadUrl(link);
     });
     return app.exec();

@@ -15,4 +15,6 @@ public:
     virtual void clearPassword() = 0;
     // Signs in silently from the stored address and password, if any.
     virtual void defaultSignIn() = 0;
+    // Shows the hidden environment selector, or hides it.
+    virtual void toggleEnvironmentPopUp() = 0;
 };

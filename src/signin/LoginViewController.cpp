@@ -15,6 +15,7 @@
 #include "signin/EnvironmentPopUp.h"
 #include "signin/LoginViewControllerDelegate.h"
 #include "signin/SignInLog.h"
+#include "widgets/LocalPageWindow.h"
 #include "widgets/PageStyle.h"
 #include "widgets/TextFieldEditing.h"
 #include "widgets/VLRButton.h"
@@ -91,6 +92,7 @@ LoginViewController::~LoginViewController()
 {
     m_delegate = nullptr;
     delete m_view;
+    delete m_resetPasswordWindow;
 }
 
 QWidget* LoginViewController::view()
@@ -327,8 +329,8 @@ void LoginViewController::signIn()
 
 void LoginViewController::forgotPassword()
 {
-    if (VLRDesktopServices* desktop = m_services.desktop)
-        desktop->openURL(m_services.library->utils().resetPasswordURL());
+    // The local service's page is on this computer, and shown in the client.
+    LocalPageWindow::openURL(m_services.library->utils().resetPasswordURL(), m_services.desktop, m_resetPasswordWindow);
 }
 
 void LoginViewController::environmentChanged()

@@ -15,6 +15,8 @@
 #include <QPointer>
 #include <QStringList>
 
+class LocalPageWindow;
+
 // The sign-in page: gathers address and password, signs in silently at start
 // from what it stored the last time, tells why a sign-in failed, hands over
 // to the second factor, and carries a hidden selector of the service's
@@ -43,7 +45,7 @@ public:
     void signInBypassUI(bool bypass);
     void clearPassword() override;
     // Shows the environment selector if hidden, hides it if shown.
-    void toggleEnvironmentPopUp();
+    void toggleEnvironmentPopUp() override;
 
     // Actions of the view.
     void signIn();
@@ -81,6 +83,7 @@ private:
     QPointer<VLRButton> m_signInButton;
     QPointer<QComboBox> m_environmentButton;
     QPointer<QLabel> m_errorLabel;
+    QPointer<LocalPageWindow> m_resetPasswordWindow;
     ClientServices m_services;
     LoginViewControllerDelegate* m_delegate = nullptr;
 };

@@ -2,6 +2,7 @@
 
 #include "widgets/WidgetsLog.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFontDatabase>
 #include <QStringList>
@@ -41,6 +42,12 @@ QString VLRFonts::loadMuli()
 {
     static const QString family = registerFontFiles();
     return family;
+}
+
+void VLRFonts::useMuliThroughout()
+{
+    // The default face replaces the faces a theme gave single classes too.
+    QApplication::setFont(muli(12));
 }
 
 QFont VLRFonts::muli(qreal pointSize, QFont::Weight weight)

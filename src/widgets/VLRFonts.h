@@ -15,6 +15,12 @@ public:
     // (then QFont("Muli") falls back to the platform's default face).
     static QString loadMuli();
 
+    // Makes Muli 12 the program's default face, also for the widgets whose
+    // face a desktop's theme chooses apart (menus, the lists that drop down
+    // from pop-up buttons), so that no text of the program falls back to the
+    // desktop's own.
+    static void useMuliThroughout();
+
     // The typeface at a size of the design. The design's sizes are points of
     // a screen at one pixel a point, so the size is taken as logical pixels:
     // 12 is the body text, 11 the badges.

@@ -229,6 +229,7 @@ public:
 
     void clearPassword() override { note(__func__); }
     void defaultSignIn() override { note(__func__); }
+    void toggleEnvironmentPopUp() override { note(__func__); }
 };
 
 class RecordingLoginMfaPage : public RecordingPageOf<LoginMfaPage, LoginMfaViewControllerDelegate>

@@ -1,6 +1,8 @@
 #include "platform/VLRFreedesktopNotificationCenter.h"
 #include "platform/VLRUserNotificationCenterDelegate.h"
 #include "support/CapturedLog.h"
+#include "support/ScopedEnvironment.h"
+#include "support/TestFiles.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -9,6 +11,7 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <QProcess>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -161,25 +164,38 @@ protected:
     CapturedLog logLines;
 };
 
-TEST_F(FreedesktopNotificationCenterTest, SendsWhatTheServerExpectsAndEscapesBodyMarkup)
+TEST_F(FreedesktopNotificationCenterTest, SendsWhatTheServerExpectsWithTitleAndBodyEscaped)
 {
     ASSERT_NO_FATAL_FAILURE(startServer("actions body body-markup"));
+    QTemporaryDir data;
+    ScopedEnvironment environment;
+    environment.set("XDG_DATA_HOME", data.filePath("nothing"));
+    environment.set("XDG_DATA_DIRS", data.filePath("nothing"));
     VLRFreedesktopNotificationCenter center;
     // What the server can do is asked once.
-    center.scheduleNotification(notification("Error uploading project: \"<b>Plan</b>\"", "Disk <full> & \"more\""));
+    center.scheduleNotification(notification("New message in <b>WS</b><img src=\"file:///etc/passwd\">\nSecond line",
+                                             "Disk <full> & \"more\""));
     ASSERT_TRUE(waitFor([&] { return server->calls("Notify").size() == 1; }));
-    center.scheduleNotification(notification("Update Available", "Muli & Co has an update", "Update"));
+
+    // Once installed, the program's icon goes as its file.
+    writeFile(data.filePath("icons/hicolor/scalable/apps/veluria.svg"), "<svg/>");
+    environment.set("XDG_DATA_HOME", data.path());
+    center.scheduleNotification(notification("Update\u2028Available", "Muli & Co has an update", "Update"));
     ASSERT_TRUE(waitFor([&] { return server->calls("Notify").size() == 2; }));
 
-    // The title is never read as markup; the body is, so it is escaped.
+    // A server that reads markup in the body may read it in the title too.
     const QList<QVariantList> notify = server->calls("Notify");
-    const QVariantMap hints{{"desktop-entry", "veluria"}};
+    const QString icon = QUrl::fromLocalFile(data.filePath("icons/hicolor/scalable/apps/veluria.svg")).toString();
     EXPECT_EQ(notify[0],
-              (QVariantList{"Veluria", 0u, "veluria", "Error uploading project: \"<b>Plan</b>\"",
-                            "Disk &lt;full&gt; &amp; \"more\"", QStringList{"default", "Open"}, hints, -1}));
+              (QVariantList{
+                  "Veluria", 0u, "veluria",
+                  "New message in \u2039b\u203aWS\u2039/b\u203a\u2039img src=\"file:///etc/passwd\"\u203a Second line",
+                  "Disk &lt;full&gt; &amp; \"more\"", QStringList{"default", "Open"},
+                  QVariantMap{{"desktop-entry", "veluria"}, {"image-path", "veluria"}}, -1}));
     EXPECT_EQ(notify[1],
-              (QVariantList{"Veluria", 0u, "veluria", "Update Available", "Muli &amp; Co has an update",
-                            QStringList{"default", "Open", "action", "Update"}, hints, -1}));
+              (QVariantList{"Veluria", 0u, icon, "Update Available", "Muli &amp; Co has an update",
+                            QStringList{"default", "Open", "action", "Update"},
+                            QVariantMap{{"desktop-entry", "veluria"}, {"image-path", icon}}, -1}));
     EXPECT_EQ(server->calls("GetCapabilities").size(), 1);
     EXPECT_EQ(logLines, QStringList());
 }

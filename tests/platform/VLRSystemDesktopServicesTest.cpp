@@ -1,11 +1,13 @@
 #include "platform/VLRSystemDesktopServices.h"
 #include "service/VLRLogFormat.h"
 #include "service/VLRLogHandler.h"
+#include "support/TestFiles.h"
 
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -58,6 +60,35 @@ TEST(SystemDesktopServicesTest, OpensOnlyWebAndMailAddressesAndLocalFilesThatExi
     vlr::setLogObserver(nullptr);
     for (const QString& scheme : schemes)
         QDesktopServices::unsetUrlHandler(scheme);
+}
+
+TEST(SystemDesktopServicesTest, AFileThatMightRunAProgramIsShownInItsFolderNeverOpened)
+{
+    UrlCatcher catcher;
+    QDesktopServices::setUrlHandler("file", &catcher, "openUrl");
+    vlr::setLogFilePath(QString());
+    VLRSystemDesktopServices services;
+    QTemporaryDir folder;
+    const QString picture = folder.filePath("photo.png");
+    writeFile(picture, QByteArray::fromHex("89504e470d0a1a0a"));
+    // By name, by contents under a harmless name, by mode.
+    writeFile(folder.filePath("notes.desktop"), "[Desktop Entry]\nType=Application\nExec=sh -c 'rm -rf ~'\n");
+    writeFile(folder.filePath("report.pdf"), "[Desktop Entry]\nType=Application\nExec=sh -c 'rm -rf ~'\n");
+    writeFile(folder.filePath("install.sh"), "echo hi\n");
+    writeFile(folder.filePath("readme"), "#!/bin/sh\necho hi\n");
+    writeFile(folder.filePath("tool"), "data", QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+
+    EXPECT_TRUE(services.openFile(picture));
+    for (const char* name : {"notes.desktop", "report.pdf", "install.sh", "readme", "tool"})
+        EXPECT_TRUE(services.openFile(folder.filePath(name))) << name;
+
+    // Without a file manager on the bus, the folder itself is opened.
+    const QUrl shownFolder = QUrl::fromLocalFile(folder.path());
+    EXPECT_TRUE(QTest::qWaitFor([&catcher] { return catcher.urls.size() == 6; }, 10000));
+    EXPECT_EQ(
+        catcher.urls,
+        QList<QUrl>({QUrl::fromLocalFile(picture), shownFolder, shownFolder, shownFolder, shownFolder, shownFolder}));
+    QDesktopServices::unsetUrlHandler("file");
 }
 
 } // namespace

@@ -4,11 +4,15 @@
 #include "fakes/FakePublication.h"
 #include "fakes/FakeTransfer.h"
 #include "fakes/FakeWorkspace.h"
+#include "support/TestFiles.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QPointer>
+#include <QTextBrowser>
+#include <QTextDocument>
 
 namespace {
 
@@ -246,4 +250,35 @@ TEST_F(MainViewControllerTest, NewPublicationsOfOthersAreAnnouncedOneEach)
     EXPECT_EQ(texts,
               (QStringList{"Grace uploaded Deck and commented: Looks good", "lin@example.com uploaded Deck.",
                            "Bo: Just a note", "Cy: "}));
+}
+
+TEST_F(MainViewControllerTest, HelpOnThisComputerIsShownInTheClientAndWebHelpInTheBrowser)
+{
+    QTemporaryDir folder;
+    const QString page = folder.filePath("help.html");
+    writeFile(page,
+              "<html><head><title>Veluria help</title></head><body><p>Ask <code>veluria-admin</code>.</p>"
+              "<img src=\"file:///etc/passwd\"></body></html>");
+
+    controller->preferencesViewControllerWantsHelp(nullptr);
+    service().helpURLHandlers.complete(QUrl::fromLocalFile(page), std::nullopt);
+    EXPECT_EQ(desktop->openedURLs(), QList<QUrl>());
+    const auto windows = QApplication::topLevelWidgets();
+    const auto shown = std::find_if(windows.cbegin(), windows.cend(),
+                                    [](QWidget* w) { return w->isVisible() && w->windowTitle() == "Veluria help"; });
+    ASSERT_NE(shown, windows.cend());
+    auto* browser = qobject_cast<QTextBrowser*>(*shown);
+    ASSERT_TRUE(browser);
+    EXPECT_TRUE(browser->toPlainText().contains("Ask veluria-admin."));
+    EXPECT_TRUE(browser->grab().save(VELURIA_SCREENSHOT_DIR "/help-page.png"));
+    // Nothing on the disk is read for the page; of its links, only web ones
+    // leave the client.
+    EXPECT_FALSE(browser->loadResource(QTextDocument::ImageResource, QUrl("file:///etc/passwd")).isValid());
+    emit browser->anchorClicked(QUrl("file:///usr/bin/xterm"));
+    emit browser->anchorClicked(QUrl("https://veluria.example/faq"));
+    // A service with a web site has its help in the browser.
+    controller->preferencesViewControllerWantsHelp(nullptr);
+    service().helpURLHandlers.complete(QUrl("https://veluria.example/help"), std::nullopt);
+    EXPECT_EQ(desktop->openedURLs(),
+              QList<QUrl>({QUrl("https://veluria.example/faq"), QUrl("https://veluria.example/help")}));
 }

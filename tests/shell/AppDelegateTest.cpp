@@ -14,6 +14,7 @@
 #include "support/CapturedLog.h"
 #include "support/ScopedEnvironment.h"
 #include "support/TestFiles.h"
+#include "widgets/VLRWindowAdditions.h"
 
 #include <QDir>
 #include <QEventLoop>
@@ -21,6 +22,7 @@
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -156,29 +158,36 @@ TEST_F(AppDelegateTest, TheLaunchHandsOverTheDatabaseAndTheEnvironmentAndOpensTh
     EXPECT_TRUE(second->skipOpeningPop());
     wait(1200);
     EXPECT_FALSE(loginItemParts.popover->shown);
+
+    // An empty stored name is a value, and is applied.
+    defaults()->setPersistentDomain({{VLRUserDefaultsKeyEnvironment, ""}}, VLRUserDefaultsPersistentDomain);
+    auto third = start();
+    third->applicationDidFinishLaunching();
+    EXPECT_EQ(service().log.count("setEnvironmentWithDomainName"), 2);
+    EXPECT_EQ(service().log.lastArguments("setEnvironmentWithDomainName"), QVariantList{""});
 }
 
-TEST_F(AppDelegateTest, TheVersionCheckLogsWhatItFoundAndHonoursAPostponementOfADay)
+TEST_F(AppDelegateTest, TheStatusItemsWindowIsKeyOnlyWithThePopoverWhichGlidesAfterTheIcon)
 {
-    auto delegate = start();
-    delegate->applicationDidFinishLaunching();
-    auto checker = service().versionCheckers.value(0);
-    ASSERT_TRUE(checker);
-    checker->checkHandlers.complete(false, true, std::nullopt);
-    EXPECT_TRUE(log.contains("4 VeluriaSWUpdate AppDelegate - versionInfo: unsupported=0, outOfDate=1, "
-                             "lastPostponedDate=(null), doOutOfDate=1"));
-    EXPECT_EQ(checker->infoHandlers.count(), 1);
+    PageJournal journal;
+    RecordingParts parts(&journal);
+    auto delegate = start(&parts);
+    RecordingPopover* popover = parts.popover;
+    EXPECT_FALSE(vlr_canBecomeKeyWindow(delegate->statusItemView()));
+    popover->shown = true;
+    EXPECT_TRUE(vlr_canBecomeKeyWindow(delegate->statusItemView()));
 
-    defaults()->setObject(QDateTime::currentDateTime().addSecs(-3600), VLRUserDefaultsKeyUpdatePostponedDate);
-    delegate->checkForSoftwareUpdates();
-    auto postponed = service().versionCheckers.value(1);
-    ASSERT_TRUE(postponed);
-    postponed->checkHandlers.complete(false, true, std::nullopt);
-    EXPECT_EQ(postponed->infoHandlers.count(), 0);
-    // A postponement never silences an unsupported version.
-    delegate->checkForSoftwareUpdates();
-    service().versionCheckers.value(2)->checkHandlers.complete(true, false, std::nullopt);
-    EXPECT_EQ(service().versionCheckers.value(2)->infoHandlers.count(), 1);
+    // The popover's window glides by the distance the icon moved, not in one
+    // jump; a second move adds to the first.
+    QWidget* window = popover->window();
+    window->move(300, 40);
+    const QPointF icon = delegate->statusItemFrame().topLeft();
+    delegate->statusItemDidMove(QRectF(icon + QPointF(20, 0), QSizeF(24, 24)));
+    delegate->statusItemDidMove(QRectF(icon + QPointF(20, 10), QSizeF(24, 24)));
+    EXPECT_EQ(window->pos(), QPoint(300, 40));
+    EXPECT_TRUE(QTest::qWaitFor([window] { return window->pos() == QPoint(320, 50); }, 2000));
+    wait(300);
+    EXPECT_EQ(window->pos(), QPoint(320, 50));
 }
 
 TEST_F(AppDelegateTest, TheStopAsksTheUpdaterThenLogsOutStopsTheProxyAndShutsTheLibraryDown)

@@ -6,6 +6,7 @@
 #include "session/MainViewController.h"
 #include "shell/AppDelegate.h"
 #include "shell/LaunchArguments.h"
+#include "support/TestFiles.h"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -63,6 +64,22 @@ protected:
         return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
     }
 
+    // A script command sent with gdbus, as from a shell, while this client
+    // answers: its error output, empty when the call succeeded.
+    static QString gdbus(const QString& method, const QStringList& arguments = {})
+    {
+        QProcess process;
+        process.start("gdbus",
+                      QStringList{"call", "--session", "--dest", ClientInstance::ServiceName, "--object-path",
+                                  ClientInstance::ObjectPath, "--method",
+                                  ClientInstance::ScriptingInterface + "." + method}
+                          + arguments);
+        if (!QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, 20000))
+            return "timed out";
+        // gdbus adds a hint on a line of its own.
+        return QString::fromUtf8(process.readAllStandardError()).section('\n', 0, 0).trimmed();
+    }
+
     MainViewController* main() { return delegate->mainViewController(); }
 
     QTemporaryDir settings;
@@ -84,6 +101,122 @@ TEST(LaunchArgumentsTest, EveryArgumentButTheLoginFlagIsALinkAsItIs)
     const LaunchArguments mixed({"veluria", "veluria:download?id=1", "--autostart", "", "  not a link ", "--other"});
     EXPECT_TRUE(mixed.launchedAsLoginItem());
     EXPECT_EQ(mixed.links(), (QStringList{"veluria:download?id=1", "", "  not a link ", "--other"}));
+}
+
+TEST(LaunchArgumentsTest, ScriptOptionsBecomeCommandsWithPathsFromTheFolderOfTheStart)
+{
+    const QString here = QDir::currentPath();
+    const LaunchArguments options({"veluria", "--toggle-popover", "veluria:x", "--set-download-location", "out/../dl",
+                                   "--skip-opening-popover", "--toggle-environment-popup", "--show-file-drop", "a b",
+                                   "/abs/c", "file:///d", "--toggle-popover"});
+    using Command = LaunchArguments::ScriptCommand;
+    EXPECT_EQ(options.scriptCommands(),
+              (QList<Command>{{"TogglePopover", {}},
+                              {"SetDownloadLocation", {here + "/dl"}},
+                              {"SkipOpeningPopover", {}},
+                              {"ToggleEnvironmentPopUp", {}},
+                              {"DragDrop", {here + "/a b", "/abs/c", "file:///d", here + "/--toggle-popover"}},
+                              {"ShowFileDrop", {}}}));
+    EXPECT_EQ(options.links(), QStringList{"veluria:x"});
+    EXPECT_TRUE(options.usageError().isNull());
+
+    EXPECT_EQ(LaunchArguments({"veluria", "--show-file-drop"}).scriptCommands(),
+              (QList<Command>{{"ShowFileDrop", {}}}));
+    EXPECT_FALSE(LaunchArguments({"veluria", "--set-download-location"}).usageError().isNull());
+    EXPECT_TRUE(LaunchArguments({"veluria", "-h"}).helpRequested());
+}
+
+TEST_F(ClientInstanceTest, EachScriptCommandDrivesTheRunningClientOverTheBus)
+{
+    ASSERT_FALSE(parts.popover->shown);
+    EXPECT_EQ(gdbus("TogglePopover"), "");
+    EXPECT_TRUE(parts.popover->shown);
+    EXPECT_EQ(gdbus("TogglePopover"), "");
+    EXPECT_FALSE(parts.popover->shown);
+
+    EXPECT_EQ(gdbus("ToggleEnvironmentPopUp"), "");
+    EXPECT_EQ(journal.count("login.toggleEnvironmentPopUp"), 1);
+    EXPECT_EQ(gdbus("SkipOpeningPopover"), "");
+    EXPECT_TRUE(delegate->skipOpeningPop());
+
+    // Files go to the panel, replacing what it held; the popover stays as it is.
+    QTemporaryDir folder;
+    const QString poster = folder.path() + "/poster 1.pdf";
+    writeFile(poster, "pdf");
+    EXPECT_EQ(gdbus("DragDrop", {QStringLiteral("['%1', '%2']").arg(poster, QUrl::fromLocalFile(poster).toString())}),
+              "");
+    EXPECT_EQ(parts.fileDrop->files, (QStringList{poster, poster}));
+    EXPECT_FALSE(parts.popover->shown);
+    EXPECT_EQ(gdbus("DragDrop", {"@as []"}), "");
+    EXPECT_TRUE(parts.fileDrop->files.isEmpty());
+    // Bad paths are refused whole, and the panel keeps its files.
+    parts.fileDrop->files = {"kept"};
+    EXPECT_TRUE(gdbus("DragDrop", {QStringLiteral("['%1', '%2/gone.pdf']").arg(poster, folder.path())})
+                    .endsWith(QStringLiteral("org.freedesktop.DBus.Error.FileNotFound: No such file: \"%1/gone.pdf\"")
+                                  .arg(folder.path())));
+    EXPECT_TRUE(gdbus("DragDrop", {"['poster.pdf']"})
+                    .endsWith("org.freedesktop.DBus.Error.InvalidArgs: Not an absolute path or a file: URL: "
+                              "\"poster.pdf\""));
+    EXPECT_EQ(parts.fileDrop->files, QStringList{"kept"});
+
+    auto session = FakeUserSession::make();
+    main()->didLoginWithSession(session, false);
+    EXPECT_EQ(gdbus("ShowFileDrop"), "");
+    EXPECT_TRUE(parts.popover->shown);
+    EXPECT_EQ(parts.tabs->selected, 1);
+
+    // A wrong argument type is the bus's clear error (gdbus would turn the
+    // number into text, so dbus-send sends it).
+    QProcess send;
+    send.start("dbus-send",
+               {"--session", "--print-reply", "--dest=" + ClientInstance::ServiceName, ClientInstance::ObjectPath,
+                ClientInstance::ScriptingInterface + ".SetDownloadLocation", "int32:5"});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return send.state() == QProcess::NotRunning; }, 20000));
+    EXPECT_TRUE(send.readAllStandardError().startsWith("Error org.freedesktop.DBus.Error.UnknownMethod"));
+}
+
+TEST_F(ClientInstanceTest, ADownloadLocationAnswersOnlyAnOpenQuestionAndItsRefusalReachesTheScript)
+{
+    QTemporaryDir folder;
+    EXPECT_TRUE(gdbus("SetDownloadLocation", {folder.path()})
+                    .endsWith("com.veluria.Veluria.Scripting.Error.Code1: Can't set workspace location because user "
+                              "is not currently being asked to set the download location for any workspace."));
+
+    QList<QUrl> answers;
+    main()->getFolderURLFromUser(
+        "Choose a folder", QUrl(),
+        [](const QUrl& url, vlr::OptionalError* refusal) {
+            if (url.path() != "/etc")
+                return true;
+            *refusal = vlr::Error{"VLRFrameworkErrorDomain", -7, "Not there: \"/etc\".", {}};
+            return false;
+        },
+        [&](const QUrl& url) { answers.append(url); });
+    EXPECT_TRUE(gdbus("SetDownloadLocation", {"/etc"})
+                    .endsWith("com.veluria.Veluria.Scripting.Error.CodeMinus7: Not there: \"/etc\"."));
+    EXPECT_TRUE(answers.isEmpty());
+    EXPECT_EQ(gdbus("SetDownloadLocation", {QUrl::fromLocalFile(folder.path()).toString()}), "");
+    EXPECT_EQ(answers, QList<QUrl>{QUrl::fromLocalFile(folder.path())});
+    EXPECT_FALSE(main()->workspaceLocationOpenPanel());
+}
+
+TEST_F(ClientInstanceTest, TheCommandLineScriptsTheRunningClient)
+{
+    EXPECT_EQ(secondStart({"--toggle-popover"}), 0);
+    EXPECT_TRUE(parts.popover->shown);
+    // A start that only scripts brings nothing forward by itself.
+    EXPECT_EQ(secondStart({"--toggle-popover"}), 0);
+    EXPECT_FALSE(parts.popover->shown);
+
+    QTemporaryDir folder;
+    writeFile(folder.path() + "/a.txt", "a");
+    EXPECT_EQ(secondStart({"--show-file-drop", folder.path() + "/a.txt"}), 0);
+    EXPECT_EQ(parts.fileDrop->files, QStringList{folder.path() + "/a.txt"});
+    EXPECT_TRUE(parts.popover->shown);
+
+    // A refusal ends the start with 1 and stops the commands after it.
+    EXPECT_EQ(secondStart({"--set-download-location", folder.path(), "--toggle-popover"}), 1);
+    EXPECT_TRUE(parts.popover->shown);
 }
 
 TEST_F(ClientInstanceTest, ALaterStartHandsItsLinksToTheRunningClient)

@@ -1,7 +1,11 @@
 #include "widgets/VLRFonts.h"
 
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QMenu>
 
 #include <gmock/gmock.h>
 
@@ -27,4 +31,30 @@ TEST(Fonts, MuliIsLoadedOnceAndComesAtTheDesignSizeInTheBundledWeights)
 
     EXPECT_EQ(VLRFonts::muli(0.2).pixelSize(), 1);
     EXPECT_EQ(VLRFonts::muli(11.6).pixelSize(), 12);
+}
+
+TEST(Fonts, MenusAndDropDownListsAreMuliWhateverFaceTheDesktopGivesThem)
+{
+    const QFont before = QApplication::font();
+    // A desktop theme with faces of its own for menus and drop-down lists.
+    const QFont themed("DejaVu Serif", 15);
+    QApplication::setFont(themed, "QMenu");
+    QApplication::setFont(themed, "QComboMenuItem");
+    VLRFonts::useMuliThroughout();
+
+    QMenu menu;
+    menu.addAction("Open Veluria");
+    EXPECT_EQ(QFontInfo(menu.font()).family().toStdString(), "Mulish");
+
+    // An item of the list draws as one that asks for Muli itself.
+    QComboBox popUp;
+    popUp.addItems({"staging.veluria.com", "staging.veluria.com"});
+    popUp.setItemData(1, VLRFonts::muli(12), Qt::FontRole);
+    QStyleOptionViewItem option;
+    option.initFrom(popUp.view());
+    QAbstractItemDelegate* items = popUp.view()->itemDelegate();
+    const QAbstractItemModel* model = popUp.model();
+    EXPECT_EQ(items->sizeHint(option, model->index(0, 0)), items->sizeHint(option, model->index(1, 0)));
+
+    QApplication::setFont(before);
 }

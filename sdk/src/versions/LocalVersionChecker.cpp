@@ -9,6 +9,8 @@
 
 #include <QNetworkReply>
 
+#include <utility>
+
 namespace {
 
 // A server that does not answer within this time counts as unreachable.
@@ -71,8 +73,14 @@ void LocalVersionChecker::readManifest(const ManifestHandler& handler)
     });
     std::weak_ptr<LocalVersionChecker> weakSelf = weak_from_this();
     const QUrl url = m_manifestURL;
-    QObject::connect(reply, &QNetworkReply::finished, reply, [weakSelf, reply, handler, running, url] {
+    // The handler may hold the last reference to this checker, whose network
+    // access owns the reply: it leaves the reply's connection when the answer
+    // comes and runs at the next turn, so that the checker never goes while
+    // its reply is being torn down.
+    auto pending = std::make_shared<ManifestHandler>(handler);
+    QObject::connect(reply, &QNetworkReply::finished, reply, [weakSelf, reply, pending, running, url] {
         reply->deleteLater();
+        ManifestHandler handler = std::exchange(*pending, nullptr);
         vlr::OptionalError error;
         VersionManifest manifest = VersionManifest::current(running);
         if (reply->property("tooLarge").toBool())
@@ -89,6 +97,6 @@ void LocalVersionChecker::readManifest(const ManifestHandler& handler)
             self->m_manifest = manifest;
             self->m_error = error;
         }
-        handler(manifest, error);
+        MainThread::post([handler, manifest, error] { handler(manifest, error); });
     });
 }
