@@ -9,8 +9,12 @@ packages=(
   qtkeychain-qt6-dev libsodium-dev libsqlite3-dev sqlite3 libssl-dev libxcb1-dev libarchive-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   dbus dbus-x11 python3-dbusmock gnome-keyring libsecret-tools
-  desktop-file-utils xdg-utils
+  desktop-file-utils xdg-utils libarchive-dev appstream
 )
+if [ "${1:-}" = "--packaging" ]; then
+  # Checking the .deb that cpack makes.
+  packages+=(lintian dpkg-dev)
+fi
 if [ "${1:-}" = "--desktop" ]; then
   # A virtual desktop with a tray and a notification daemon, for trying the
   # client on a machine without a display of its own.

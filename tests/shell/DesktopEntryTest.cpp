@@ -15,9 +15,10 @@ QStringList installEntry(const QString& prefix, const QString& buildFolder)
     const QString source = QStringLiteral(VELURIA_SOURCE_DIR "/src/resources/desktop");
     QProcess cmake;
     cmake.start(QStandardPaths::findExecutable("cmake"),
-                {"-DCMAKE_INSTALL_PREFIX=" + prefix, "-DVELURIA_DESKTOP_TEMPLATE=" + source + "/veluria.desktop.in",
-                 "-DVELURIA_DESKTOP_ENTRY=" + buildFolder + "/veluria.desktop", "-DVELURIA_INSTALL_BINDIR=bin",
-                 "-DVELURIA_INSTALL_DATADIR=share", "-P", source + "/InstallDesktopEntry.cmake"});
+                {"-DCMAKE_INSTALL_PREFIX=" + prefix,
+                 "-DVELURIA_DESKTOP_TEMPLATES=" + source + "/veluria.desktop.in|share/applications|" + buildFolder
+                     + "/veluria.desktop",
+                 "-DVELURIA_INSTALL_BINDIR=bin", "-P", source + "/InstallDesktopEntry.cmake"});
     if (!cmake.waitForFinished() || cmake.exitCode() != 0) {
         ADD_FAILURE() << cmake.readAllStandardError().toStdString();
         return {};

@@ -1,7 +1,13 @@
-# Run at install time: writes the desktop entry for the prefix the client is
-# installed under, then installs it. Expects VELURIA_DESKTOP_TEMPLATE,
-# VELURIA_DESKTOP_ENTRY (where to write it), VELURIA_INSTALL_BINDIR and
-# VELURIA_INSTALL_DATADIR.
+# Run at install time: writes the desktop entry and the file managers' actions
+# for the prefix the client is installed under, then installs them. Expects
+# VELURIA_DESKTOP_TEMPLATES, a list of "<template>|<folder under the prefix>|
+# <file written>", and VELURIA_INSTALL_BINDIR.
+
+# A relocatable bundle has no place yet: its set-up writes them from the
+# templates once it is unpacked.
+if("$ENV{VELURIA_RELOCATABLE}")
+  return()
+endif()
 
 set(program "${CMAKE_INSTALL_PREFIX}/${VELURIA_INSTALL_BINDIR}/veluria")
 
@@ -19,7 +25,19 @@ endif()
 # Both are string values, whose backslashes are escaped once more.
 string(REPLACE "\\" "\\\\" VELURIA_EXEC_PROGRAM "${exec}")
 string(REPLACE "\\" "\\\\" VELURIA_INSTALLED_PROGRAM "${program}")
+set(VELURIA_INSTALLED_PROGRAM_RAW "${program}")
 
-configure_file("${VELURIA_DESKTOP_TEMPLATE}" "${VELURIA_DESKTOP_ENTRY}" @ONLY)
-file(INSTALL DESTINATION "${CMAKE_INSTALL_PREFIX}/${VELURIA_INSTALL_DATADIR}/applications" TYPE FILE
-     FILES "${VELURIA_DESKTOP_ENTRY}")
+foreach(entry IN LISTS VELURIA_DESKTOP_TEMPLATES)
+  string(REPLACE "|" ";" parts "${entry}")
+  list(GET parts 0 template)
+  list(GET parts 1 folder)
+  list(GET parts 2 written)
+  configure_file("${template}" "${written}" @ONLY)
+  # Dolphin shows a service menu from the user's own folders only when it is
+  # executable.
+  set(permissions)
+  if(folder MATCHES "servicemenus$" AND NOT "$ENV{HOME}" STREQUAL "" AND CMAKE_INSTALL_PREFIX MATCHES "^$ENV{HOME}/")
+    set(permissions FILE_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ WORLD_READ)
+  endif()
+  file(INSTALL DESTINATION "${CMAKE_INSTALL_PREFIX}/${folder}" TYPE FILE ${permissions} FILES "${written}")
+endforeach()
