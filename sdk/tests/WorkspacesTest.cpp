@@ -44,8 +44,9 @@ TEST_F(Workspaces, LoadAfterSignInNewestFirstWithTheirMembers)
     // The sign-in's own wait may already have let a busy machine load the
     // lists; while loading, nothing is listed yet.
     const bool loading = session->syncingLists();
-    if (loading)
+    if (loading) {
         EXPECT_TRUE(session->workspaces().isEmpty());
+    }
     ASSERT_TRUE(waitUntil([&] { return !session->syncingLists(); }));
 
     QStringList names;

@@ -74,6 +74,9 @@ public:
     // Status item and popover.
     void togglePopover();
     void showFileDropView();
+    // Opens the popover on that list of the transfers tab (1 uploads, 2
+    // downloads, 3 completed), with that transfer selected if it is there.
+    void showTransfersTab(int list, const QString& andSelectTransfer);
     void statusItemImageViewDidReceiveMouseDownEvent(StatusItemImageView* view) override;
     void statusItemImageViewDidReceiveDragEvent(StatusItemImageView* view) override;
     void statusItemImageViewDidReceiveFiles(StatusItemImageView* view, const QStringList& files) override;
@@ -218,7 +221,6 @@ private:
     void showHideSettingsTab();
     void showLoginTab();
     void showFileDropTabWithFiles(const QStringList& files);
-    void showTransfersTab(int list, const QString& andSelectTransfer);
     void showUpdates();
     void openPopoverIfClosed();
     void selectTab(int tab);

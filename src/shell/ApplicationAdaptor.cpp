@@ -18,3 +18,9 @@ void ApplicationAdaptor::Open(const QStringList& uris, const QVariantMap&)
 {
     m_instance->open(uris);
 }
+
+// The actions take no parameter.
+void ApplicationAdaptor::ActivateAction(const QString& actionName, const QVariantList&, const QVariantMap&)
+{
+    m_instance->activateAction(actionName);
+}

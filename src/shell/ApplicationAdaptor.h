@@ -2,12 +2,14 @@
 
 #include <QDBusAbstractAdaptor>
 #include <QStringList>
+#include <QVariantList>
 #include <QVariantMap>
 
 class ClientInstance;
 
 // The desktop's application interface of the running client: Activate brings
-// it forward, Open hands it links to download.
+// it forward, Open hands it links to download, ActivateAction runs one of
+// the desktop entry's actions.
 class ApplicationAdaptor : public QDBusAbstractAdaptor
 {
     Q_OBJECT
@@ -19,6 +21,7 @@ public:
 public slots:
     void Activate(const QVariantMap& platformData);
     void Open(const QStringList& uris, const QVariantMap& platformData);
+    void ActivateAction(const QString& actionName, const QVariantList& parameter, const QVariantMap& platformData);
 
 private:
     ClientInstance* m_instance;

@@ -13,6 +13,7 @@
 #include "shell/LaunchArguments.h"
 #include "shell/ScriptingAdaptor.h"
 #include "shell/ShellLog.h"
+#include "transfers/TransfersPage.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -94,6 +95,17 @@ void ClientInstance::open(const QStringList& uris)
             m_appDelegate->downloadUrl(uri);
 }
 
+void ClientInstance::activateAction(const QString& name)
+{
+    MainViewController* main = m_appDelegate ? m_appDelegate->mainViewController() : nullptr;
+    if (name != ShowTransfersAction) {
+        qCWarning(lcShell).noquote() << "No such action:" << name;
+        return;
+    }
+    if (main)
+        main->showTransfersTab(TransfersPage::UploadsList, QString());
+}
+
 ClientInstance::ScriptResult ClientInstance::performScriptCommand(const QString& method, const QStringList& arguments)
 {
     ScriptResult result;
@@ -141,7 +153,7 @@ ClientInstance::ScriptResult ClientInstance::performScriptCommand(const QString&
                       command->scriptErrorString()};
     }
     if (!result.errorName.isNull()) {
-        VLRLogFormat(4, Tag, "Script command %@ failed: %@", method, result.errorText);
+        qCWarning(lcShell).noquote() << "Script command" << method << "failed:" << result.errorText;
         if (calledFromDBus())
             sendErrorReply(result.errorName, result.errorText);
     }
@@ -165,9 +177,20 @@ int ClientInstance::handOverToRunningClient(const QDBusConnection& bus, const La
             return 1;
         }
     }
+    for (const QString& action : arguments.actions()) {
+        QDBusMessage call = QDBusMessage::createMethodCall(ServiceName, ObjectPath, ApplicationInterface,
+                                                           QStringLiteral("ActivateAction"));
+        call << action << QVariantList() << QVariantMap();
+        const QDBusMessage reply = bus.call(call, QDBus::Block, HandOverTimeoutMilliseconds);
+        if (reply.type() != QDBusMessage::ReplyMessage) {
+            std::fprintf(stderr, "veluria: %s\n", qUtf8Printable(reply.errorMessage()));
+            return 1;
+        }
+    }
     // A start at login finds the client already there, and a start that
     // only scripts it asks nothing more: nothing to do.
-    if (arguments.links().isEmpty() && (arguments.launchedAsLoginItem() || !arguments.scriptCommands().isEmpty()))
+    if (arguments.links().isEmpty()
+        && (arguments.launchedAsLoginItem() || !arguments.scriptCommands().isEmpty() || !arguments.actions().isEmpty()))
         return 0;
     QDBusMessage call = arguments.links().isEmpty()
         ? QDBusMessage::createMethodCall(ServiceName, ObjectPath, ApplicationInterface, QStringLiteral("Activate"))

@@ -59,6 +59,10 @@ public:
     // What the bus asks of the running client.
     void activate();
     void open(const QStringList& uris);
+    // One of the desktop entry's actions: ShowTransfersAction opens the
+    // popover on the transfers tab; any other name is logged and dropped.
+    void activateAction(const QString& name);
+    static inline const QString ShowTransfersAction = QStringLiteral("show-transfers");
     // Runs the script command of that name (a method of the scripting
     // interface) with its arguments as text. Called over the bus, a failure
     // is answered as the call's error.

@@ -34,6 +34,8 @@ LaunchArguments::LaunchArguments(const QStringList& arguments)
                 return;
             }
             m_scriptCommands.append({QStringLiteral("SetDownloadLocation"), {absolute(arguments.at(index))}});
+        } else if (argument == QLatin1String("--show-transfers")) {
+            m_actions.append(QStringLiteral("show-transfers"));
         } else if (argument == QLatin1String("--show-file-drop")) {
             // Every argument after it is a file, whatever it looks like.
             QStringList files;
@@ -50,20 +52,23 @@ LaunchArguments::LaunchArguments(const QStringList& arguments)
 
 QString LaunchArguments::usage()
 {
-    return QStringLiteral("Usage: veluria [OPTION...] [LINK...]\n"
-                          "The Veluria tray client. A start while the client runs hands everything to it.\n"
-                          "\n"
-                          "  LINK                          a veluria: download link to follow\n"
-                          "  --autostart                   started at login: the popover stays closed\n"
-                          "  --toggle-popover              open or close the popover, as a click on the tray icon\n"
-                          "  --skip-opening-popover        keep the popover closed at the end of the launch\n"
-                          "  --toggle-environment-popup    show or hide the sign-in page's service selector\n"
-                          "  --set-download-location DIR   answer the open question for a download's folder\n"
-                          "  --show-file-drop [FILE...]    give the files to the file drop panel and show it;\n"
-                          "                                every argument after it is a file\n"
-                          "  -h, --help                    print this help\n"
-                          "\n"
-                          "The same commands are methods of com.veluria.Veluria.Scripting at /com/veluria/Veluria\n"
-                          "on the session bus: TogglePopover, SkipOpeningPopover, ToggleEnvironmentPopUp,\n"
-                          "SetDownloadLocation(s folder), ShowFileDrop, DragDrop(as files).\n");
+    return QStringLiteral(
+        "Usage: veluria [OPTION...] [LINK...]\n"
+        "The Veluria tray client. A start while the client runs hands everything to it.\n"
+        "\n"
+        "  LINK                          a veluria: download link to follow\n"
+        "  --autostart                   started at login: the popover stays closed\n"
+        "  --toggle-popover              open or close the popover, as a click on the tray icon\n"
+        "  --skip-opening-popover        keep the popover closed at the end of the launch\n"
+        "  --toggle-environment-popup    show or hide the sign-in page's service selector\n"
+        "  --set-download-location DIR   answer the open question for a download's folder\n"
+        "  --show-file-drop [FILE...]    give the files to the file drop panel and show it;\n"
+        "                                every argument after it is a file\n"
+        "  --show-transfers              open the popover on the transfers tab\n"
+        "  -h, --help                    print this help\n"
+        "\n"
+        "The same commands are methods of com.veluria.Veluria.Scripting at /com/veluria/Veluria\n"
+        "on the session bus: TogglePopover, SkipOpeningPopover, ToggleEnvironmentPopUp,\n"
+        "SetDownloadLocation(s folder), ShowFileDrop, DragDrop(as files); and\n"
+        "org.freedesktop.Application.ActivateAction(\"show-transfers\", [], {}) on the same object.\n");
 }

@@ -29,6 +29,8 @@ public:
     bool launchedAsLoginItem() const { return m_launchedAsLoginItem; }
     const QStringList& links() const { return m_links; }
     const QList<ScriptCommand>& scriptCommands() const { return m_scriptCommands; }
+    // The desktop entry's actions to run, by name ("show-transfers").
+    const QStringList& actions() const { return m_actions; }
     bool helpRequested() const { return m_helpRequested; }
     // Why the command line can't be followed; null when it can.
     const QString& usageError() const { return m_usageError; }
@@ -41,5 +43,6 @@ private:
     bool m_helpRequested = false;
     QStringList m_links;
     QList<ScriptCommand> m_scriptCommands;
+    QStringList m_actions;
     QString m_usageError;
 };

@@ -81,6 +81,8 @@ int main(int argc, char* argv[])
         delegate.applicationDidFinishLaunching();
         for (const LaunchArguments::ScriptCommand& script : launch.scriptCommands())
             instance.performScriptCommand(script.method, script.arguments);
+        for (const QString& action : launch.actions())
+            instance.activateAction(action);
         for (const QString& link : launch.links())
             delegate.downloadUrl(link);
     });

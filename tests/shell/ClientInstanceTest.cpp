@@ -124,6 +124,7 @@ TEST(LaunchArgumentsTest, ScriptOptionsBecomeCommandsWithPathsFromTheFolderOfThe
               (QList<Command>{{"ShowFileDrop", {}}}));
     EXPECT_FALSE(LaunchArguments({"veluria", "--set-download-location"}).usageError().isNull());
     EXPECT_TRUE(LaunchArguments({"veluria", "-h"}).helpRequested());
+    EXPECT_EQ(LaunchArguments({"veluria", "--show-transfers"}).actions(), QStringList{"show-transfers"});
 }
 
 TEST_F(ClientInstanceTest, EachScriptCommandDrivesTheRunningClientOverTheBus)
@@ -217,6 +218,12 @@ TEST_F(ClientInstanceTest, TheCommandLineScriptsTheRunningClient)
     // A refusal ends the start with 1 and stops the commands after it.
     EXPECT_EQ(secondStart({"--set-download-location", folder.path(), "--toggle-popover"}), 1);
     EXPECT_TRUE(parts.popover->shown);
+
+    // The desktop entry's action opens the popover on the uploads list.
+    parts.popover->shown = false;
+    EXPECT_EQ(secondStart({"--show-transfers"}), 0);
+    EXPECT_TRUE(parts.popover->shown);
+    EXPECT_EQ(journal.entries.last(), "transfers.showTab 1 ");
 }
 
 TEST_F(ClientInstanceTest, ALaterStartHandsItsLinksToTheRunningClient)
