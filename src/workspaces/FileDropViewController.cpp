@@ -16,6 +16,7 @@
 #include "widgets/VLRTextView.h"
 #include "widgets/VLRView.h"
 #include "widgets/VLRViewAdditions.h"
+#include "workspaces/AddFilesPanel.h"
 #include "workspaces/FileDropViewControllerDelegate.h"
 #include "workspaces/FileInfoViewController.h"
 #include "workspaces/VisibleText.h"
@@ -539,19 +540,14 @@ void FileDropViewController::addFile()
     view();
     if (m_openPanel)
         return;
-    // Not the desktop's own dialog, so that the program can close it; the
-    // popover steps aside while it is up.
-    auto* panel = new QFileDialog(nullptr, vlr::localized("Choose a file to add to a workspace"));
-    panel->setAttribute(Qt::WA_DeleteOnClose);
-    panel->setOption(QFileDialog::DontUseNativeDialog);
-    panel->setFileMode(QFileDialog::ExistingFiles);
-    panel->setAcceptMode(QFileDialog::AcceptOpen);
+    // The popover steps aside while the panel is up.
+    auto* panel = new AddFilesPanel(vlr::localized("Choose a file to add to a workspace"));
     m_openPanel = panel;
     if (m_delegate)
         m_delegate->fileDropViewControllerWantsPopUpToggled(this);
     connect(panel, &QFileDialog::finished, this, [this, panel](int result) {
-        if (result == QDialog::Accepted && !panel->selectedFiles().isEmpty())
-            setFilesToUpload(panel->selectedFiles());
+        if (result == QDialog::Accepted && !panel->chosenPaths().isEmpty())
+            setFilesToUpload(panel->chosenPaths());
         if (m_delegate)
             m_delegate->fileDropViewControllerWantsPopUpToggled(this);
     });

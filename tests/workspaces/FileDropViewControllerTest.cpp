@@ -6,13 +6,20 @@
 #include "app/AppFlavor.h"
 #include "support/TestFiles.h"
 #include "widgets/PageStyle.h"
+#include "workspaces/AddFilesPanel.h"
 #include "workspaces/FileDropViewController.h"
 #include "workspaces/FileInfoViewController.h"
 
 #include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QFileSystemModel>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QParallelAnimationGroup>
+#include <QTemporaryDir>
+#include <QTest>
 
 namespace {
 
@@ -206,3 +213,25 @@ TEST_F(FileDropTest, CreateSendsTheTrimmedNameAndKeepsFilesForThePublishThatFoll
 }
 
 } // namespace
+
+TEST(AddFilesPanelTest, ConfirmingTakesTheSelectedFilesAndFoldersAlike)
+{
+    QTemporaryDir folder;
+    QDir(folder.path()).mkdir("Plans");
+    QFile(folder.filePath("a.txt")).open(QIODevice::WriteOnly);
+    AddFilesPanel panel(QStringLiteral("Choose"));
+    panel.setAttribute(Qt::WA_DeleteOnClose, false);
+    panel.setDirectory(folder.path());
+    panel.show();
+    auto* list = panel.findChild<QListView*>(QStringLiteral("listView"));
+    ASSERT_TRUE(list);
+    auto* model = qobject_cast<QFileSystemModel*>(list->model());
+    ASSERT_TRUE(model);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return model->rowCount(list->rootIndex()) == 2; }));
+    list->selectAll();
+    QMetaObject::invokeMethod(&panel, "accept");
+    QStringList chosen = panel.chosenPaths();
+    chosen.sort();
+    EXPECT_EQ(chosen, (QStringList{folder.filePath("Plans"), folder.filePath("a.txt")}));
+    EXPECT_EQ(panel.result(), QDialog::Accepted);
+}
