@@ -56,8 +56,9 @@ HttpConnection::HttpConnection(QTcpSocket* socket, QObject* parent)
     connect(socket, &QTcpSocket::readyRead, this, &HttpConnection::readMore);
     connect(socket, &QTcpSocket::bytesWritten, this, &HttpConnection::pumpFile);
     connect(socket, &QTcpSocket::disconnected, this, [this] {
-        if (m_sink)
-            m_sink->flush();
+        // What came with the last packets still counts for an upload.
+        if (m_state == State::Body && m_sink)
+            readMore();
         m_sink = nullptr;
         emit closed(this);
         deleteLater();
@@ -81,8 +82,8 @@ void HttpConnection::readMore()
             m_bodyReceived = 0;
             emit headersReceived(this);
             if (m_state != State::Body)
-                return; // answered already
-            if (!m_sink && m_request.contentLength > maxBufferedBody) {
+                return; // the connection is closing
+            if (!m_sink && !m_discardBody && m_request.contentLength > maxBufferedBody) {
                 fail(413, QStringLiteral("The request's body is too large."));
                 return;
             }
@@ -90,12 +91,17 @@ void HttpConnection::readMore()
         if (m_state != State::Body)
             return;
         takeBody();
-        if (m_bodyReceived < m_request.contentLength)
+        if (m_state != State::Body || m_bodyReceived < m_request.contentLength)
             return;
         m_state = State::Handling;
         if (m_sink)
             m_sink->flush();
         m_sink = nullptr;
+        if (m_discardBody) {
+            m_discardBody = false;
+            m_state = State::Headers;
+            continue;
+        }
         emit requestReceived(this);
         if (m_state != State::Headers)
             return; // an answer still to come, or the connection is closing
@@ -148,7 +154,7 @@ void HttpConnection::takeBody()
             m_sink = nullptr;
             fail(500, QStringLiteral("The server could not store the bytes."));
         }
-    } else {
+    } else if (!m_discardBody) {
         m_request.body += piece;
     }
 }
@@ -248,11 +254,9 @@ void HttpConnection::finishResponse()
         m_state = State::Headers;
         if (!m_buffer.isEmpty())
             QMetaObject::invokeMethod(this, &HttpConnection::readMore, Qt::QueuedConnection);
-    } else {
-        // Answered before the body was read: the body would be taken for the next request.
-        m_keepAlive = false;
-        m_state = State::Closing;
-        m_socket->disconnectFromHost();
+    } else if (m_state == State::Body) {
+        m_sink = nullptr;
+        m_discardBody = true;
     }
 }
 

@@ -67,4 +67,6 @@ private:
     qint64 m_sourceLeft = 0;
     bool m_eventStream = false;
     bool m_keepAlive = true;
+    // Answered before its body came: the rest of the body is read and dropped.
+    bool m_discardBody = false;
 };

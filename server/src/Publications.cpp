@@ -12,9 +12,10 @@ QString insertPublication(const QString& workspaceId, const QString& userId, con
                           const QString& revisionId, const QJsonObject& revision)
 {
     QSqlQuery insert(Database::connection());
-    insert.prepare(QStringLiteral("INSERT INTO publications(workspace_id, user_id, text, revision_id) VALUES (?, ?, ?, "
-                                  "?) RETURNING id, (SELECT first_name FROM users WHERE id = user_id), (SELECT email "
-                                  "FROM users WHERE id = user_id)"));
+    insert.prepare(QStringLiteral(
+        "INSERT INTO publications(workspace_id, user_id, text, revision_id) VALUES (?, ?, "
+        "coalesce(?, ''), ?) RETURNING id, (SELECT first_name FROM users WHERE id = user_id), (SELECT email "
+        "FROM users WHERE id = user_id)"));
     insert.addBindValue(workspaceId);
     insert.addBindValue(userId);
     insert.addBindValue(text);

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QJsonObject>
 #include <QRegularExpression>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
 
@@ -91,9 +92,11 @@ void TransferApi::headersReceived(HttpConnection* c, const QStringList& path)
         c->respondError(413, 413, QStringLiteral("More bytes than the upload announced."));
         return;
     }
+    // Unbuffered: every byte received is the kernel's at once, so a killed
+    // server process loses nothing that the offset reports.
     auto* sink = new QFile(partial, c);
     sink->setObjectName(QLatin1String(sinkName));
-    if (!sink->open(QIODevice::WriteOnly | QIODevice::Append)) {
+    if (!sink->open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
         c->respondError(500, 500, QStringLiteral("The server can't write the upload."));
         return;
     }
@@ -141,7 +144,7 @@ void TransferApi::createUpload(HttpConnection* c, const QString& userId)
             422, 422, QStringLiteral("An upload needs a file name, its size and its SHA-256 in lower-case hex."));
     QSqlQuery insert(Database::connection());
     insert.prepare(QStringLiteral("INSERT INTO uploads(user_id, workspace_id, file_name, size, sha256, publish, "
-                                  "publication_text) VALUES (?, ?, ?, ?, ?, ?, ?) RETURNING id"));
+                                  "publication_text) VALUES (?, ?, ?, ?, ?, ?, coalesce(?, '')) RETURNING id"));
     insert.addBindValue(userId);
     insert.addBindValue(workspaceId);
     insert.addBindValue(fileName);
@@ -149,8 +152,10 @@ void TransferApi::createUpload(HttpConnection* c, const QString& userId)
     insert.addBindValue(sha256);
     insert.addBindValue(body.value(QStringLiteral("publish")).toBool(true));
     insert.addBindValue(body.value(QStringLiteral("text")).toString());
-    if (!insert.exec() || !insert.next())
+    if (!insert.exec() || !insert.next()) {
+        qWarning("Upload not recorded: %s", qPrintable(insert.lastError().text()));
         return c->respondError(500, 500, QStringLiteral("The server's database failed; nothing was changed."));
+    }
     const QString id = insert.value(0).toString();
     QFile file(m_store.uploadPath(id));
     if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner))

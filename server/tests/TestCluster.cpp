@@ -13,6 +13,8 @@
 #include <QTcpServer>
 #include <QThread>
 
+#include <cstdio>
+
 #include <unistd.h>
 
 namespace {
@@ -132,6 +134,9 @@ quint16 TestCluster::startServer()
             20000)
         || !said.contains("listening"))
         qWarning("veluria-server did not start: %s", said.constData());
+    // What the server says later shows with the test's output.
+    QObject::connect(server.get(), &QProcess::readyReadStandardError,
+                     [process = server.get()] { std::fputs(process->readAllStandardError().constData(), stderr); });
     return port;
 }
 
