@@ -4,6 +4,7 @@
 #include "Database.h"
 #include "Publications.h"
 #include "RequestContext.h"
+#include "UploadLock.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -27,8 +28,6 @@ struct TransferApi::Upload
 };
 
 namespace {
-constexpr auto sinkName = "upload-sink";
-
 bool isUploadPath(const QStringList& path)
 {
     return path.value(0) == QLatin1String("uploads") && path.size() == 2;
@@ -77,6 +76,11 @@ void TransferApi::headersReceived(HttpConnection* c, const QStringList& path)
     Upload upload;
     if (!authenticate(m_accounts, c, &userId) || !loadUpload(c, path.value(1), userId, &upload))
         return;
+    auto lock = std::unique_ptr<UploadLock>(UploadLock::take(upload.id, nullptr));
+    if (!lock) {
+        c->respondError(409, 409, QStringLiteral("Another request is writing this upload; ask for its offset later."));
+        return;
+    }
     const QString partial = m_store.uploadPath(upload.id);
     const qint64 offset = QFileInfo(partial).size();
     bool ok = false;
@@ -94,12 +98,13 @@ void TransferApi::headersReceived(HttpConnection* c, const QStringList& path)
     }
     // Unbuffered: every byte received is the kernel's at once, so a killed
     // server process loses nothing that the offset reports.
-    auto* sink = new QFile(partial, c);
-    sink->setObjectName(QLatin1String(sinkName));
+    auto* sink = new QFile(partial, lock.get());
     if (!sink->open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
         c->respondError(500, 500, QStringLiteral("The server can't write the upload."));
         return;
     }
+    // The connection holds the lock until the body ends or the peer goes.
+    lock.release()->setParent(c);
     sink->setPermissions(QFile::ReadOwner | QFile::WriteOwner);
     c->streamBodyInto(sink);
 }
@@ -175,7 +180,7 @@ void TransferApi::reportOffset(HttpConnection* c, const QString& userId, const Q
 
 void TransferApi::finishPatch(HttpConnection* c, const QString& userId, const QString& segment)
 {
-    delete c->findChild<QFile*>(QLatin1String(sinkName));
+    delete c->findChild<UploadLock*>();
     Upload upload;
     if (!loadUpload(c, segment, userId, &upload))
         return;

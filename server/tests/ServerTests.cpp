@@ -143,13 +143,23 @@ TEST_F(ServerTest, UploadResumesAfterCutOffAndIsChecked)
         while (socket.bytesToWrite() > 0 || socket.encryptedBytesToWrite() > 0)
             socket.waitForBytesWritten(5000);
         ASSERT_TRUE(TestCluster::waitFor([&] { return offsetNow() == half; }));
+        // While that request lives, nobody else may write the upload.
+        EXPECT_EQ(
+            cluster->call(port, "PATCH", upload, token, data.mid(half), {{"Upload-Offset", QByteArray::number(half)}})
+                .status,
+            409);
         socket.abort();
     }
     const qint64 offset = offsetNow();
     EXPECT_EQ(offset, half);
     EXPECT_EQ(cluster->call(port, "PATCH", upload, token, data.mid(5), {{"Upload-Offset", "5"}}).status, 409);
-    const auto done =
-        cluster->call(port, "PATCH", upload, token, data.mid(offset), {{"Upload-Offset", QByteArray::number(offset)}});
+    // The server may not have seen the cut-off yet: until then the upload is busy.
+    TestCluster::Reply done;
+    TestCluster::waitFor([&] {
+        done = cluster->call(port, "PATCH", upload, token, data.mid(offset),
+                             {{"Upload-Offset", QByteArray::number(offset)}});
+        return done.status != 409;
+    });
     ASSERT_EQ(done.status, 201) << done.body.constData();
     const QString revision = "/v1/revisions/" + done.json["revision"].toString() + "/content";
 
