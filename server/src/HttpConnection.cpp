@@ -53,6 +53,11 @@ HttpConnection::HttpConnection(QTcpSocket* socket, QObject* parent)
     , m_socket(socket)
 {
     socket->setParent(this);
+    m_idle.setSingleShot(true);
+    m_idle.setInterval(idleTimeoutMs);
+    connect(&m_idle, &QTimer::timeout, socket, &QTcpSocket::abort);
+    m_idle.start();
+    connect(socket, &QTcpSocket::bytesWritten, &m_idle, qOverload<>(&QTimer::start));
     connect(socket, &QTcpSocket::readyRead, this, &HttpConnection::readMore);
     connect(socket, &QTcpSocket::bytesWritten, this, &HttpConnection::pumpFile);
     connect(socket, &QTcpSocket::disconnected, this, [this] {
@@ -67,6 +72,7 @@ HttpConnection::HttpConnection(QTcpSocket* socket, QObject* parent)
 
 void HttpConnection::readMore()
 {
+    m_idle.start();
     m_buffer += m_socket->readAll();
     while (true) {
         if (m_state == State::Headers) {

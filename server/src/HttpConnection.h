@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 
 #include <memory>
 
@@ -21,6 +22,9 @@ class HttpConnection : public QObject
 
 public:
     static constexpr qint64 maxBufferedBody = 1 << 20;
+    // A peer that sends and takes nothing this long is let go; an event
+    // stream's pings keep a live one, and a dead one fills its buffer.
+    static constexpr int idleTimeoutMs = 120 * 1000;
 
     explicit HttpConnection(QTcpSocket* socket, QObject* parent = nullptr);
 
@@ -69,4 +73,5 @@ private:
     bool m_keepAlive = true;
     // Answered before its body came: the rest of the body is read and dropped.
     bool m_discardBody = false;
+    QTimer m_idle;
 };
