@@ -151,18 +151,19 @@ bool HttpConnection::parseHeaders(qsizetype end)
 
 void HttpConnection::takeBody()
 {
-    const qint64 wanted = m_request.contentLength - m_bodyReceived;
-    const QByteArray piece = m_buffer.left(qsizetype(qMin<qint64>(wanted, m_buffer.size())));
-    m_buffer.remove(0, piece.size());
-    m_bodyReceived += piece.size();
+    // Written straight from the receive buffer: a large upload is not copied twice.
+    const qint64 piece = qMin<qint64>(m_request.contentLength - m_bodyReceived, m_buffer.size());
     if (m_sink) {
-        if (m_sink->write(piece) != piece.size()) {
+        if (m_sink->write(m_buffer.constData(), piece) != piece) {
             m_sink = nullptr;
             fail(500, QStringLiteral("The server could not store the bytes."));
+            return;
         }
     } else if (!m_discardBody) {
-        m_request.body += piece;
+        m_request.body.append(m_buffer.constData(), qsizetype(piece));
     }
+    m_buffer.remove(0, qsizetype(piece));
+    m_bodyReceived += piece;
 }
 
 void HttpConnection::streamBodyInto(QFile* sink)
