@@ -10,7 +10,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   dbus dbus-x11 python3-dbusmock gnome-keyring libsecret-tools
   desktop-file-utils xdg-utils
-  qt6-base-dev libqt6sql6-psql postgresql openssl
+  libqt6sql6-psql postgresql openssl bc curl
 )
 if [ "${1:-}" = "--desktop" ]; then
   # A virtual desktop with a tray and a notification daemon, for trying the
