@@ -9,7 +9,8 @@ packages=(
   qtkeychain-qt6-dev libsodium-dev libsqlite3-dev sqlite3 libssl-dev libxcb1-dev libarchive-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   dbus dbus-x11 python3-dbusmock gnome-keyring libsecret-tools
-  desktop-file-utils xdg-utils libarchive-dev appstream
+  desktop-file-utils xdg-utils appstream
+  libqt6sql6-psql postgresql openssl bc curl
 )
 if [ "${1:-}" = "--packaging" ]; then
   # Checking the .deb that cpack makes.

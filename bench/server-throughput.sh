@@ -1,0 +1,56 @@
+#!/usr/bin/env bash
+# Upload and download of one file through veluria-server over TLS on
+# loopback, against cp of the same file. Needs a Release build:
+#   cmake -S . -B build-bench -G Ninja -DCMAKE_BUILD_TYPE=Release && ninja -C build-bench veluria-server
+#   bench/server-throughput.sh build-bench [MiB]
+set -euo pipefail
+build="${1:?usage: $0 BUILD_DIR [MiB]}"
+mib="${2:-1024}"
+server="$(realpath "$build")/server/veluria-server"
+bin="$(ls -d /usr/lib/postgresql/*/bin | tail -1)"
+work="$(mktemp -d /tmp/veluria-bench.XXXXXX)"
+as_pg=()
+if [ "$(id -u)" -eq 0 ]; then chown postgres "$work"; as_pg=(runuser -u postgres --); fi
+cleanup() {
+  [ -n "${pid:-}" ] && kill "$pid" 2>/dev/null || true
+  "${as_pg[@]}" "$bin/pg_ctl" -D "$work/data" -m immediate stop >/dev/null 2>&1 || true
+  rm -rf "$work"
+}
+trap cleanup EXIT
+"${as_pg[@]}" "$bin/initdb" -D "$work/data" -U veluria --auth=trust >/dev/null
+"${as_pg[@]}" "$bin/pg_ctl" -D "$work/data" -w -l "$work/pg.log" -o "-k $work -c listen_addresses=''" start >/dev/null
+"$(dirname "$0")/../scripts/server-cert.sh" "$work/tls" >/dev/null
+cat > "$work/server.ini" <<INI
+[server]
+port=18443
+certificate=$work/tls/server.crt
+key=$work/tls/server.key
+store=$work/store
+[database]
+host=$work
+name=postgres
+user=veluria
+INI
+echo 'bench password' | "$server" --config "$work/server.ini" --add-user bench@example.org
+"$server" --config "$work/server.ini" 2>/dev/null & pid=$!
+sleep 1
+api=(curl -sS --cacert "$work/tls/server.crt")
+url=https://localhost:18443/v1
+token=$("${api[@]}" -X POST "$url/sessions" -d '{"email":"bench@example.org","password":"bench password"}' | sed 's/.*"token":"\([^"]*\)".*/\1/')
+auth=(-H "Authorization: Bearer $token")
+ws=$("${api[@]}" "${auth[@]}" -X POST "$url/workspaces" -d '{"name":"Bench"}' | sed 's/.*"id":"\([^"]*\)".*/\1/')
+
+head -c "$((mib * 1024 * 1024))" /dev/urandom > "$work/file"
+sha=$(sha256sum "$work/file" | cut -d' ' -f1)
+size=$(stat -c %s "$work/file")
+sync
+seconds() { local s e; s=$(date +%s.%N); "$@" >/dev/null; e=$(date +%s.%N); echo "$e - $s" | bc -l; }
+t_cp=$(seconds sh -c "cp '$work/file' '$work/copy' && sync '$work/copy'")
+up=$("${api[@]}" "${auth[@]}" -X POST "$url/uploads" -d "{\"workspace\":\"$ws\",\"fileName\":\"f\",\"size\":$size,\"sha256\":\"$sha\"}" | sed 's/.*"id":"\([^"]*\)".*/\1/')
+t_up=$(seconds "${api[@]}" "${auth[@]}" -X PATCH -H 'Upload-Offset: 0' -H 'Content-Type: application/octet-stream' --data-binary "@$work/file" -o "$work/up.json" "$url/uploads/$up")
+rev=$(sed 's/.*"revision":"\([^"]*\)".*/\1/' "$work/up.json")
+t_down=$(seconds sh -c "$(printf '%q ' "${api[@]}" "${auth[@]}") -o '$work/down' '$url/revisions/$rev/content' && sync '$work/down'")
+[ "$(sha256sum "$work/down" | cut -d' ' -f1)" = "$sha" ] || { echo "download differs" >&2; exit 1; }
+printf 'size %d MiB\ncp        %.2f s  %.0f MiB/s\nupload    %.2f s  %.0f MiB/s  (%.2f of cp)\ndownload  %.2f s  %.0f MiB/s  (%.2f of cp)\n' \
+  "$mib" "$t_cp" "$(echo "$mib / $t_cp" | bc -l)" "$t_up" "$(echo "$mib / $t_up" | bc -l)" "$(echo "$t_cp / $t_up" | bc -l)" \
+  "$t_down" "$(echo "$mib / $t_down" | bc -l)" "$(echo "$t_cp / $t_down" | bc -l)"

@@ -1,0 +1,146 @@
+#include "Accounts.h"
+
+#include "Database.h"
+#include "sdk/accounts/Base32.h"
+#include "sdk/accounts/PasswordHasher.h"
+#include "sdk/accounts/Totp.h"
+
+#include <QCryptographicHash>
+#include <QDateTime>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <sodium.h>
+
+namespace {
+// Long enough to type a code, short enough that a stolen pending token is useless.
+constexpr qint64 pendingLifetime = 300;
+
+QByteArray hashOf(const QByteArray& token)
+{
+    return QCryptographicHash::hash(token, QCryptographicHash::Sha256);
+}
+} // namespace
+
+Accounts::Accounts(qint64 sessionLifetimeSeconds)
+    : m_lifetime(sessionLifetimeSeconds)
+{ }
+
+QByteArray Accounts::openSession(const QString& userId, bool pending, qint64 lifetime) const
+{
+    QByteArray raw(32, '\0');
+    randombytes_buf(raw.data(), size_t(raw.size()));
+    const QByteArray token = raw.toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
+    QSqlQuery insert(Database::connection());
+    insert.prepare(QStringLiteral("INSERT INTO sessions(token_hash, user_id, pending, expires_at) "
+                                  "VALUES (?, ?, ?, now() + make_interval(secs => ?))"));
+    insert.addBindValue(hashOf(token));
+    insert.addBindValue(userId);
+    insert.addBindValue(pending);
+    insert.addBindValue(double(lifetime));
+    return insert.exec() ? token : QByteArray();
+}
+
+Accounts::SignIn Accounts::signIn(const QString& email, const QString& password, QByteArray* token) const
+{
+    QSqlQuery query(Database::connection());
+    query.prepare(QStringLiteral("SELECT id, password_hash, totp_secret IS NOT NULL FROM users WHERE lower(email) = "
+                                 "lower(?)"));
+    query.addBindValue(email.trimmed());
+    if (!query.exec() || !query.next()) {
+        PasswordHasher::verifyNothing(password);
+        return SignIn::Failed;
+    }
+    if (!PasswordHasher::verify(password, query.value(1).toString()))
+        return SignIn::Failed;
+    const bool pending = query.value(2).toBool();
+    *token = openSession(query.value(0).toString(), pending, pending ? pendingLifetime : m_lifetime);
+    if (token->isEmpty())
+        return SignIn::Failed;
+    return pending ? SignIn::NeedsCode : SignIn::Signed;
+}
+
+bool Accounts::verify(const QByteArray& pendingToken, const QString& code, QByteArray* token) const
+{
+    QSqlDatabase db = Database::connection();
+    db.transaction();
+    QSqlQuery query(db);
+    // The row lock keeps two processes from taking the same code twice.
+    query.prepare(QStringLiteral("SELECT u.id, u.totp_secret, u.totp_last_step FROM sessions s JOIN users u ON "
+                                 "u.id = s.user_id WHERE s.token_hash = ? AND s.pending AND s.expires_at > now() "
+                                 "FOR UPDATE OF u"));
+    query.addBindValue(hashOf(pendingToken));
+    if (!query.exec() || !query.next()) {
+        db.rollback();
+        return false;
+    }
+    const QString userId = query.value(0).toString();
+    const qint64 step = Totp::verify(query.value(1).toByteArray(), code, QDateTime::currentSecsSinceEpoch(),
+                                     query.value(2).toLongLong());
+    if (step < 0) {
+        db.rollback();
+        return false;
+    }
+    QSqlQuery used(db);
+    used.prepare(QStringLiteral("UPDATE users SET totp_last_step = ? WHERE id = ?"));
+    used.addBindValue(step);
+    used.addBindValue(userId);
+    QSqlQuery gone(db);
+    gone.prepare(QStringLiteral("DELETE FROM sessions WHERE token_hash = ?"));
+    gone.addBindValue(hashOf(pendingToken));
+    if (!used.exec() || !gone.exec()) {
+        db.rollback();
+        return false;
+    }
+    db.commit();
+    *token = openSession(userId, false, m_lifetime);
+    return !token->isEmpty();
+}
+
+void Accounts::signOut(const QByteArray& token) const
+{
+    QSqlQuery query(Database::connection());
+    query.prepare(QStringLiteral("DELETE FROM sessions WHERE token_hash = ?"));
+    query.addBindValue(hashOf(token));
+    query.exec();
+}
+
+Accounts::Check Accounts::userOf(const QByteArray& token, QString* userId) const
+{
+    if (token.isEmpty())
+        return Check::Unknown;
+    QSqlQuery query(Database::connection());
+    query.prepare(QStringLiteral("SELECT user_id, expires_at > now() FROM sessions WHERE token_hash = ? AND NOT "
+                                 "pending"));
+    query.addBindValue(hashOf(token));
+    if (!query.exec() || !query.next())
+        return Check::Unknown;
+    if (!query.value(1).toBool())
+        return Check::Expired;
+    *userId = query.value(0).toString();
+    return Check::Valid;
+}
+
+bool Accounts::addUser(const QString& email, const QString& password, bool secondFactor, QString* totpSecret,
+                       QString* failure) const
+{
+    const QString hash = PasswordHasher::hash(password);
+    if (hash.isEmpty() || !email.contains(QLatin1Char('@')) || password.isEmpty()) {
+        *failure = QStringLiteral("An account needs an e-mail address and a password.");
+        return false;
+    }
+    const QByteArray secret = secondFactor ? Totp::newSecret() : QByteArray();
+    QSqlQuery insert(Database::connection());
+    insert.prepare(QStringLiteral("INSERT INTO users(email, password_hash, totp_secret) VALUES (?, ?, ?)"));
+    insert.addBindValue(email.trimmed());
+    insert.addBindValue(hash);
+    insert.addBindValue(secondFactor ? QVariant(secret) : QVariant(QMetaType(QMetaType::QByteArray)));
+    if (!insert.exec()) {
+        *failure = QStringLiteral("The account can't be made: %1").arg(insert.lastError().text());
+        return false;
+    }
+    if (secondFactor)
+        *totpSecret = Base32::encode(secret);
+    return true;
+}

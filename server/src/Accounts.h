@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+// Accounts and sessions in the database. A session is a random token that
+// the client holds; the database keeps only its SHA-256 and its expiry.
+class Accounts
+{
+public:
+    explicit Accounts(qint64 sessionLifetimeSeconds);
+
+    enum class SignIn { Failed, Signed, NeedsCode };
+    // On Signed, token is the session's; on NeedsCode, a token good only
+    // for verify(); both expire.
+    SignIn signIn(const QString& email, const QString& password, QByteArray* token) const;
+    // Exchanges a pending token and a good code for a session token.
+    bool verify(const QByteArray& pendingToken, const QString& code, QByteArray* token) const;
+    void signOut(const QByteArray& token) const;
+
+    enum class Check { Valid, Unknown, Expired };
+    Check userOf(const QByteArray& token, QString* userId) const;
+
+    // For the command line: makes an account; with a second factor, its
+    // secret comes back in base 32 for an authenticator app.
+    bool addUser(const QString& email, const QString& password, bool secondFactor, QString* totpSecret,
+                 QString* failure) const;
+
+private:
+    QByteArray openSession(const QString& userId, bool pending, qint64 lifetime) const;
+
+    qint64 m_lifetime;
+};

@@ -1,0 +1,93 @@
+#include "BlobStore.h"
+
+#include "sdk/store/Sha256.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+bool syncPath(const QString& path)
+{
+    const int fd = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return false;
+    const bool ok = ::fsync(fd) == 0;
+    ::close(fd);
+    return ok;
+}
+} // namespace
+
+BlobStore::BlobStore(const QString& root)
+    : m_root(QDir::cleanPath(root))
+{ }
+
+bool BlobStore::prepare(QString* failure) const
+{
+    if (!QDir().mkpath(m_root + QStringLiteral("/uploads"))) {
+        *failure = QStringLiteral("The store folder %1 can't be made.").arg(m_root);
+        return false;
+    }
+    const auto privateFolder = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    QFile::setPermissions(m_root, privateFolder);
+    QFile::setPermissions(m_root + QStringLiteral("/uploads"), privateFolder);
+    return true;
+}
+
+QString BlobStore::uploadPath(const QString& uploadId) const
+{
+    return m_root + QStringLiteral("/uploads/") + uploadId;
+}
+
+QString BlobStore::contentPath(const QString& sha256) const
+{
+    return m_root + QLatin1Char('/') + sha256.left(2) + QLatin1Char('/') + sha256;
+}
+
+bool BlobStore::isDigest(const QString& text)
+{
+    static const QRegularExpression hex(QStringLiteral("^[0-9a-f]{64}$"));
+    return hex.match(text).hasMatch();
+}
+
+bool BlobStore::commit(const QString& uploadId, const QString& sha256, QString* failure) const
+{
+    const QString partial = uploadPath(uploadId);
+    QFile file(partial);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *failure = QStringLiteral("The upload's bytes are missing.");
+        return false;
+    }
+    Sha256 hash;
+    QByteArray chunk(1 << 20, Qt::Uninitialized);
+    for (qint64 n; (n = file.read(chunk.data(), chunk.size())) > 0;)
+        hash.add(chunk.constData(), n);
+    file.close();
+    if (QString::fromLatin1(hash.hexDigest()) != sha256) {
+        discard(uploadId);
+        *failure = QStringLiteral("The uploaded bytes don't match their SHA-256; the upload was discarded.");
+        return false;
+    }
+    const QString target = contentPath(sha256);
+    const QString folder = QFileInfo(target).absolutePath();
+    if (!QDir().mkpath(folder) || !syncPath(partial)) {
+        *failure = QStringLiteral("The store can't take the content.");
+        return false;
+    }
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    if (::rename(QFile::encodeName(partial).constData(), QFile::encodeName(target).constData()) != 0) {
+        *failure = QStringLiteral("The store can't take the content.");
+        return false;
+    }
+    syncPath(folder);
+    return true;
+}
+
+void BlobStore::discard(const QString& uploadId) const
+{
+    QFile::remove(uploadPath(uploadId));
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+
+// The server's file contents, each kept once under its SHA-256
+// (<store>/ab/abcdef...). Uploads under way grow in <store>/uploads/<id>;
+// a finished one is checked, synced and renamed into place, so that no
+// name ever holds half a content. Every process of one installation may
+// share the folder: the rename is atomic and the same bytes give one name.
+class BlobStore
+{
+public:
+    explicit BlobStore(const QString& root);
+
+    bool prepare(QString* failure) const;
+    // Identifiers come from the database (UUIDs), never from a request path.
+    QString uploadPath(const QString& uploadId) const;
+    QString contentPath(const QString& sha256) const;
+
+    // Moves a complete upload into place when its bytes have this digest;
+    // false (and the upload removed) when they don't.
+    bool commit(const QString& uploadId, const QString& sha256, QString* failure) const;
+    void discard(const QString& uploadId) const;
+
+    static bool isDigest(const QString& text);
+
+private:
+    QString m_root;
+};

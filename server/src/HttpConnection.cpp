@@ -1,0 +1,286 @@
+#include "HttpConnection.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTcpSocket>
+#include <QUrl>
+
+namespace {
+constexpr qsizetype maxHeaderBytes = 16 * 1024;
+constexpr qint64 fileChunk = 256 * 1024;
+constexpr qint64 lowWater = 1024 * 1024;
+
+QByteArray reasonOf(int status)
+{
+    switch (status) {
+    case 200:
+        return "OK";
+    case 201:
+        return "Created";
+    case 204:
+        return "No Content";
+    case 206:
+        return "Partial Content";
+    case 400:
+        return "Bad Request";
+    case 401:
+        return "Unauthorized";
+    case 403:
+        return "Forbidden";
+    case 404:
+        return "Not Found";
+    case 405:
+        return "Method Not Allowed";
+    case 409:
+        return "Conflict";
+    case 413:
+        return "Content Too Large";
+    case 416:
+        return "Range Not Satisfiable";
+    case 422:
+        return "Unprocessable Content";
+    case 431:
+        return "Request Header Fields Too Large";
+    default:
+        return status >= 500 ? "Internal Server Error" : "Error";
+    }
+}
+} // namespace
+
+HttpConnection::HttpConnection(QTcpSocket* socket, QObject* parent)
+    : QObject(parent)
+    , m_socket(socket)
+{
+    socket->setParent(this);
+    m_idle.setSingleShot(true);
+    m_idle.setInterval(idleTimeoutMs);
+    connect(&m_idle, &QTimer::timeout, socket, &QTcpSocket::abort);
+    m_idle.start();
+    connect(socket, &QTcpSocket::bytesWritten, &m_idle, qOverload<>(&QTimer::start));
+    connect(socket, &QTcpSocket::readyRead, this, &HttpConnection::readMore);
+    connect(socket, &QTcpSocket::bytesWritten, this, &HttpConnection::pumpFile);
+    connect(socket, &QTcpSocket::disconnected, this, [this] {
+        // What came with the last packets still counts for an upload.
+        if (m_state == State::Body && m_sink)
+            readMore();
+        m_sink = nullptr;
+        emit closed(this);
+        deleteLater();
+    });
+}
+
+void HttpConnection::readMore()
+{
+    m_idle.start();
+    m_buffer += m_socket->readAll();
+    while (true) {
+        if (m_state == State::Headers) {
+            const qsizetype end = m_buffer.indexOf("\r\n\r\n");
+            if (end < 0) {
+                if (m_buffer.size() > maxHeaderBytes)
+                    fail(431, QStringLiteral("The request's headers are too long."));
+                return;
+            }
+            if (!parseHeaders(end))
+                return;
+            m_state = State::Body;
+            m_bodyReceived = 0;
+            emit headersReceived(this);
+            if (m_state != State::Body)
+                return; // the connection is closing
+            if (!m_sink && !m_discardBody && m_request.contentLength > maxBufferedBody) {
+                fail(413, QStringLiteral("The request's body is too large."));
+                return;
+            }
+        }
+        if (m_state != State::Body)
+            return;
+        takeBody();
+        if (m_state != State::Body || m_bodyReceived < m_request.contentLength)
+            return;
+        m_state = State::Handling;
+        if (m_sink)
+            m_sink->flush();
+        m_sink = nullptr;
+        if (m_discardBody) {
+            m_discardBody = false;
+            m_state = State::Headers;
+            continue;
+        }
+        emit requestReceived(this);
+        if (m_state != State::Headers)
+            return; // an answer still to come, or the connection is closing
+    }
+}
+
+bool HttpConnection::parseHeaders(qsizetype end)
+{
+    const QList<QByteArray> lines = m_buffer.left(end).split('\n');
+    m_buffer.remove(0, end + 4);
+    m_request = HttpRequest();
+    const QList<QByteArray> start = lines.value(0).trimmed().split(' ');
+    if (start.size() != 3 || !start[2].startsWith("HTTP/1.")) {
+        fail(400, QStringLiteral("This is not an HTTP/1.1 request."));
+        return false;
+    }
+    m_request.method = start[0];
+    const QUrl url(QString::fromLatin1(start[1]));
+    m_request.path = url.path(QUrl::FullyDecoded);
+    m_request.query = QUrlQuery(url);
+    for (qsizetype i = 1; i < lines.size(); ++i) {
+        const qsizetype colon = lines[i].indexOf(':');
+        if (colon <= 0)
+            continue;
+        m_request.headers.insert(lines[i].left(colon).trimmed().toLower(), lines[i].mid(colon + 1).trimmed());
+    }
+    if (m_request.headers.contains("transfer-encoding")) {
+        fail(400, QStringLiteral("Chunked bodies are not accepted; send Content-Length."));
+        return false;
+    }
+    bool ok = true;
+    const QByteArray length = m_request.header("content-length");
+    m_request.contentLength = length.isEmpty() ? 0 : length.toLongLong(&ok);
+    if (!ok || m_request.contentLength < 0) {
+        fail(400, QStringLiteral("Content-Length is not a number."));
+        return false;
+    }
+    m_keepAlive = m_request.header("connection").toLower() != "close";
+    return true;
+}
+
+void HttpConnection::takeBody()
+{
+    // Written straight from the receive buffer: a large upload is not copied twice.
+    const qint64 piece = qMin<qint64>(m_request.contentLength - m_bodyReceived, m_buffer.size());
+    if (m_sink) {
+        if (m_sink->write(m_buffer.constData(), piece) != piece) {
+            m_sink = nullptr;
+            fail(500, QStringLiteral("The server could not store the bytes."));
+            return;
+        }
+    } else if (!m_discardBody) {
+        m_request.body.append(m_buffer.constData(), qsizetype(piece));
+    }
+    m_buffer.remove(0, qsizetype(piece));
+    m_bodyReceived += piece;
+}
+
+void HttpConnection::streamBodyInto(QFile* sink)
+{
+    m_sink = sink;
+}
+
+void HttpConnection::sendHead(int status, qint64 length, const QList<std::pair<QByteArray, QByteArray>>& headers,
+                              const QByteArray& contentType)
+{
+    QByteArray head = "HTTP/1.1 " + QByteArray::number(status) + ' ' + reasonOf(status) + "\r\n";
+    if (!contentType.isEmpty())
+        head += "Content-Type: " + contentType + "\r\n";
+    if (length >= 0)
+        head += "Content-Length: " + QByteArray::number(length) + "\r\n";
+    for (const auto& [name, value] : headers)
+        head += name + ": " + value + "\r\n";
+    if (!m_keepAlive)
+        head += "Connection: close\r\n";
+    head += "\r\n";
+    m_socket->write(head);
+}
+
+void HttpConnection::respond(int status, const QByteArray& body,
+                             const QList<std::pair<QByteArray, QByteArray>>& headers, const QByteArray& contentType)
+{
+    sendHead(status, body.size(), headers, body.isEmpty() ? QByteArray() : contentType);
+    m_socket->write(body);
+    finishResponse();
+}
+
+void HttpConnection::respondJson(int status, const QJsonObject& object)
+{
+    respond(status, QJsonDocument(object).toJson(QJsonDocument::Compact));
+}
+
+void HttpConnection::respondError(int status, int code, const QString& message)
+{
+    respondJson(status,
+                {{QStringLiteral("error"),
+                  QJsonObject{{QStringLiteral("domain"), QStringLiteral("VLRWebErrorDomain")},
+                              {QStringLiteral("code"), code},
+                              {QStringLiteral("message"), message}}}});
+}
+
+void HttpConnection::fail(int status, const QString& message)
+{
+    // The rest of what the peer sends can't be read as requests any more.
+    m_keepAlive = false;
+    m_state = State::Handling;
+    respondError(status, status, message);
+}
+
+void HttpConnection::respondFile(int status, std::unique_ptr<QFile> file, qint64 offset, qint64 length,
+                                 const QList<std::pair<QByteArray, QByteArray>>& headers)
+{
+    if (!file->seek(offset)) {
+        respondError(500, 500, QStringLiteral("The content can't be read."));
+        return;
+    }
+    sendHead(status, length, headers, "application/octet-stream");
+    m_source = std::move(file);
+    m_sourceLeft = length;
+    pumpFile();
+}
+
+void HttpConnection::pumpFile()
+{
+    while (m_source && m_socket->bytesToWrite() < lowWater) {
+        if (m_sourceLeft == 0) {
+            m_source.reset();
+            finishResponse();
+            return;
+        }
+        const QByteArray piece = m_source->read(qMin(fileChunk, m_sourceLeft));
+        if (piece.isEmpty()) {
+            // The content is shorter than its record: nothing honest can follow.
+            m_source.reset();
+            m_socket->abort();
+            return;
+        }
+        m_sourceLeft -= piece.size();
+        m_socket->write(piece);
+    }
+}
+
+void HttpConnection::finishResponse()
+{
+    if (!m_keepAlive) {
+        m_state = State::Closing;
+        m_socket->disconnectFromHost();
+        return;
+    }
+    if (m_state == State::Handling) {
+        m_state = State::Headers;
+        if (!m_buffer.isEmpty())
+            QMetaObject::invokeMethod(this, &HttpConnection::readMore, Qt::QueuedConnection);
+    } else if (m_state == State::Body) {
+        m_sink = nullptr;
+        m_discardBody = true;
+    }
+}
+
+void HttpConnection::beginEventStream()
+{
+    m_eventStream = true;
+    m_state = State::Closing;
+    sendHead(200, -1, {{"Cache-Control", "no-store"}}, "text/event-stream");
+    m_socket->write(": connected\n\n");
+}
+
+void HttpConnection::sendEvent(qint64 id, const QByteArray& kind, const QByteArray& data)
+{
+    m_socket->write("id: " + QByteArray::number(id) + "\nevent: " + kind + "\ndata: " + data + "\n\n");
+}
+
+void HttpConnection::sendKeepAlive()
+{
+    m_socket->write(": ping\n\n");
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "HttpRequest.h"
+
+#include <QFile>
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+#include <memory>
+
+class QTcpSocket;
+
+// HTTP/1.1 over one socket (TLS or not), one request at a time, kept alive.
+// A request's body is either buffered (small JSON, with a cap) or written
+// as it arrives into a sink that the handler gives (uploads), so that bytes
+// received before a cut-off are kept. A response is a whole body, a file
+// sent in pieces as the socket drains, or an open event stream.
+class HttpConnection : public QObject
+{
+    Q_OBJECT
+
+public:
+    static constexpr qint64 maxBufferedBody = 1 << 20;
+    // A peer that sends and takes nothing this long is let go; an event
+    // stream's pings keep a live one, and a dead one fills its buffer.
+    static constexpr int idleTimeoutMs = 120 * 1000;
+
+    explicit HttpConnection(QTcpSocket* socket, QObject* parent = nullptr);
+
+    const HttpRequest& request() const { return m_request; }
+
+    // Called from headersReceived: the body goes into this file, not memory.
+    void streamBodyInto(QFile* sink);
+    qint64 bodyBytesReceived() const { return m_bodyReceived; }
+
+    void respond(int status, const QByteArray& body, const QList<std::pair<QByteArray, QByteArray>>& headers = {},
+                 const QByteArray& contentType = "application/json");
+    void respondJson(int status, const QJsonObject& object);
+    void respondError(int status, int code, const QString& message);
+    void respondFile(int status, std::unique_ptr<QFile> file, qint64 offset, qint64 length,
+                     const QList<std::pair<QByteArray, QByteArray>>& headers);
+    // Starts a text/event-stream; the connection then only carries events.
+    void beginEventStream();
+    void sendEvent(qint64 id, const QByteArray& kind, const QByteArray& data);
+    void sendKeepAlive();
+    bool isEventStream() const { return m_eventStream; }
+
+signals:
+    void headersReceived(HttpConnection* connection);
+    void requestReceived(HttpConnection* connection);
+    void closed(HttpConnection* connection);
+
+private:
+    void readMore();
+    bool parseHeaders(qsizetype end);
+    void takeBody();
+    void sendHead(int status, qint64 length, const QList<std::pair<QByteArray, QByteArray>>& headers,
+                  const QByteArray& contentType);
+    void pumpFile();
+    void finishResponse();
+    void fail(int status, const QString& message);
+
+    QTcpSocket* m_socket;
+    QByteArray m_buffer;
+    HttpRequest m_request;
+    enum class State { Headers, Body, Handling, Closing } m_state = State::Headers;
+    QFile* m_sink = nullptr;
+    qint64 m_bodyReceived = 0;
+    std::unique_ptr<QFile> m_source;
+    qint64 m_sourceLeft = 0;
+    bool m_eventStream = false;
+    bool m_keepAlive = true;
+    // Answered before its body came: the rest of the body is read and dropped.
+    bool m_discardBody = false;
+    QTimer m_idle;
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+// Publications and revisions, written with their push event in one
+// transaction: every member sees a publication once it exists, never before.
+class Publications
+{
+public:
+    // The new publication's identifier, or a null string.
+    static QString publishText(const QString& workspaceId, const QString& userId, const QString& text);
+
+    struct Revision
+    {
+        QString fileName;
+        qint64 size = 0;
+        QString sha256;
+    };
+    // The new revision's identifier, or a null string; with publish, a
+    // publication with the text goes with it.
+    static QString addRevision(const QString& workspaceId, const QString& userId, const Revision& revision,
+                               bool publish, const QString& text);
+};

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QHostAddress>
+#include <QString>
+
+// What one server process is told by its configuration file (INI): where to
+// listen, its certificate, the database and the store that all processes of
+// one installation share.
+struct ServerConfig
+{
+    QHostAddress listenAddress = QHostAddress::LocalHost;
+    quint16 port = 8443;
+    bool tls = true;
+    QString certificatePath;
+    QString keyPath;
+    QString storePath;
+    qint64 sessionLifetimeSeconds = 30 * 24 * 3600;
+
+    QString databaseHost;
+    int databasePort = 5432;
+    QString databaseName = QStringLiteral("veluria");
+    QString databaseUser;
+    QString databasePassword;
+
+    // A null config and the reason in failure when the file can't be used.
+    static bool load(const QString& path, ServerConfig* config, QString* failure);
+};

@@ -1,0 +1,256 @@
+#include "TransferApi.h"
+
+#include "BlobStore.h"
+#include "Database.h"
+#include "Publications.h"
+#include "RequestContext.h"
+#include "UploadLock.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <memory>
+
+using namespace RequestContext;
+
+struct TransferApi::Upload
+{
+    QString id;
+    QString workspaceId;
+    Publications::Revision revision;
+    bool publish = true;
+    QString text;
+};
+
+namespace {
+bool isUploadPath(const QStringList& path)
+{
+    return path.value(0) == QLatin1String("uploads") && path.size() == 2;
+}
+
+// A name from a member is kept as data; it must only be something a
+// client can show and later make safe for its own disk.
+bool acceptableName(const QString& name)
+{
+    static const QRegularExpression control(QStringLiteral("[\\x00-\\x1f\\x7f]"));
+    return !name.isEmpty() && name.toUtf8().size() <= 255 && !control.match(name).hasMatch();
+}
+} // namespace
+
+TransferApi::TransferApi(const Accounts& accounts, const BlobStore& store)
+    : m_accounts(accounts)
+    , m_store(store)
+{ }
+
+bool TransferApi::loadUpload(HttpConnection* c, const QString& segment, const QString& userId, Upload* upload)
+{
+    const QString id = uuidOf(segment);
+    QSqlQuery query(Database::connection());
+    query.prepare(QStringLiteral("SELECT u.workspace_id, u.file_name, u.size, u.sha256, u.publish, "
+                                 "u.publication_text FROM uploads u JOIN members m ON m.workspace_id = u.workspace_id "
+                                 "AND m.user_id = u.user_id WHERE u.id = ? AND u.user_id = ?"));
+    query.addBindValue(id);
+    query.addBindValue(userId);
+    if (id.isEmpty() || !query.exec() || !query.next()) {
+        c->respondError(404, 404, QStringLiteral("There is no such upload of yours."));
+        return false;
+    }
+    *upload = {id,
+               query.value(0).toString(),
+               {query.value(1).toString(), query.value(2).toLongLong(), query.value(3).toString()},
+               query.value(4).toBool(),
+               query.value(5).toString()};
+    return true;
+}
+
+void TransferApi::headersReceived(HttpConnection* c, const QStringList& path)
+{
+    if (!isUploadPath(path) || c->request().method != "PATCH")
+        return;
+    QString userId;
+    Upload upload;
+    if (!authenticate(m_accounts, c, &userId) || !loadUpload(c, path.value(1), userId, &upload))
+        return;
+    auto lock = std::unique_ptr<UploadLock>(UploadLock::take(upload.id, nullptr));
+    if (!lock) {
+        c->respondError(409, 409, QStringLiteral("Another request is writing this upload; ask for its offset later."));
+        return;
+    }
+    const QString partial = m_store.uploadPath(upload.id);
+    const qint64 offset = QFileInfo(partial).size();
+    bool ok = false;
+    const qint64 claimed = c->request().header("upload-offset").toLongLong(&ok);
+    if (!ok || claimed != offset) {
+        c->respond(
+            409,
+            R"({"error":{"domain":"VLRWebErrorDomain","code":409,"message":"The upload goes on from another offset."}})",
+            {{"Upload-Offset", QByteArray::number(offset)}});
+        return;
+    }
+    if (offset + c->request().contentLength > upload.revision.size) {
+        c->respondError(413, 413, QStringLiteral("More bytes than the upload announced."));
+        return;
+    }
+    // Unbuffered: every byte received is the kernel's at once, so a killed
+    // server process loses nothing that the offset reports.
+    auto* sink = new QFile(partial, lock.get());
+    if (!sink->open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
+        c->respondError(500, 500, QStringLiteral("The server can't write the upload."));
+        return;
+    }
+    // The connection holds the lock until the body ends or the peer goes.
+    lock.release()->setParent(c);
+    sink->setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    c->streamBodyInto(sink);
+}
+
+bool TransferApi::handle(HttpConnection* c, const QStringList& path)
+{
+    const QByteArray method = c->request().method;
+    const bool uploads = path.value(0) == QLatin1String("uploads");
+    const bool content =
+        path.value(0) == QLatin1String("revisions") && path.size() == 3 && path.value(2) == QLatin1String("content");
+    if (!uploads && !content)
+        return false;
+    QString userId;
+    if (!authenticate(m_accounts, c, &userId))
+        return true;
+    if (content && method == "GET")
+        download(c, userId, path.value(1));
+    else if (uploads && path.size() == 1 && method == "POST")
+        createUpload(c, userId);
+    else if (isUploadPath(path) && method == "HEAD")
+        reportOffset(c, userId, path.value(1));
+    else if (isUploadPath(path) && method == "PATCH")
+        finishPatch(c, userId, path.value(1));
+    else
+        c->respondError(405, 405, QStringLiteral("This method is not allowed here."));
+    return true;
+}
+
+void TransferApi::createUpload(HttpConnection* c, const QString& userId)
+{
+    QJsonObject body;
+    if (!jsonBody(c, &body))
+        return;
+    const QString workspaceId = uuidOf(body.value(QStringLiteral("workspace")).toString());
+    const QString fileName = body.value(QStringLiteral("fileName")).toString();
+    const qint64 size = body.value(QStringLiteral("size")).toInteger(-1);
+    const QString sha256 = body.value(QStringLiteral("sha256")).toString();
+    if (workspaceId.isEmpty() || roleOf(workspaceId, userId) == 0)
+        return c->respondError(404, 404, QStringLiteral("There is no such workspace, or you are not a member of it."));
+    if (!acceptableName(fileName) || size < 0 || !BlobStore::isDigest(sha256))
+        return c->respondError(
+            422, 422, QStringLiteral("An upload needs a file name, its size and its SHA-256 in lower-case hex."));
+    QSqlQuery insert(Database::connection());
+    insert.prepare(QStringLiteral("INSERT INTO uploads(user_id, workspace_id, file_name, size, sha256, publish, "
+                                  "publication_text) VALUES (?, ?, ?, ?, ?, ?, coalesce(?, '')) RETURNING id"));
+    insert.addBindValue(userId);
+    insert.addBindValue(workspaceId);
+    insert.addBindValue(fileName);
+    insert.addBindValue(size);
+    insert.addBindValue(sha256);
+    insert.addBindValue(body.value(QStringLiteral("publish")).toBool(true));
+    insert.addBindValue(body.value(QStringLiteral("text")).toString());
+    if (!insert.exec() || !insert.next()) {
+        qWarning("Upload not recorded: %s", qPrintable(insert.lastError().text()));
+        return c->respondError(500, 500, QStringLiteral("The server's database failed; nothing was changed."));
+    }
+    const QString id = insert.value(0).toString();
+    QFile file(m_store.uploadPath(id));
+    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner))
+        return c->respondError(500, 500, QStringLiteral("The server can't write the upload."));
+    c->respondJson(201, {{QStringLiteral("id"), id}, {QStringLiteral("offset"), 0}});
+}
+
+void TransferApi::reportOffset(HttpConnection* c, const QString& userId, const QString& segment)
+{
+    Upload upload;
+    if (!loadUpload(c, segment, userId, &upload))
+        return;
+    c->respond(204, {},
+               {{"Upload-Offset", QByteArray::number(QFileInfo(m_store.uploadPath(upload.id)).size())},
+                {"Upload-Length", QByteArray::number(upload.revision.size)}});
+}
+
+void TransferApi::finishPatch(HttpConnection* c, const QString& userId, const QString& segment)
+{
+    delete c->findChild<UploadLock*>();
+    Upload upload;
+    if (!loadUpload(c, segment, userId, &upload))
+        return;
+    const qint64 offset = QFileInfo(m_store.uploadPath(upload.id)).size();
+    if (offset < upload.revision.size)
+        return c->respond(204, {}, {{"Upload-Offset", QByteArray::number(offset)}});
+
+    QString failure;
+    if (!m_store.commit(upload.id, upload.revision.sha256, &failure)) {
+        QSqlQuery gone(Database::connection());
+        gone.prepare(QStringLiteral("DELETE FROM uploads WHERE id = ?"));
+        gone.addBindValue(upload.id);
+        gone.exec();
+        return c->respondError(422, 422, failure);
+    }
+    const QString revisionId =
+        Publications::addRevision(upload.workspaceId, userId, upload.revision, upload.publish, upload.text);
+    if (revisionId.isEmpty())
+        return c->respondError(500, 500, QStringLiteral("The server's database failed; the upload is kept."));
+    QSqlQuery done(Database::connection());
+    done.prepare(QStringLiteral("DELETE FROM uploads WHERE id = ?"));
+    done.addBindValue(upload.id);
+    done.exec();
+    c->respondJson(201, {{QStringLiteral("revision"), revisionId}, {QStringLiteral("sha256"), upload.revision.sha256}});
+}
+
+void TransferApi::download(HttpConnection* c, const QString& userId, const QString& segment)
+{
+    const QString id = uuidOf(segment);
+    QSqlQuery query(Database::connection());
+    query.prepare(QStringLiteral("SELECT r.size, r.sha256 FROM revisions r JOIN members m ON m.workspace_id = "
+                                 "r.workspace_id AND m.user_id = ? WHERE r.id = ?"));
+    query.addBindValue(userId);
+    query.addBindValue(id);
+    if (id.isEmpty() || !query.exec() || !query.next())
+        return c->respondError(404, 404, QStringLiteral("There is no such revision in your workspaces."));
+    const qint64 size = query.value(0).toLongLong();
+    const QString sha256 = query.value(1).toString();
+    auto file = std::make_unique<QFile>(m_store.contentPath(sha256));
+    if (!file->open(QIODevice::ReadOnly) || file->size() != size)
+        return c->respondError(500, 500, QStringLiteral("The revision's content is missing from the store."));
+
+    qint64 first = 0;
+    qint64 last = size - 1;
+    int status = 200;
+    const QByteArray range = c->request().header("range");
+    if (!range.isEmpty()) {
+        static const QRegularExpression form(QStringLiteral("^bytes=(\\d*)-(\\d*)$"));
+        const auto match = form.match(QString::fromLatin1(range));
+        const QString from = match.captured(1);
+        const QString to = match.captured(2);
+        if (!match.hasMatch() || (from.isEmpty() && to.isEmpty()))
+            return c->respondError(416, 416, QStringLiteral("The range is not one this server reads."));
+        if (from.isEmpty()) {
+            first = qMax<qint64>(0, size - to.toLongLong());
+        } else {
+            first = from.toLongLong();
+            if (!to.isEmpty())
+                last = qMin(last, to.toLongLong());
+        }
+        if (first >= size || first > last)
+            return c->respond(416, {}, {{"Content-Range", "bytes */" + QByteArray::number(size)}});
+        status = 206;
+    }
+    QList<std::pair<QByteArray, QByteArray>> headers{{"Accept-Ranges", "bytes"},
+                                                     {"Digest", "sha-256=" + sha256.toLatin1()}};
+    if (status == 206)
+        headers.append(
+            {"Content-Range",
+             "bytes " + QByteArray::number(first) + '-' + QByteArray::number(last) + '/' + QByteArray::number(size)});
+    const qint64 length = size == 0 ? 0 : last - first + 1;
+    c->respondFile(status, std::move(file), first, length, headers);
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QStringList>
+
+class Accounts;
+class BlobStore;
+class HttpConnection;
+
+// Resumable uploads and ranged downloads. An upload is announced with its
+// size and SHA-256, then its bytes come in PATCH requests at the offset the
+// server reports; bytes that arrived before a cut-off stay, and the last
+// byte triggers the check, the store and the revision.
+class TransferApi
+{
+public:
+    TransferApi(const Accounts& accounts, const BlobStore& store);
+
+    // Before the body: a PATCH is made to stream into its upload's file.
+    void headersReceived(HttpConnection* c, const QStringList& path);
+    // False when the path is none of these endpoints.
+    bool handle(HttpConnection* c, const QStringList& path);
+
+private:
+    struct Upload;
+    bool loadUpload(HttpConnection* c, const QString& segment, const QString& userId, Upload* upload);
+    void createUpload(HttpConnection* c, const QString& userId);
+    void reportOffset(HttpConnection* c, const QString& userId, const QString& segment);
+    void finishPatch(HttpConnection* c, const QString& userId, const QString& segment);
+    void download(HttpConnection* c, const QString& userId, const QString& segment);
+
+    const Accounts& m_accounts;
+    const BlobStore& m_store;
+};

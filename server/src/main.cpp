@@ -1,0 +1,62 @@
+#include "Accounts.h"
+#include "Database.h"
+#include "Server.h"
+#include "ServerConfig.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QTextStream>
+
+#include <cstdio>
+
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("veluria-server"));
+    QTextStream err(stderr);
+    QTextStream out(stdout);
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("The Veluria team server."));
+    parser.addHelpOption();
+    const QCommandLineOption configOption(QStringLiteral("config"), QStringLiteral("The configuration file."),
+                                          QStringLiteral("FILE"), QStringLiteral("/etc/veluria/server.ini"));
+    const QCommandLineOption migrateOption(QStringLiteral("migrate"),
+                                           QStringLiteral("Bring the database's schema up to date and stop."));
+    const QCommandLineOption addUserOption(QStringLiteral("add-user"),
+                                           QStringLiteral("Make an account; its password is read from standard input."),
+                                           QStringLiteral("EMAIL"));
+    const QCommandLineOption totpOption(QStringLiteral("second-factor"),
+                                        QStringLiteral("With --add-user: print a TOTP secret the account must use."));
+    parser.addOptions({configOption, migrateOption, addUserOption, totpOption});
+    parser.process(app);
+
+    ServerConfig config;
+    QString failure;
+    if (!ServerConfig::load(parser.value(configOption), &config, &failure) || !Database::open(config, &failure)
+        || !Database::migrate(&failure)) {
+        err << failure << Qt::endl;
+        return 1;
+    }
+    if (parser.isSet(migrateOption))
+        return 0;
+    if (parser.isSet(addUserOption)) {
+        const QString password = QTextStream(stdin).readLine();
+        QString secret;
+        if (!Accounts(config.sessionLifetimeSeconds)
+                 .addUser(parser.value(addUserOption), password, parser.isSet(totpOption), &secret, &failure)) {
+            err << failure << Qt::endl;
+            return 1;
+        }
+        if (!secret.isEmpty())
+            out << secret << Qt::endl;
+        return 0;
+    }
+    Server server(config);
+    if (!server.start(&failure)) {
+        err << failure << Qt::endl;
+        return 1;
+    }
+    err << "veluria-server listening on " << config.listenAddress.toString() << " port " << config.port << Qt::endl;
+    return app.exec();
+}
