@@ -1,6 +1,7 @@
 #include "sdk/base/PrivateFiles.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <cerrno>
@@ -71,4 +72,17 @@ bool PrivateFiles::removeUnlessInUse(const QString& path)
     const bool removed = free && ::unlink(native.constData()) == 0;
     ::close(fd);
     return removed;
+}
+
+bool PrivateFiles::writeUnlessSame(const QString& path, const QByteArray& contents)
+{
+    QFile existing(path);
+    if (existing.open(QIODevice::ReadOnly) && existing.readAll() == contents)
+        return true;
+    const int fd = createFile(path, false);
+    if (fd < 0)
+        return false;
+    const bool written = ::write(fd, contents.constData(), size_t(contents.size())) == contents.size();
+    ::close(fd);
+    return written;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 // Files and folders that the library writes belong to the user alone: folders
@@ -21,4 +22,7 @@ public:
     static bool removeUnlessInUse(const QString& path);
     // Makes an existing file or folder private.
     static bool restrict(const QString& path, bool folder);
+    // Writes a small file whole, private, unless it already holds exactly
+    // these bytes; whether the file holds them now.
+    static bool writeUnlessSame(const QString& path, const QByteArray& contents);
 };

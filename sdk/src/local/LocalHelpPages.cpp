@@ -3,10 +3,6 @@
 #include "sdk/base/DatabaseLocation.h"
 #include "sdk/base/PrivateFiles.h"
 
-#include <QFile>
-
-#include <unistd.h>
-
 QUrl LocalHelpPages::helpPage()
 {
     return write(QStringLiteral("help.html"), QStringLiteral("Veluria help"),
@@ -39,13 +35,5 @@ QUrl LocalHelpPages::write(const QString& fileName, const QString& title, const 
                        "<body><h1>%1</h1>%2</body></html>\n")
             .arg(title, body)
             .toUtf8();
-    QFile existing(path);
-    if (existing.open(QIODevice::ReadOnly) && existing.readAll() == page)
-        return QUrl::fromLocalFile(path);
-    const int fd = PrivateFiles::createFile(path, false);
-    if (fd < 0)
-        return {};
-    const bool written = ::write(fd, page.constData(), size_t(page.size())) == page.size();
-    ::close(fd);
-    return written ? QUrl::fromLocalFile(path) : QUrl();
+    return PrivateFiles::writeUnlessSame(path, page) ? QUrl::fromLocalFile(path) : QUrl();
 }

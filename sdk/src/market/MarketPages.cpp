@@ -4,10 +4,6 @@
 #include "sdk/base/PrivateFiles.h"
 #include "sdk/store/SafeName.h"
 
-#include <QFile>
-
-#include <unistd.h>
-
 namespace {
 
 QString day(qint64 ms)
@@ -37,13 +33,5 @@ QUrl MarketPages::managePage(const QString& databaseFolder, const QString& purch
             .arg(product, canceled ? QStringLiteral("It expires") : QStringLiteral("It renews"), day(renewsAt), card)
             .toUtf8();
     const QString path = folder + QStringLiteral("/purchase-%1.html").arg(purchaseId);
-    QFile existing(path);
-    if (existing.open(QIODevice::ReadOnly) && existing.readAll() == page)
-        return QUrl::fromLocalFile(path);
-    const int fd = PrivateFiles::createFile(path, false);
-    if (fd < 0)
-        return {};
-    const bool written = ::write(fd, page.constData(), size_t(page.size())) == page.size();
-    ::close(fd);
-    return written ? QUrl::fromLocalFile(path) : QUrl();
+    return PrivateFiles::writeUnlessSame(path, page) ? QUrl::fromLocalFile(path) : QUrl();
 }
