@@ -4,6 +4,7 @@
 // latency of a sign-in, and a session with 10,000 workspaces and 10,000
 // completed transfers loading its lists.
 
+#include "BenchFiles.h"
 #include "sdk/accounts/AccountStore.h"
 #include "sdk/base/Clock.h"
 #include "sdk/base/Database.h"
@@ -32,7 +33,6 @@
 #include <ctime>
 #include <fcntl.h>
 #include <random>
-#include <unistd.h>
 
 namespace {
 
@@ -105,18 +105,7 @@ struct Service
 
 QString makeBigFile(const QString& path)
 {
-    std::mt19937_64 random(42);
-    std::vector<quint64> block(8 * 1024 * 1024 / sizeof(quint64));
-    const int fd = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    for (qint64 written = 0; written < bigFileSize; written += qint64(block.size() * sizeof(quint64))) {
-        for (quint64& word : block)
-            word = random();
-        if (::write(fd, block.data(), block.size() * sizeof(quint64)) < 0)
-            break;
-    }
-    ::fsync(fd);
-    ::close(fd);
-    return path;
+    return writeRandomFile(path, bigFileSize, 42);
 }
 
 double timeCommand(const QString& program, const QStringList& arguments)

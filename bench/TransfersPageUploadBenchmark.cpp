@@ -4,6 +4,7 @@
 // upload's time over the shown one's: 1 means showing the list costs the
 // upload nothing.
 
+#include "BenchFiles.h"
 #include "app/VLRTab.h"
 #include "fakes/FakeClientServices.h"
 #include "pages/RecordingPages.h"
@@ -31,8 +32,6 @@
 
 #include <ctime>
 #include <fcntl.h>
-#include <random>
-#include <unistd.h>
 
 namespace {
 
@@ -51,17 +50,7 @@ bool waitUntil(const std::function<bool()>& condition)
 
 void writeBigFile(const QString& path)
 {
-    std::mt19937_64 random(7);
-    std::vector<quint64> block(8 * 1024 * 1024 / sizeof(quint64));
-    const int fd = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    for (qint64 written = 0; written < BigFileSize; written += qint64(block.size() * sizeof(quint64))) {
-        for (quint64& word : block)
-            word = random();
-        if (::write(fd, block.data(), block.size() * sizeof(quint64)) < 0)
-            break;
-    }
-    ::fsync(fd);
-    ::close(fd);
+    writeRandomFile(path, BigFileSize, 7);
 }
 
 // The client's main controller on the embedded library, signed in, with the

@@ -121,17 +121,6 @@ VLRLayoutConstraint constraint(QWidget* firstItem, VLRLayoutAttribute firstAttri
     return VLRLayoutConstraint{firstItem, firstAttribute, secondItem, secondAttribute, constant};
 }
 
-// The opacity of a view, made adjustable on first use.
-QGraphicsOpacityEffect* opacityEffect(QWidget* view)
-{
-    if (auto* effect = qobject_cast<QGraphicsOpacityEffect*>(view->graphicsEffect()))
-        return effect;
-    auto* effect = new QGraphicsOpacityEffect(view);
-    effect->setOpacity(1.0);
-    view->setGraphicsEffect(effect);
-    return effect;
-}
-
 } // namespace
 
 PreferencesViewController::PreferencesViewController(const ClientServices& services, QObject* parent)
@@ -587,7 +576,7 @@ void PreferencesViewController::showUserInfo(bool show)
                             static_cast<QWidget*>(m_emailField)}) {
         if (!detail)
             continue;
-        auto* fade = new QPropertyAnimation(opacityEffect(detail), "opacity", group);
+        auto* fade = new QPropertyAnimation(vlr_opacityEffect(detail), "opacity", group);
         fade->setDuration(UserInfoAnimationMilliseconds);
         fade->setEndValue(alpha);
         group->addAnimation(fade);

@@ -3,6 +3,7 @@
 #include "widgets/VLRLayoutConstraints.h"
 #include "widgets/VLRView.h"
 
+#include <QGraphicsOpacityEffect>
 #include <QVariant>
 
 namespace {
@@ -103,4 +104,14 @@ void vlr_removeAllConstraints(QWidget* view)
     if (VLRLayoutConstraints* constraints = VLRLayoutConstraints::constraintsOfView(view))
         constraints->removeAllConstraints();
     vlr_setTranslatesAutoresizingMaskIntoConstraints(view, true);
+}
+
+QGraphicsOpacityEffect* vlr_opacityEffect(QWidget* view)
+{
+    if (auto* effect = qobject_cast<QGraphicsOpacityEffect*>(view->graphicsEffect()))
+        return effect;
+    auto* effect = new QGraphicsOpacityEffect(view);
+    effect->setOpacity(1.0);
+    view->setGraphicsEffect(effect);
+    return effect;
 }

@@ -5,6 +5,7 @@
 #include <QList>
 #include <QPointF>
 
+class QGraphicsOpacityEffect;
 class QWidget;
 
 // What the kit adds to every view: hit testing as its views answer it, and
@@ -41,3 +42,7 @@ bool vlr_removeConstraintWithFirstItemFirstAttributeSecondItemSecondAttribute(QW
 // Removes every constraint that ties the view from each of its ancestors,
 // then the view's own, and turns the translation of its mask back on.
 void vlr_removeAllConstraints(QWidget* view);
+
+// The view's opacity, as an effect that can be set and animated; made at the
+// first call, fully opaque.
+QGraphicsOpacityEffect* vlr_opacityEffect(QWidget* view);

@@ -75,24 +75,14 @@ VLRLayoutConstraint fixed(QWidget* item, VLRLayoutAttribute attribute, qreal con
     return VLRLayoutConstraint{item, attribute, nullptr, VLRLayoutAttributeNotAnAttribute, constant};
 }
 
-QGraphicsOpacityEffect* opacityEffect(QWidget* view)
-{
-    if (auto* effect = qobject_cast<QGraphicsOpacityEffect*>(view->graphicsEffect()))
-        return effect;
-    auto* effect = new QGraphicsOpacityEffect(view);
-    effect->setOpacity(1.0);
-    view->setGraphicsEffect(effect);
-    return effect;
-}
-
 void setAlpha(QWidget* view, qreal alpha)
 {
-    opacityEffect(view)->setOpacity(alpha);
+    vlr_opacityEffect(view)->setOpacity(alpha);
 }
 
 QPropertyAnimation* fade(QWidget* view, qreal to, int milliseconds)
 {
-    auto* animation = new QPropertyAnimation(opacityEffect(view), "opacity");
+    auto* animation = new QPropertyAnimation(vlr_opacityEffect(view), "opacity");
     animation->setDuration(milliseconds);
     animation->setEndValue(to);
     return animation;
