@@ -12,9 +12,8 @@ struct xcb_connection_t;
 // road: a StatusNotifierItem host (registered with the watcher on the session
 // bus) or, on X11, an XEmbed tray (the owner of the selection
 // _NET_SYSTEM_TRAY_S<n>, which announces itself with a MANAGER message to the
-// root window). A tray
-// that starts after the client, as at login, is noticed when it comes:
-// trayArrived() follows. Asking settles nothing in Qt, which chooses the kind
+// root window). A tray that starts after the client, as at login, is noticed
+// when it comes: trayArrived() follows. Asking settles nothing in Qt, which chooses the kind
 // of tray icon once, the first time it is asked: ask here first.
 class SystemTrayWatcher : public QObject, public QAbstractNativeEventFilter
 {
