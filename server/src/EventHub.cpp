@@ -38,16 +38,28 @@ bool EventHub::listen(QString* failure)
     return true;
 }
 
-bool EventHub::record(const QString& workspaceId, const QString& kind, const QJsonObject& data)
+namespace {
+bool insertEvent(const char* audience, const QString& id, const QString& kind, const QJsonObject& data)
 {
     QSqlQuery query(Database::connection());
-    query.prepare(QStringLiteral("WITH e AS (INSERT INTO events(workspace_id, kind, data) VALUES (?, ?, ?::jsonb) "
-                                 "RETURNING id) SELECT pg_notify('%1', id::text) FROM e")
-                      .arg(QLatin1String(channel)));
-    query.addBindValue(workspaceId);
+    query.prepare(QStringLiteral("WITH e AS (INSERT INTO events(%1, kind, data) VALUES (?, ?, ?::jsonb) "
+                                 "RETURNING id) SELECT pg_notify('%2', id::text) FROM e")
+                      .arg(QLatin1String(audience), QLatin1String(EventHub::channel)));
+    query.addBindValue(id);
     query.addBindValue(kind);
     query.addBindValue(QString::fromUtf8(QJsonDocument(data).toJson(QJsonDocument::Compact)));
     return query.exec();
+}
+} // namespace
+
+bool EventHub::record(const QString& workspaceId, const QString& kind, const QJsonObject& data)
+{
+    return insertEvent("workspace_id", workspaceId, kind, data);
+}
+
+bool EventHub::recordForUser(const QString& userId, const QString& kind, const QJsonObject& data)
+{
+    return insertEvent("user_id", userId, kind, data);
 }
 
 void EventHub::attach(HttpConnection* connection, const QString& userId, qint64 lastEventId)
@@ -74,15 +86,18 @@ void EventHub::deliver(Stream& stream)
     // Membership is read at each delivery: a member who was removed gets
     // nothing more from that workspace.
     QSqlQuery query(Database::connection());
-    query.prepare(QStringLiteral("SELECT e.id, e.kind, e.workspace_id, e.data FROM events e JOIN members m ON "
-                                 "m.workspace_id = e.workspace_id AND m.user_id = ? WHERE e.id > ? ORDER BY e.id"));
-    query.addBindValue(stream.userId);
+    query.prepare(QStringLiteral("SELECT e.id, e.kind, e.workspace_id, e.data FROM events e WHERE e.id > ? AND "
+                                 "(e.user_id = ? OR EXISTS (SELECT 1 FROM members m WHERE m.workspace_id = "
+                                 "e.workspace_id AND m.user_id = ?)) ORDER BY e.id"));
     query.addBindValue(stream.lastId);
+    query.addBindValue(stream.userId);
+    query.addBindValue(stream.userId);
     if (!query.exec())
         return;
     while (query.next()) {
         QJsonObject data = QJsonDocument::fromJson(query.value(3).toString().toUtf8()).object();
-        data.insert(QStringLiteral("workspace"), query.value(2).toString());
+        if (!query.value(2).isNull())
+            data.insert(QStringLiteral("workspace"), query.value(2).toString());
         stream.lastId = query.value(0).toLongLong();
         stream.connection->sendEvent(stream.lastId, query.value(1).toString().toUtf8(),
                                      QJsonDocument(data).toJson(QJsonDocument::Compact));

@@ -55,6 +55,7 @@ Server::Server(const ServerConfig& config, QObject* parent)
     , m_store(config.storePath)
     , m_api(m_accounts)
     , m_transfers(m_accounts, m_store)
+    , m_admin(m_accounts, m_store)
 { }
 
 Server::~Server() = default;
@@ -95,7 +96,9 @@ void Server::take(QTcpServer* listener)
 
 void Server::headersReceived(HttpConnection* c)
 {
-    m_transfers.headersReceived(c, segmentsOf(c->request().path));
+    const QStringList path = segmentsOf(c->request().path);
+    m_transfers.headersReceived(c, path);
+    m_admin.headersReceived(c, path);
 }
 
 void Server::requestReceived(HttpConnection* c)
@@ -103,7 +106,7 @@ void Server::requestReceived(HttpConnection* c)
     const QStringList path = segmentsOf(c->request().path);
     if (path == QStringList{QStringLiteral("events")} && c->request().method == "GET")
         return events(c);
-    if (!m_api.handle(c, path) && !m_transfers.handle(c, path))
+    if (!m_api.handle(c, path) && !m_transfers.handle(c, path) && !m_admin.handle(c, path))
         c->respondError(404, 404, QStringLiteral("There is nothing at this address."));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Accounts.h"
+#include "AdminApi.h"
 #include "Api.h"
 #include "BlobStore.h"
 #include "EventHub.h"
@@ -40,5 +41,6 @@ private:
     EventHub m_hub;
     Api m_api;
     TransferApi m_transfers;
+    AdminApi m_admin;
     std::unique_ptr<QTcpServer> m_listener;
 };
