@@ -7,8 +7,9 @@
 
 QString AdminCall::option(const QString& name) const
 {
+    // Never null: an option not given is an empty text, as in the database.
     const QJsonValue value = options.value(name);
-    return value.isArray() ? value.toArray().last().toString() : value.toString();
+    return (value.isArray() ? value.toArray().last() : value).toString(QStringLiteral(""));
 }
 
 QStringList AdminCall::values(const QString& name) const

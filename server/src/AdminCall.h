@@ -20,6 +20,7 @@ struct AdminCall
     QString host;
     const BlobStore* store = nullptr;
 
+    // The option's value; empty when it was not given.
     QString option(const QString& name) const;
     // Every value of an option that may be given more than once.
     QStringList values(const QString& name) const;
