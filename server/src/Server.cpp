@@ -56,6 +56,8 @@ Server::Server(const ServerConfig& config, QObject* parent)
     , m_api(m_accounts)
     , m_transfers(m_accounts, m_store)
     , m_admin(m_accounts, m_store)
+    , m_avatars(m_accounts, m_store)
+    , m_manifest(config.manifestPath)
 { }
 
 Server::~Server() = default;
@@ -64,6 +66,7 @@ bool Server::start(QString* failure)
 {
     if (!m_store.prepare(failure) || !m_hub.listen(failure))
         return false;
+    m_manifest.check();
     if (m_config.tls) {
         QSslConfiguration tls;
         if (!loadTls(m_config, &tls, failure))
@@ -106,7 +109,8 @@ void Server::requestReceived(HttpConnection* c)
     const QStringList path = segmentsOf(c->request().path);
     if (path == QStringList{QStringLiteral("events")} && c->request().method == "GET")
         return events(c);
-    if (!m_api.handle(c, path) && !m_transfers.handle(c, path) && !m_admin.handle(c, path))
+    if (!m_api.handle(c, path) && !m_transfers.handle(c, path) && !m_admin.handle(c, path) && !m_avatars.handle(c, path)
+        && !m_manifest.handle(c, path))
         c->respondError(404, 404, QStringLiteral("There is nothing at this address."));
 }
 

@@ -3,8 +3,10 @@
 #include "Accounts.h"
 #include "AdminApi.h"
 #include "Api.h"
+#include "Avatars.h"
 #include "BlobStore.h"
 #include "EventHub.h"
+#include "ManifestFile.h"
 #include "ServerConfig.h"
 #include "TransferApi.h"
 
@@ -42,5 +44,7 @@ private:
     Api m_api;
     TransferApi m_transfers;
     AdminApi m_admin;
+    Avatars m_avatars;
+    ManifestFile m_manifest;
     std::unique_ptr<QTcpServer> m_listener;
 };

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
 #include <QRegularExpression>
@@ -227,6 +228,50 @@ TEST_F(AdminTest, CommandsPrintOnTheServerWhatTheyPrintLocally)
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(cluster->call(port, "GET", QStringLiteral("/v1/revisions/%1/content").arg(revision), ann).body,
               file.readAll());
+
+    // Ann's picture: hers and her fellow members' to see, nobody else's.
+    const QString annId = cluster->call(port, "GET", QStringLiteral("/v1/user"), ann).json["id"].toString();
+    const QString avatar = QStringLiteral("/v1/users/%1/avatar").arg(annId);
+    const QByteArray bob = cluster->signIn(port, QStringLiteral("bob@example.org"), QStringLiteral("pw bob"));
+    cluster->addUser(QStringLiteral("stranger@example.org"), QStringLiteral("pw stranger"));
+    const QByteArray stranger =
+        cluster->signIn(port, QStringLiteral("stranger@example.org"), QStringLiteral("pw stranger"));
+    QFile png(picture);
+    ASSERT_TRUE(png.open(QIODevice::ReadOnly));
+    const auto seen = cluster->call(port, "GET", avatar, bob);
+    EXPECT_EQ(seen.body, png.readAll());
+    EXPECT_EQ(seen.header("Content-Type"), "image/png");
+    EXPECT_EQ(cluster->call(port, "GET", avatar, stranger).status, 404);
+    const QString workspace = QUrlQuery(QUrl(link)).queryItemValue(QStringLiteral("workspace"));
+    const QJsonArray members =
+        cluster->call(port, "GET", QStringLiteral("/v1/workspaces/%1/members").arg(workspace), bob)
+            .json["members"]
+            .toArray();
+    ASSERT_EQ(members.size(), 2);
+    EXPECT_TRUE(members[0]["hasAvatar"].toBool());
+    EXPECT_FALSE(members[1]["hasAvatar"].toBool());
+}
+
+TEST_F(AdminTest, ManifestIsServedOnlyWhileValid)
+{
+    const QString manifest = cluster->folder() + QStringLiteral("/manifest.json");
+    QSettings(cluster->configPath(), QSettings::IniFormat).setValue(QStringLiteral("server/manifest"), manifest);
+    const quint16 other = cluster->startServer();
+    const auto write = [&](const QByteArray& text) {
+        QFile file(manifest);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(text);
+    };
+    EXPECT_EQ(cluster->call(other, "GET", QStringLiteral("/v1/manifest"), {}).status, 404);
+    const QByteArray good = R"({"latestVersion": "2.1.0", "latestVersionNice": "2.1"})";
+    write(good);
+    EXPECT_EQ(cluster->call(other, "GET", QStringLiteral("/v1/manifest"), {}).body, good);
+    write(R"({"latestVersion": "two"})");
+    EXPECT_EQ(cluster->call(other, "GET", QStringLiteral("/v1/manifest"), {}).status, 404);
+    write("{not json");
+    EXPECT_EQ(cluster->call(other, "GET", QStringLiteral("/v1/manifest"), {}).status, 404);
+    // The first server was started without a manifest and stays so.
+    EXPECT_EQ(cluster->call(port, "GET", QStringLiteral("/v1/manifest"), {}).status, 404);
 }
 
 } // namespace
