@@ -41,8 +41,9 @@ void AdminTool::printUsage(QTextStream& stream)
               "       veluria-admin --server https://HOST:PORT [--admin EMAIL] [--trust CERT.pem] COMMAND [ARGUMENTS]\n"
               "Manages the local Veluria service (default database folder: "
            << defaultDatabaseFolder()
-           << "), or a team server as one of its administrators (the password is read from the terminal or\n"
-              "standard input; EMAIL may also come from VELURIA_ADMIN_EMAIL).\n\n"
+           << "), or, with --server, a\n"
+              "team server as one of its administrators (the password is read from the terminal or standard\n"
+              "input; EMAIL may also come from VELURIA_ADMIN_EMAIL).\n\n"
               "  add-user EMAIL PASSWORD [--first NAME] [--last NAME] [--unconfirmed]\n"
               "  confirm EMAIL                     confirms the account's e-mail address\n"
               "  avatar EMAIL IMAGE                sets the account's picture (PNG or JPEG)\n"

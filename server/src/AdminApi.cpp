@@ -3,6 +3,7 @@
 #include "AccountCommands.h"
 #include "BlobStore.h"
 #include "Database.h"
+#include "DemoCommand.h"
 #include "HttpConnection.h"
 #include "RequestContext.h"
 #include "WorkspaceCommands.h"
@@ -62,6 +63,7 @@ AdminApi::AdminApi(const Accounts& accounts, const BlobStore& store)
 {
     AccountCommands::addTo(m_commands);
     WorkspaceCommands::addTo(m_commands);
+    DemoCommand::addTo(m_commands);
 }
 
 bool AdminApi::isAdministrator(const QString& userId)

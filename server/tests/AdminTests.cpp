@@ -25,9 +25,18 @@ struct Finished
     QString err;
 };
 
-Finished runProgram(const QString& program, const QStringList& arguments, const QByteArray& input = {})
+Finished runProgram(const QString& program, const QStringList& arguments, const QByteArray& input = {},
+                    const QString& home = {})
 {
     QProcess process;
+    if (!home.isEmpty()) {
+        // What the local tool installs for the demo goes into a home of its own.
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("HOME"), home);
+        environment.insert(QStringLiteral("XDG_DATA_HOME"), home + QStringLiteral("/.local/share"));
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home + QStringLiteral("/.config"));
+        process.setProcessEnvironment(environment);
+    }
     process.start(program, arguments);
     process.write(input);
     process.closeWriteChannel();
@@ -80,14 +89,14 @@ protected:
                           {QStringLiteral("--config"), config, QStringLiteral("--init")},
                           (email + QLatin1Char('\n') + administratorPassword + QLatin1Char('\n')).toUtf8());
     }
-    static Finished remote(const QStringList& command)
+    static Finished remote(const QStringList& command, const QString& home = {})
     {
         return runProgram(QStringLiteral(VELURIA_ADMIN_BINARY),
                           QStringList{QStringLiteral("--server"), QStringLiteral("https://localhost:%1").arg(port),
                                       QStringLiteral("--trust"), cluster->folder() + QStringLiteral("/tls/server.crt"),
                                       QStringLiteral("--admin"), administrator}
                               + command,
-                          administratorPassword.toUtf8() + '\n');
+                          administratorPassword.toUtf8() + '\n', home);
     }
     static QByteArray adminToken() { return cluster->signIn(port, administrator, administratorPassword); }
 
@@ -207,12 +216,15 @@ TEST_F(AdminTest, CommandsPrintOnTheServerWhatTheyPrintLocally)
         {"enable-2fa", "carl@example.org"},
         {"add-member", "Posters"},
         {"frobnicate"},
+        {"demo"},
+        {"demo"},
+        {"workspaces", "demo@veluria.local"},
     };
     QString link;
     for (const QStringList& command : commands) {
         const Finished here = runProgram(QStringLiteral(VELURIA_ADMIN_BINARY),
-                                         QStringList{QStringLiteral("--database"), folder} + command);
-        const Finished there = remote(command);
+                                         QStringList{QStringLiteral("--database"), folder} + command, {}, local.path());
+        const Finished there = remote(command, local.path());
         SCOPED_TRACE(command.join(QLatin1Char(' ')).toStdString());
         EXPECT_EQ(there.status, here.status) << there.err.toStdString();
         EXPECT_EQ(comparable(there.out).toStdString(), comparable(here.out).toStdString());
