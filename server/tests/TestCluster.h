@@ -24,8 +24,11 @@ public:
     // Empty when the cluster stands; otherwise why it doesn't.
     QString missing() const { return m_missing; }
 
-    // Starts one more server process; its port.
-    quint16 startServer();
+    // Starts one more server process, on the given port or a free one; its
+    // port.
+    quint16 startServer(quint16 port = 0);
+    // Kills the server processes on that port, as a crash would.
+    void killServer(quint16 port);
     // The TOTP secret (base 32) when asked for a second factor.
     QString addUser(const QString& email, const QString& password, bool secondFactor = false);
     bool sql(const QString& statement);
