@@ -265,7 +265,7 @@ TEST_F(RemoteSessionTest, AServerThatGoesAwayIsUnreachableAndWhatWasMissedComesO
     }));
     ASSERT_TRUE(publishAsBob(QStringLiteral("two")));
     ASSERT_TRUE(publishAsBob(QStringLiteral("three")));
-    cluster->startServer(first);
+    cluster->startServer({}, first);
     ASSERT_TRUE(TestCluster::waitFor([&] { return delegate.heard.size() >= 3; }, 20000));
     EXPECT_NE(library().reachabilityManager().currentNetworkStatus(), VLRReachabilityManager::NotReachable);
 
