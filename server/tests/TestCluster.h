@@ -25,8 +25,11 @@ public:
     // Empty when the cluster stands; otherwise why it doesn't.
     QString missing() const { return m_missing; }
 
-    // Starts one more server process, with these [server] settings changed; its port.
-    quint16 startServer(const QVariantMap& settings = {});
+    // Starts one more server process, with these [server] settings changed,
+    // on the given port or a free one; its port.
+    quint16 startServer(const QVariantMap& settings = {}, quint16 port = 0);
+    // Kills the server processes on that port, as a crash would.
+    void killServer(quint16 port);
     // PostgreSQL stopped and started again under the running servers.
     bool stopDatabase();
     bool startDatabase();
