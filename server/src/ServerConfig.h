@@ -17,6 +17,10 @@ struct ServerConfig
     // The version manifest that clients may fetch; none when empty.
     QString manifestPath;
     qint64 sessionLifetimeSeconds = 30 * 24 * 3600;
+    // Connection threads; the processor's cores unless told.
+    int threads = 0;
+    // An upload that gets no byte this long is removed with its bytes.
+    qint64 uploadTimeoutSeconds = 24 * 3600;
 
     QString databaseHost;
     int databasePort = 5432;
