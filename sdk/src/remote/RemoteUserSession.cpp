@@ -270,6 +270,22 @@ void RemoteUserSession::eventArrived(const EventStream::Event& event)
 {
     if (m_ended)
         return;
+    if (event.kind == "password") {
+        // An administrator set a new password; the server ended the account's sessions.
+        rememberPosition();
+        qCInfo(lcRemote, "The password was changed on the server");
+        end();
+        if (delegate())
+            delegate()->passwordChanged();
+        return;
+    }
+    if (event.kind == "avatar") {
+        // Somebody's picture changed: asked for again, it replaces the one shown.
+        const QString person = text(event.data, "userID");
+        m_avatarsAsked.remove(person);
+        rememberPosition();
+        return wantAvatar(person);
+    }
     if (event.kind != "publication")
         return rememberPosition();
     m_pending.append(event);

@@ -17,9 +17,12 @@
 #include "service/VLRWorkspace.h"
 #include "service/VLRWorkspaceUser.h"
 
+#include <QBuffer>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QImage>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -70,7 +73,7 @@ Outcome signIn(const QString& email, const QString& password)
 
 struct Delegate : VLRUserSessionDelegate
 {
-    void passwordChanged() override { }
+    void passwordChanged() override { ++passwordChanges; }
     void downstreamProxyUnavailable() override { ++lost; }
     void currentVersionIsUnsupported() override { }
     void clientKeyExpired() override { ++expired; }
@@ -88,6 +91,7 @@ struct Delegate : VLRUserSessionDelegate
 
     int lost = 0;
     int expired = 0;
+    int passwordChanges = 0;
     QStringList heard;
 };
 
@@ -329,6 +333,46 @@ TEST_F(RemoteSessionTest, AnExpiredTokenAndOneEndedElsewhereEndTheSessionThrough
     bool loggedOut = false;
     expiring->logoutWithCompletionHandler([&](const vlr::OptionalError& e) { loggedOut = !e; });
     EXPECT_TRUE(TestCluster::waitFor([&] { return loggedOut; }));
+}
+
+TEST_F(RemoteSessionTest, APictureAndAPasswordSetByAnAdministratorReachTheSignedInClient)
+{
+    cluster->addUser(QStringLiteral("dee@example.com"), QStringLiteral("dee secret"));
+    ASSERT_TRUE(cluster->sql(QStringLiteral("UPDATE users SET administrator = true WHERE email = 'dee@example.com'")));
+    const Outcome outcome = signIn(QStringLiteral("dee@example.com"), QStringLiteral("dee secret"));
+    ASSERT_TRUE(outcome.session);
+    Delegate delegate;
+    outcome.session->setDelegate(&delegate);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return !outcome.session->syncingLists(); }));
+    ASSERT_TRUE(outcome.session->user()->avatar().isNull());
+
+    const QByteArray admin = cluster->signIn(first, QStringLiteral("dee@example.com"), QStringLiteral("dee secret"));
+    QImage picture(4, 4, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, "PNG");
+    const QString sha256 = cluster->call(first, "POST", QStringLiteral("/v1/admin/blobs"), admin, png)
+                               .json[QStringLiteral("sha256")]
+                               .toString();
+    const auto command = [&](const QString& name, const QJsonObject& body) {
+        return cluster->call(first, "POST", QStringLiteral("/v1/admin/") + name, admin, QJsonDocument(body).toJson())
+            .status;
+    };
+    ASSERT_EQ(command(QStringLiteral("avatar"),
+                      {{QStringLiteral("arguments"),
+                        QJsonArray{QStringLiteral("dee@example.com"), QStringLiteral("dee.png")}},
+                       {QStringLiteral("files"), QJsonObject{{QStringLiteral("1"), sha256}}}}),
+              200);
+    EXPECT_TRUE(TestCluster::waitFor([&] { return !outcome.session->user()->avatar().isNull(); }));
+
+    ASSERT_EQ(command(QStringLiteral("passwd"),
+                      {{QStringLiteral("arguments"),
+                        QJsonArray{QStringLiteral("dee@example.com"), QStringLiteral("new secret")}}}),
+              200);
+    EXPECT_TRUE(TestCluster::waitFor([&] { return delegate.passwordChanges == 1; }));
+    EXPECT_EQ(delegate.lost, 0);
 }
 
 // Bob's client in a process of its own: signs in to the server its settings
