@@ -14,6 +14,7 @@
 #include "service/VLRUser.h"
 #include "service/VLRUserSessionDelegate.h"
 #include "service/VLRUtils.h"
+#include "service/VLRVersionChecker.h"
 #include "service/VLRWorkspace.h"
 #include "service/VLRWorkspaceUser.h"
 
@@ -192,6 +193,16 @@ TEST_F(RemoteSessionTest, TheSelectorOffersTheServerAndASignInThereIsRefusedClea
     ASSERT_TRUE(accepted.first) << qPrintable(accepted.second ? accepted.second->localizedDescription : QString());
     EXPECT_EQ(accepted.first->user()->email(), "cem@example.com");
     accepted.first->logoutWithCompletionHandler({});
+
+    // The server publishes no version manifest: the running version is the current one.
+    const auto checker = library().createVersionChecker();
+    std::optional<vlr::OptionalError> checked;
+    checker->checkVersion([&](bool, bool outOfDate, const vlr::OptionalError& error) {
+        EXPECT_FALSE(outOfDate);
+        checked = error;
+    });
+    ASSERT_TRUE(TestCluster::waitFor([&] { return checked.has_value(); }));
+    EXPECT_FALSE(*checked);
 
     // A certificate nobody trusted: refused, and the text names the key that trusts one.
     configure(folder->filePath(QStringLiteral("config")), first, QString());
