@@ -51,6 +51,9 @@ public:
     QByteArray signIn(quint16 port, const QString& email, const QString& password);
     QNetworkReply* openEvents(quint16 port, const QByteArray& token, qint64 lastEventId = -1);
     QSslConfiguration tls() const { return m_tls; }
+    // The servers' configuration file and the cluster's own folder.
+    QString configPath() const { return m_config; }
+    QString folder() const { return m_dir.path(); }
     QNetworkAccessManager& network() { return m_network; }
 
     static bool waitFor(const std::function<bool()>& condition, int ms = 5000);
