@@ -6,11 +6,13 @@
 #include "sdk/accounts/Base32.h"
 #include "sdk/accounts/Totp.h"
 #include "sdk/remote/VeluriaServiceLibrary.h"
+#include "sdk/transfers/QueuedTransfer.h"
 
 #include "service/VLREnvironment.h"
 #include "service/VLRLoginVerifier.h"
 #include "service/VLRPublication.h"
 #include "service/VLRReachabilityManager.h"
+#include "service/VLRTransferReporting.h"
 #include "service/VLRUser.h"
 #include "service/VLRUserSessionDelegate.h"
 #include "service/VLRUtils.h"
@@ -257,6 +259,48 @@ TEST_F(RemoteSessionTest, APublicationOfAnotherMachineArrivesThroughTheOtherServ
     EXPECT_EQ(delegate.heard, QStringList{"Posters|bob@example.com|From the other desk"});
     EXPECT_EQ(ann.session->workspaces().value(0), shared);
     EXPECT_EQ(delegate.lost + delegate.expired, 0);
+    ann.session->logoutWithCompletionHandler({});
+}
+
+TEST_F(RemoteSessionTest, AFileGoesUpOnTheUploadQueueAndComesBackThroughItsLink)
+{
+    const Outcome ann = signIn(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
+    ASSERT_TRUE(ann.session);
+    Delegate delegate;
+    ann.session->setDelegate(&delegate);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return !ann.session->syncingLists(); }));
+    const QByteArray content = QByteArray("poster ").repeated(20000);
+    const QString source = folder->filePath(QStringLiteral("poster.pdf"));
+    QFile file(source);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(content);
+    file.close();
+
+    vlr::OptionalError refusal;
+    ann.session->uploadAndPublishNewRevision(QUrl::fromLocalFile(source), posters, true, QStringLiteral("Draft"),
+                                             &refusal);
+    ASSERT_FALSE(refusal);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return ann.session->completedTransfers().size() == 1; }, 20000));
+    const auto upload = std::static_pointer_cast<QueuedTransfer>(ann.session->completedTransfers().first());
+    ASSERT_FALSE(upload->error()) << qPrintable(upload->error()->localizedDescription);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return delegate.heard.contains("Posters|ann@example.com|Draft"); }));
+
+    QTemporaryDir target;
+    VLRTransferReportingPtr download;
+    vlr::OptionalError failure;
+    ann.session->downloadUrl(
+        QStringLiteral("veluria://download?workspace=%1&revision=%2").arg(posters, upload->job().revisionId),
+        QUrl::fromLocalFile(target.path()), [&](const VLRTransferReportingPtr& transfer, const vlr::OptionalError& e) {
+            download = transfer;
+            failure = e;
+        });
+    ASSERT_TRUE(TestCluster::waitFor([&] { return download || failure; }));
+    ASSERT_TRUE(download) << qPrintable(failure->localizedDescription);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return download->isFinished(); }, 20000));
+    EXPECT_FALSE(download->error());
+    QFile copy(target.filePath(QStringLiteral("poster.pdf")));
+    ASSERT_TRUE(copy.open(QIODevice::ReadOnly));
+    EXPECT_EQ(copy.readAll(), content);
     ann.session->logoutWithCompletionHandler({});
 }
 
