@@ -12,6 +12,7 @@
 #include "sdk/transfers/TransferQueue.h"
 #include "sdk/workspaces/LocalPublication.h"
 
+#include "service/VLRUser.h"
 #include "service/VLRUserSessionDelegate.h"
 
 #include <algorithm>
@@ -274,6 +275,18 @@ void RemoteUserSession::eventArrived(const EventStream::Event& event)
 {
     if (m_ended)
         return;
+    if (event.kind == "password") {
+        // The server ended every session of the account; the position is
+        // kept first, so that the next session is not told again.
+        if (!m_pending.isEmpty())
+            announcePending(m_pending.size());
+        rememberPosition();
+        qCInfo(lcRemote, "The password of %s changed elsewhere", qUtf8Printable(user()->email()));
+        end();
+        if (delegate())
+            delegate()->passwordChanged();
+        return;
+    }
     if (event.kind != "publication")
         return rememberPosition();
     m_pending.append(event);

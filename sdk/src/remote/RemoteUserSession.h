@@ -26,7 +26,9 @@ class RemoteWorkspaceUser;
 // date (its order and dates, and a workspace the user was just added to),
 // then goes to the delegate, one call per workspace. Members are read at
 // the start, for workspaces new to the list, and whenever the stream stands
-// again after a break.
+// again after a break. A changed password (the server ends the account's
+// sessions and says so on the stream) ends the session through the
+// delegate's passwordChanged.
 //
 // Files go up and down on the two queues' workers, by the team server's
 // runner; downloads are recorded in the local database as the embedded

@@ -73,7 +73,7 @@ Outcome signIn(const QString& email, const QString& password)
 
 struct Delegate : VLRUserSessionDelegate
 {
-    void passwordChanged() override { }
+    void passwordChanged() override { ++passwordChanges; }
     void downstreamProxyUnavailable() override { ++lost; }
     void currentVersionIsUnsupported() override { }
     void clientKeyExpired() override { ++expired; }
@@ -91,6 +91,7 @@ struct Delegate : VLRUserSessionDelegate
 
     int lost = 0;
     int expired = 0;
+    int passwordChanges = 0;
     QStringList heard;
 };
 
@@ -339,7 +340,7 @@ TEST_F(RemoteSessionTest, AServerThatGoesAwayIsUnreachableAndWhatWasMissedComesO
     again.session->logoutWithCompletionHandler({});
 }
 
-TEST_F(RemoteSessionTest, AnExpiredTokenAndOneEndedElsewhereEndTheSessionThroughTheDelegate)
+TEST_F(RemoteSessionTest, AnExpiredTokenOneEndedElsewhereAndAChangedPasswordEndTheSessionThroughTheDelegate)
 {
     auto signedIn = [](Delegate* delegate) {
         const Outcome outcome = signIn(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
@@ -380,7 +381,22 @@ TEST_F(RemoteSessionTest, AnExpiredTokenAndOneEndedElsewhereEndTheSessionThrough
     EXPECT_EQ(second.lost, 1);
     EXPECT_EQ(second.expired, 0);
 
-    // The client signs out after either; that always succeeds.
+    // A password changed elsewhere is said on the stream, once.
+    Delegate third;
+    const VLRUserSessionPtr changed = signedIn(&third);
+    ASSERT_TRUE(changed);
+    ASSERT_TRUE(cluster->sql(QStringLiteral(
+        "WITH u AS (SELECT id FROM users WHERE email = 'ann@example.com'), e AS (INSERT INTO events(user_id, kind, "
+        "data) SELECT id, 'password', json_build_object('userID', id)::jsonb FROM u RETURNING id) "
+        "SELECT pg_notify('veluria_events', id::text) FROM e")));
+    ASSERT_TRUE(TestCluster::waitFor([&] { return third.passwordChanges == 1; }));
+    EXPECT_EQ(third.lost + third.expired, 0);
+    Delegate fourth;
+    const VLRUserSessionPtr next = signedIn(&fourth);
+    TestCluster::waitFor([] { return false; }, 1000);
+    EXPECT_EQ(fourth.passwordChanges, 0);
+
+    // The client signs out after any of them; that always succeeds.
     bool loggedOut = false;
     expiring->logoutWithCompletionHandler([&](const vlr::OptionalError& e) { loggedOut = !e; });
     EXPECT_TRUE(TestCluster::waitFor([&] { return loggedOut; }));
