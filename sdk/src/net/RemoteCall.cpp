@@ -69,6 +69,11 @@ vlr::Error RemoteCall::failureOf(const QNetworkReply& reply, const QJsonObject& 
     const QNetworkReply::NetworkError error = reply.error();
     if (status == 0 || (error != QNetworkReply::NoError && error < QNetworkReply::ProxyConnectionRefusedError))
         return ServiceError::make(ServiceError::ServerUnreachable, reply.errorString());
+    return serverFailure(status, body);
+}
+
+vlr::Error RemoteCall::serverFailure(int status, const QJsonObject& body)
+{
     const QJsonObject said = body.value(QStringLiteral("error")).toObject();
     const QString message = said.value(QStringLiteral("message")).toString();
     if (!message.isEmpty())

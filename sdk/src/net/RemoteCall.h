@@ -41,6 +41,8 @@ public:
     vlr::Error failure();
     // The same for a finished reply handled elsewhere, with its body.
     static vlr::Error failureOf(const QNetworkReply& reply, const QJsonObject& body);
+    // The server's refusal with that status and error body.
+    static vlr::Error serverFailure(int status, const QJsonObject& body);
 
 private:
     struct Deleter

@@ -2,14 +2,12 @@
 
 #include "sdk/base/PrivateFiles.h"
 #include "sdk/base/ServiceError.h"
-#include "sdk/net/RemoteCall.h"
+#include "sdk/net/HttpStream.h"
 #include "sdk/store/Sha256.h"
 #include "sdk/transfers/DownloadRun.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 
 #include <cerrno>
 
@@ -17,11 +15,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-RemoteDownloadRun::RemoteDownloadRun(QNetworkAccessManager& network, const RemoteEndpoint& endpoint, Database& database,
+RemoteDownloadRun::RemoteDownloadRun(const RemoteEndpoint& endpoint, int idleTimeoutMs, Database& database,
                                      const QString& databaseFolder, const TransferJob& job,
                                      const TransferRunner::Context& context)
-    : m_network(network)
-    , m_endpoint(endpoint)
+    : m_endpoint(endpoint)
+    , m_idleTimeoutMs(idleTimeoutMs)
     , m_database(database)
     , m_databaseFolder(databaseFolder)
     , m_job(job)
@@ -41,33 +39,23 @@ TransferResult RemoteDownloadRun::run()
 {
     if (auto ended = resume())
         return *ended;
-    QNetworkRequest request = m_endpoint.request(QStringLiteral("revisions/%1/content").arg(m_job.revisionId));
+    HttpStream stream(m_endpoint, m_context.shouldStop, m_idleTimeoutMs);
+    QList<std::pair<QByteArray, QByteArray>> headers;
     if (m_have > 0)
-        request.setRawHeader("Range", "bytes=" + QByteArray::number(m_have) + '-');
-    RemoteCall call(m_network.get(request));
-    QNetworkReply* reply = call.reply();
-    reply->setReadBufferSize(readBufferSize);
-    bool accepted = false;
-    QObject::connect(reply, &QNetworkReply::readyRead, reply, [&] {
-        if (!accepted && !(accepted = accept(call.status(), call.header("Content-Range")))) {
-            if (m_writeFailure)
-                reply->abort();
-            return;
-        }
-        if (!drain(reply))
-            reply->abort();
-    });
-    if (!call.wait(m_context.shouldStop))
+        headers.append({"Range", "bytes=" + QByteArray::number(m_have) + '-'});
+    if (stream.begin("GET", QStringLiteral("revisions/%1/content").arg(m_job.revisionId), headers, -1)
+        && stream.readHead()) {
+        if (!accept(stream.status(), stream.header("content-range")))
+            return m_writeFailure ? *m_writeFailure : TransferResult::failed(stream.failure());
+        for (qint64 got; (got = stream.read(m_buffer.data(), m_buffer.size())) > 0;)
+            if (!take(got))
+                return *m_writeFailure;
+    }
+    if (stream.state() == HttpStream::State::Stopped)
         return TransferResult::stopped();
-    if (m_writeFailure)
-        return *m_writeFailure;
-    if (call.status() != 200 && call.status() != 206)
-        return TransferResult::failed(call.failure());
-    if (reply->error() != QNetworkReply::NoError)
-        return TransferResult::failed(call.failure());
-    if ((!accepted && !accept(call.status(), call.header("Content-Range"))) || !drain(reply))
-        return m_writeFailure ? *m_writeFailure : TransferResult::failed(call.failure());
-    return finish(call.header("Digest"));
+    if (stream.state() != HttpStream::State::Open)
+        return TransferResult::failed(stream.failure());
+    return finish(stream.header("digest"));
 }
 
 std::optional<TransferResult> RemoteDownloadRun::resume()
@@ -134,26 +122,22 @@ bool RemoteDownloadRun::accept(int status, const QByteArray& contentRange)
     return true;
 }
 
-bool RemoteDownloadRun::drain(QNetworkReply* reply)
+bool RemoteDownloadRun::take(qint64 got)
 {
-    for (;;) {
-        const qint64 got = reply->read(m_buffer.data(), m_buffer.size());
-        if (got <= 0)
-            return true;
-        for (qint64 written = 0; written < got;) {
-            const ssize_t put = ::pwrite(m_fd, m_buffer.constData() + written, size_t(got - written), m_have + written);
-            if (put < 0 && errno == EINTR)
-                continue;
-            if (put <= 0) {
-                m_writeFailure = TransferResult::failed(DownloadRun::unwritable(m_job.filePath));
-                return false;
-            }
-            written += put;
+    for (qint64 written = 0; written < got;) {
+        const ssize_t put = ::pwrite(m_fd, m_buffer.constData() + written, size_t(got - written), m_have + written);
+        if (put < 0 && errno == EINTR)
+            continue;
+        if (put <= 0) {
+            m_writeFailure = TransferResult::failed(DownloadRun::unwritable(m_job.filePath));
+            return false;
         }
-        m_sha->add(m_buffer.constData(), got);
-        m_have += got;
-        m_context.advanced(got);
+        written += put;
     }
+    m_sha->add(m_buffer.constData(), got);
+    m_have += got;
+    m_context.advanced(got);
+    return true;
 }
 
 TransferResult RemoteDownloadRun::finish(const QByteArray& digestHeader)

@@ -7,8 +7,6 @@
 #include <optional>
 
 class Database;
-class QNetworkAccessManager;
-class QNetworkReply;
 class Sha256;
 
 // One run of a download from the team server, on the queue's worker: the
@@ -22,10 +20,9 @@ class Sha256;
 class RemoteDownloadRun
 {
 public:
-    static constexpr qint64 readBufferSize = 8 * 1024 * 1024;
-    static constexpr qint64 chunkSize = 1024 * 1024;
+    static constexpr qint64 chunkSize = 4 * 1024 * 1024;
 
-    RemoteDownloadRun(QNetworkAccessManager& network, const RemoteEndpoint& endpoint, Database& database,
+    RemoteDownloadRun(const RemoteEndpoint& endpoint, int idleTimeoutMs, Database& database,
                       const QString& databaseFolder, const TransferJob& job, const TransferRunner::Context& context);
     ~RemoteDownloadRun();
 
@@ -37,12 +34,12 @@ private:
     // Takes the answer's first bytes: the partial is made, or emptied when
     // the server sends the whole after all.
     bool accept(int status, const QByteArray& contentRange);
-    // Writes what has arrived; false after a failure to write.
-    bool drain(QNetworkReply* reply);
+    // Writes and hashes the buffer's first bytes; false after a failure to write.
+    bool take(qint64 got);
     TransferResult finish(const QByteArray& digestHeader);
 
-    QNetworkAccessManager& m_network;
     RemoteEndpoint m_endpoint;
+    int m_idleTimeoutMs;
     Database& m_database;
     QString m_databaseFolder;
     TransferJob m_job;

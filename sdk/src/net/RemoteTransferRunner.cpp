@@ -20,11 +20,11 @@ RemoteTransferRunner::~RemoteTransferRunner() = default;
 TransferResult RemoteTransferRunner::run(const TransferJob& job, const Context& context)
 {
     if (job.type == TransferJob::Upload)
-        return RemoteUploadRun(*m_network, m_endpoint, job, context).run();
+        return RemoteUploadRun(*m_network, m_endpoint, transferTimeoutMs, job, context).run();
     QString failure;
     if (!m_database)
         m_database = Database::open(m_databaseFolder, &failure);
     if (!m_database)
         return TransferResult::failed(ServiceError::make(ServiceError::DatabaseFailure, failure));
-    return RemoteDownloadRun(*m_network, m_endpoint, *m_database, m_databaseFolder, job, context).run();
+    return RemoteDownloadRun(m_endpoint, transferTimeoutMs, *m_database, m_databaseFolder, job, context).run();
 }

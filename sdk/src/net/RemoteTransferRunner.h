@@ -9,13 +9,13 @@ class Database;
 class QNetworkAccessManager;
 
 // Transfers with a team server. Made on the queue's worker thread, it keeps
-// there one network access manager, whose connections the transfers of the
-// queue share, and a connection to the local database where downloads are
-// recorded and replaced files cached.
+// there one network access manager for the small calls of the queue's
+// transfers (a file's content moves on a connection of its own), and a connection to the local database where downloads
+// are recorded and replaced files cached.
 class RemoteTransferRunner : public TransferRunner
 {
 public:
-    // A request that moves no byte for this long has failed.
+    // A request or content stream that moves no byte for this long has failed.
     static constexpr int transferTimeoutMs = 30000;
 
     RemoteTransferRunner(const RemoteEndpoint& endpoint, const QString& databaseFolder);

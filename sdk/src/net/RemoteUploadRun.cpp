@@ -1,7 +1,7 @@
 #include "sdk/net/RemoteUploadRun.h"
 
 #include "sdk/base/ServiceError.h"
-#include "sdk/net/FileSlice.h"
+#include "sdk/net/HttpStream.h"
 #include "sdk/net/RemoteCall.h"
 #include "sdk/store/SafeName.h"
 #include "sdk/store/Sha256.h"
@@ -37,12 +37,14 @@ TransferResult unreadable(const QString& path)
 
 } // namespace
 
-RemoteUploadRun::RemoteUploadRun(QNetworkAccessManager& network, const RemoteEndpoint& endpoint, const TransferJob& job,
-                                 const TransferRunner::Context& context)
+RemoteUploadRun::RemoteUploadRun(QNetworkAccessManager& network, const RemoteEndpoint& endpoint, int idleTimeoutMs,
+                                 const TransferJob& job, const TransferRunner::Context& context)
     : m_network(network)
     , m_endpoint(endpoint)
+    , m_idleTimeoutMs(idleTimeoutMs)
     , m_job(job)
     , m_context(context)
+    , m_buffer(blockSize, Qt::Uninitialized)
 { }
 
 TransferResult RemoteUploadRun::run()
@@ -78,7 +80,7 @@ TransferResult RemoteUploadRun::run()
 std::optional<TransferResult> RemoteUploadRun::hash(int fd, QByteArray* digest)
 {
     Sha256 sha;
-    QByteArray buffer(hashBlockSize, Qt::Uninitialized);
+    QByteArray& buffer = m_buffer;
     for (qint64 at = 0;;) {
         if (m_context.shouldStop())
             return TransferResult::stopped();
@@ -130,7 +132,7 @@ std::optional<TransferResult> RemoteUploadRun::askOffset(qint64 size, qint64* of
         return std::nullopt;
     }
     bool given = false;
-    *offset = call.header("Upload-Offset").toLongLong(&given);
+    *offset = call.header("upload-offset").toLongLong(&given);
     if (call.status() != 204 || !given)
         return TransferResult::failed(call.failure());
     return std::nullopt;
@@ -140,25 +142,37 @@ TransferResult RemoteUploadRun::send(int fd, qint64 size, qint64 offset)
 {
     reportAt(offset);
     for (int cutOffs = 0;;) {
-        QNetworkRequest request = m_endpoint.request(QStringLiteral("uploads/") + m_job.uploadId);
         const qint64 length = std::min(bodySize, size - offset);
-        request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/offset+octet-stream"));
-        request.setHeader(QNetworkRequest::ContentLengthHeader, length);
-        request.setRawHeader("Upload-Offset", QByteArray::number(offset));
-        request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
-        auto* body = new FileSlice(fd, offset, length);
-        RemoteCall call(m_network.sendCustomRequest(request, "PATCH", body));
-        body->setParent(call.reply());
-        qint64 sent = 0;
-        QObject::connect(call.reply(), &QNetworkReply::uploadProgress, call.reply(), [&](qint64 bytes, qint64) {
-            if (bytes > sent)
-                reportAt(offset + bytes);
-            sent = std::max(sent, bytes);
-        });
-        if (!call.wait(m_context.shouldStop))
+        HttpStream call(m_endpoint, m_context.shouldStop, m_idleTimeoutMs);
+        if (call.begin(
+                "PATCH", QStringLiteral("uploads/") + m_job.uploadId,
+                {{"Content-Type", "application/offset+octet-stream"}, {"Upload-Offset", QByteArray::number(offset)}},
+                length)) {
+            for (qint64 at = 0; at < length;) {
+                const ssize_t got =
+                    ::pread(fd, m_buffer.data(), size_t(std::min<qint64>(m_buffer.size(), length - at)), offset + at);
+                if (got < 0 && errno == EINTR)
+                    continue;
+                if (got < 0)
+                    return unreadable(m_job.filePath);
+                if (got == 0) {
+                    // Shorter than when it was announced.
+                    forgetUpload();
+                    return TransferResult::failed(
+                        ServiceError::make(ServiceError::FileChanged, QFileInfo(m_job.filePath).fileName()));
+                }
+                if (!call.write(m_buffer.constData(), got))
+                    break;
+                at += got;
+                reportAt(offset + at);
+            }
+        }
+        if (call.state() == HttpStream::State::Open)
+            call.readHead();
+        if (call.state() == HttpStream::State::Stopped)
             return TransferResult::stopped();
         bool given = false;
-        const qint64 serverOffset = call.header("Upload-Offset").toLongLong(&given);
+        const qint64 serverOffset = call.header("upload-offset").toLongLong(&given);
         switch (call.status()) {
         case 201: {
             TransferResult result;

@@ -11,7 +11,9 @@ class QNetworkAccessManager;
 // One run of an upload to the team server, on the queue's worker: the
 // file's SHA-256 first, then an upload announced to the server (its id is
 // noted with the job, so that even a restart of the client goes on with
-// it), then the bytes in large PATCH bodies read straight from the file.
+// it), then the bytes in large PATCH bodies read straight from the file
+// into a content stream of their own (the small calls go through the
+// network access manager).
 // After a cut-off the server is asked for its offset and the upload goes
 // on from there; when the server can't be reached the run fails and a
 // retry resumes. A folder is refused for now.
@@ -19,11 +21,12 @@ class RemoteUploadRun
 {
 public:
     static constexpr qint64 bodySize = 256 * 1024 * 1024;
-    static constexpr qint64 hashBlockSize = 4 * 1024 * 1024;
+    // Reads of the file, for its hash and its bytes, go through one buffer this large.
+    static constexpr qint64 blockSize = 4 * 1024 * 1024;
     static constexpr auto retryDelay = std::chrono::milliseconds(500);
 
-    RemoteUploadRun(QNetworkAccessManager& network, const RemoteEndpoint& endpoint, const TransferJob& job,
-                    const TransferRunner::Context& context);
+    RemoteUploadRun(QNetworkAccessManager& network, const RemoteEndpoint& endpoint, int idleTimeoutMs,
+                    const TransferJob& job, const TransferRunner::Context& context);
 
     TransferResult run();
 
@@ -41,7 +44,9 @@ private:
 
     QNetworkAccessManager& m_network;
     RemoteEndpoint m_endpoint;
+    int m_idleTimeoutMs;
     TransferJob m_job;
     const TransferRunner::Context& m_context;
     qint64 m_reported = 0;
+    QByteArray m_buffer;
 };

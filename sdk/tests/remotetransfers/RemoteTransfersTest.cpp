@@ -1,6 +1,7 @@
 #include "TestCluster.h"
 
 #include "sdk/base/ServiceError.h"
+#include "sdk/net/HttpStream.h"
 #include "sdk/net/RemoteEndpoint.h"
 #include "sdk/net/RemoteTransfers.h"
 #include "sdk/store/Sha256.h"
@@ -347,6 +348,43 @@ TEST_F(RemoteTransfersTest, OutsidersAndOtherTokensGetAClearErrorAndNothingIsWri
     const RunOutcome folderUpload = runJob(ann, home.path(), uploadJob(home.path()));
     ASSERT_EQ(folderUpload.result.outcome, TransferResult::Outcome::Failed);
     EXPECT_EQ(folderUpload.result.error->code, ServiceError::FolderNotUploadable);
+}
+
+TEST_F(RemoteTransfersTest, ContentStreamStopsSendingWhenTheServerAnswersEarlyAndRefusesAnUntrustedServer)
+{
+    const QByteArray content(1024, 'x');
+    const auto created = cluster->call(port, "POST", QStringLiteral("/v1/uploads"), ann.token,
+                                       json({{"workspace", workspace},
+                                             {"fileName", "early.bin"},
+                                             {"size", 64 * 1024 * 1024},
+                                             {"sha256", QString::fromLatin1(Sha256::of(content))}}));
+    ASSERT_EQ(created.status, 201);
+
+    // An offset the server doesn't have: it answers before the body, and
+    // the rest of the body is not pushed after that answer.
+    HttpStream early(
+        ann, [] { return false; }, 30000);
+    ASSERT_TRUE(early.begin("PATCH", QStringLiteral("uploads/") + created.json.value("id").toString(),
+                            {{"Upload-Offset", "4096"}}, 64 * 1024 * 1024));
+    const QByteArray block(HttpStream::lowWater, '\0');
+    int written = 0;
+    while (written < 16 && early.write(block.constData(), block.size()))
+        ++written;
+    EXPECT_LT(written, 16);
+    EXPECT_TRUE(early.answered());
+    ASSERT_TRUE(early.readHead());
+    EXPECT_EQ(early.status(), 409);
+    EXPECT_EQ(early.header("upload-offset"), "0");
+    EXPECT_EQ(early.failure().code, 409);
+
+    // Without the server's certificate trusted, nothing is sent.
+    RemoteEndpoint untrusted = ann;
+    untrusted.trusted.clear();
+    HttpStream refused(
+        untrusted, [] { return false; }, 30000);
+    EXPECT_FALSE(refused.begin("GET", QStringLiteral("user"), {}, -1));
+    EXPECT_EQ(refused.state(), HttpStream::State::Failed);
+    EXPECT_EQ(refused.failure().code, ServiceError::ServerUnreachable);
 }
 
 } // namespace
