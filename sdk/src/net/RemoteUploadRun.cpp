@@ -142,7 +142,7 @@ TransferResult RemoteUploadRun::send(int fd, qint64 size, qint64 offset)
 {
     reportAt(offset);
     for (int cutOffs = 0;;) {
-        const qint64 length = std::min(bodySize, size - offset);
+        const qint64 length = size - offset;
         HttpStream call(m_endpoint, m_context.shouldStop, m_idleTimeoutMs);
         if (call.begin(
                 "PATCH", QStringLiteral("uploads/") + m_job.uploadId,

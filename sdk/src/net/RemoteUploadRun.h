@@ -11,7 +11,7 @@ class QNetworkAccessManager;
 // One run of an upload to the team server, on the queue's worker: the
 // file's SHA-256 first, then an upload announced to the server (its id is
 // noted with the job, so that even a restart of the client goes on with
-// it), then the bytes in large PATCH bodies read straight from the file
+// it), then the rest of the bytes in one PATCH body read straight from the file
 // into a content stream of their own (the small calls go through the
 // network access manager).
 // After a cut-off the server is asked for its offset and the upload goes
@@ -20,7 +20,6 @@ class QNetworkAccessManager;
 class RemoteUploadRun
 {
 public:
-    static constexpr qint64 bodySize = 256 * 1024 * 1024;
     // Reads of the file, for its hash and its bytes, go through one buffer this large.
     static constexpr qint64 blockSize = 4 * 1024 * 1024;
     static constexpr auto retryDelay = std::chrono::milliseconds(500);
