@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 // The server's file contents, each kept once under its SHA-256
@@ -18,8 +19,11 @@ public:
     QString contentPath(const QString& sha256) const;
 
     // Moves a complete upload into place when its bytes have this digest;
-    // false (and the upload removed) when they don't.
-    bool commit(const QString& uploadId, const QString& sha256, QString* failure) const;
+    // false (and the upload removed) when they don't. A caller that hashed
+    // the bytes as they were written gives that digest, and the content is
+    // not read again.
+    bool commit(const QString& uploadId, const QString& sha256, QString* failure,
+                const QByteArray& hashed = QByteArray()) const;
     void discard(const QString& uploadId) const;
 
     static bool isDigest(const QString& text);

@@ -2,6 +2,7 @@
 
 #include "BlobStore.h"
 #include "Database.h"
+#include "HashingFile.h"
 #include "Publications.h"
 #include "RequestContext.h"
 #include "UploadLock.h"
@@ -98,8 +99,8 @@ void TransferApi::headersReceived(HttpConnection* c, const QStringList& path)
     }
     // Unbuffered: every byte received is the kernel's at once, so a killed
     // server process loses nothing that the offset reports.
-    auto* sink = new QFile(partial, lock.get());
-    if (!sink->open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
+    auto* sink = new HashingFile(partial, lock.get());
+    if (!sink->openForAppend()) {
         c->respondError(500, 500, QStringLiteral("The server can't write the upload."));
         return;
     }
@@ -183,16 +184,20 @@ void TransferApi::reportOffset(HttpConnection* c, const QString& userId, const Q
 
 void TransferApi::finishPatch(HttpConnection* c, const QString& userId, const QString& segment)
 {
-    delete c->findChild<UploadLock*>();
     Upload upload;
-    if (!loadUpload(c, segment, userId, &upload))
+    const bool known = loadUpload(c, segment, userId, &upload);
+    // The lock goes first; what the body's file hashed on the way is kept.
+    auto* sink = c->findChild<HashingFile*>();
+    const QByteArray hashed = sink && known ? sink->digestOf(upload.revision.size) : QByteArray();
+    delete c->findChild<UploadLock*>();
+    if (!known)
         return;
     const qint64 offset = QFileInfo(m_store.uploadPath(upload.id)).size();
     if (offset < upload.revision.size)
         return c->respond(204, {}, {{"Upload-Offset", QByteArray::number(offset)}});
 
     QString failure;
-    if (!m_store.commit(upload.id, upload.revision.sha256, &failure)) {
+    if (!m_store.commit(upload.id, upload.revision.sha256, &failure, hashed)) {
         QSqlQuery gone(Database::connection());
         gone.prepare(QStringLiteral("DELETE FROM uploads WHERE id = ?"));
         gone.addBindValue(upload.id);
