@@ -20,6 +20,7 @@
 
 #include <ctime>
 #include <mutex>
+#include <unistd.h>
 
 namespace {
 
@@ -59,11 +60,33 @@ double processCpuSeconds()
     return double(now.tv_sec) + double(now.tv_nsec) / 1e9;
 }
 
+// The processor time of the veluria-server processes that this process
+// started: the server's share of the work.
+double serverCpuSeconds()
+{
+    double seconds = 0;
+    const QString parent = QString::number(::getpid());
+    for (const QString& pid : QDir(QStringLiteral("/proc")).entryList({QStringLiteral("[0-9]*")}, QDir::Dirs)) {
+        QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        const QByteArray stat = file.readAll();
+        // The fields after the command's name: state, ppid, ... utime (12th), stime.
+        const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
+        if (stat.contains("(veluria-server)") && fields.value(1) == parent.toLatin1())
+            seconds +=
+                double(fields.value(11).toLongLong() + fields.value(12).toLongLong()) / double(::sysconf(_SC_CLK_TCK));
+    }
+    return seconds;
+}
+
 // A transfer on a queue's worker, as a session runs it; the seconds it took,
-// and the client's processor seconds added to cpu.
-double timeJob(const Server& server, const TransferJob& job, TransferResult* result, double* cpu = nullptr)
+// and the client's and the server's processor seconds added to cpu and serverCpu.
+double timeJob(const Server& server, const TransferJob& job, TransferResult* result, double* cpu = nullptr,
+               double* serverCpu = nullptr)
 {
     const double cpuBefore = processCpuSeconds();
+    const double serverBefore = serverCpuSeconds();
     std::mutex mutex;
     bool finished = false;
     TransferWorker worker(RemoteTransfers::runner(server.endpoint, server.home.path()));
@@ -87,6 +110,8 @@ double timeJob(const Server& server, const TransferJob& job, TransferResult* res
     const double seconds = double(clock.nsecsElapsed()) / 1e9;
     if (cpu)
         *cpu += processCpuSeconds() - cpuBefore;
+    if (serverCpu)
+        *serverCpu += serverCpuSeconds() - serverBefore;
     return seconds;
 }
 
@@ -109,6 +134,7 @@ void BM_RemoteUploadOneGiBAgainstCp(benchmark::State& state)
     const QString source = writeRandomFile(server.home.filePath(QStringLiteral("big.bin")), bigFileSize, 42);
     AgainstCp times(bigFileSize);
     double cpu = 0;
+    double serverCpu = 0;
     for (auto _ : state) {
         double cp = 0;
         double cpAndSync = 0;
@@ -119,12 +145,13 @@ void BM_RemoteUploadOneGiBAgainstCp(benchmark::State& state)
         file.write(QByteArray::number(state.iterations()).leftJustified(16, ' '));
         file.close();
         TransferResult result;
-        times.add(state, timeJob(server, uploadJob(server, source), &result, &cpu), cp, cpAndSync);
+        times.add(state, timeJob(server, uploadJob(server, source), &result, &cpu, &serverCpu), cp, cpAndSync);
         if (result.error)
             state.SkipWithError(result.error->localizedDescription.toUtf8().constData());
     }
     times.report(state);
     state.counters["client_cpu_s"] = cpu / double(state.iterations());
+    state.counters["server_cpu_s"] = serverCpu / double(state.iterations());
 }
 BENCHMARK(BM_RemoteUploadOneGiBAgainstCp)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(3);
 
@@ -142,6 +169,7 @@ void BM_RemoteDownloadOneGiBAgainstCp(benchmark::State& state)
                                        QString()};
     AgainstCp times(bigFileSize);
     double cpu = 0;
+    double serverCpu = 0;
     for (auto _ : state) {
         double cp = 0;
         double cpAndSync = 0;
@@ -150,13 +178,14 @@ void BM_RemoteDownloadOneGiBAgainstCp(benchmark::State& state)
                                                              server.home.filePath(QStringLiteral("down")),
                                                              VLRTransferReporting::RequestedDownloadSubType);
         TransferResult result;
-        times.add(state, timeJob(server, job, &result, &cpu), cp, cpAndSync);
+        times.add(state, timeJob(server, job, &result, &cpu, &serverCpu), cp, cpAndSync);
         if (result.error)
             state.SkipWithError(result.error->localizedDescription.toUtf8().constData());
         QFile::remove(result.filePath);
     }
     times.report(state);
     state.counters["client_cpu_s"] = cpu / double(state.iterations());
+    state.counters["server_cpu_s"] = serverCpu / double(state.iterations());
 }
 BENCHMARK(BM_RemoteDownloadOneGiBAgainstCp)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(3);
 
