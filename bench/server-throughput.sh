@@ -47,7 +47,7 @@ sync
 seconds() { local s e; s=$(date +%s.%N); "$@" >/dev/null; e=$(date +%s.%N); echo "$e - $s" | bc -l; }
 t_cp=$(seconds sh -c "cp '$work/file' '$work/copy' && sync '$work/copy'")
 up=$("${api[@]}" "${auth[@]}" -X POST "$url/uploads" -d "{\"workspace\":\"$ws\",\"fileName\":\"f\",\"size\":$size,\"sha256\":\"$sha\"}" | sed 's/.*"id":"\([^"]*\)".*/\1/')
-t_up=$(seconds "${api[@]}" "${auth[@]}" -X PATCH -H 'Upload-Offset: 0' -H 'Content-Type: application/octet-stream' --data-binary "@$work/file" -o "$work/up.json" "$url/uploads/$up")
+t_up=$(seconds "${api[@]}" "${auth[@]}" -X PATCH -H 'Upload-Offset: 0' -H 'Content-Type: application/octet-stream' -T "$work/file" -o "$work/up.json" "$url/uploads/$up")
 rev=$(sed 's/.*"revision":"\([^"]*\)".*/\1/' "$work/up.json")
 t_down=$(seconds sh -c "$(printf '%q ' "${api[@]}" "${auth[@]}") -o '$work/down' '$url/revisions/$rev/content' && sync '$work/down'")
 [ "$(sha256sum "$work/down" | cut -d' ' -f1)" = "$sha" ] || { echo "download differs" >&2; exit 1; }
