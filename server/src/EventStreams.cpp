@@ -52,6 +52,10 @@ void EventStreams::deliverAll()
     }
     // One query for the whole thread. Membership is read at each delivery:
     // a member who was removed gets nothing more from that workspace.
+    if (!Database::available()) {
+        m_retry.start();
+        return;
+    }
     QSqlQuery query(Database::connection());
     query.prepare(QStringLiteral("SELECT e.id, e.kind, e.workspace_id, e.data, m.user_id FROM events e JOIN members m "
                                  "ON m.workspace_id = e.workspace_id WHERE m.user_id = ANY(?::uuid[]) AND e.id > ? "
@@ -59,7 +63,7 @@ void EventStreams::deliverAll()
     query.addBindValue(QLatin1Char('{') + QStringList(users.begin(), users.end()).join(QLatin1Char(','))
                        + QLatin1Char('}'));
     query.addBindValue(from);
-    if (!Database::available() || !query.exec()) {
+    if (!query.exec()) {
         m_retry.start();
         return;
     }

@@ -87,7 +87,12 @@ HttpConnection::HttpConnection(QTcpSocket* socket, QObject* parent)
 void HttpConnection::readMore()
 {
     m_idle.start();
-    m_buffer += m_socket->readAll();
+    // Straight into the buffer's end: no array of its own for each TLS record.
+    if (const qint64 available = m_socket->bytesAvailable(); available > 0) {
+        const qsizetype old = m_buffer.size();
+        m_buffer.resize(old + available);
+        m_buffer.resize(old + qMax<qint64>(0, m_socket->read(m_buffer.data() + old, available)));
+    }
     while (true) {
         if (m_state == State::Headers) {
             const qsizetype end = m_buffer.indexOf("\r\n\r\n");
