@@ -93,6 +93,12 @@ void HttpConnection::readMore()
         m_buffer.resize(old + available);
         m_buffer.resize(old + qMax<qint64>(0, m_socket->read(m_buffer.data() + old, available)));
     }
+    // While an answer is awaited, a peer may send the next request, but not
+    // without end.
+    if (m_state != State::Headers && m_state != State::Body && m_buffer.size() > maxHeaderBytes + maxBufferedBody) {
+        m_socket->abort();
+        return;
+    }
     while (true) {
         if (m_state == State::Headers) {
             const qsizetype end = m_buffer.indexOf("\r\n\r\n");
