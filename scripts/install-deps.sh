@@ -11,6 +11,7 @@ packages=(
   dbus dbus-x11 python3-dbusmock gnome-keyring libsecret-tools
   desktop-file-utils xdg-utils appstream
   libqt6sql6-psql postgresql openssl bc curl
+  chromium
 )
 if [ "${1:-}" = "--packaging" ]; then
   # Checking the .deb that cpack makes.

@@ -55,6 +55,7 @@ Server::Server(const ServerConfig& config, QObject* parent)
     , m_store(config.storePath)
     , m_api(m_accounts)
     , m_transfers(m_accounts, m_store)
+    , m_web(config, m_accounts, m_store)
 { }
 
 Server::~Server() = default;
@@ -100,6 +101,8 @@ void Server::headersReceived(HttpConnection* c)
 
 void Server::requestReceived(HttpConnection* c)
 {
+    if (m_web.handle(c))
+        return;
     const QStringList path = segmentsOf(c->request().path);
     if (path == QStringList{QStringLiteral("events")} && c->request().method == "GET")
         return events(c);

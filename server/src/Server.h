@@ -6,6 +6,7 @@
 #include "EventHub.h"
 #include "ServerConfig.h"
 #include "TransferApi.h"
+#include "WebPages.h"
 
 #include <QObject>
 
@@ -40,5 +41,6 @@ private:
     EventHub m_hub;
     Api m_api;
     TransferApi m_transfers;
+    WebPages m_web;
     std::unique_ptr<QTcpServer> m_listener;
 };

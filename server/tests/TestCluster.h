@@ -23,6 +23,8 @@ public:
 
     // Empty when the cluster stands; otherwise why it doesn't.
     QString missing() const { return m_missing; }
+    // The temporary folder of the cluster, the store and the servers' files.
+    QString folder() const { return m_dir.path(); }
 
     // Starts one more server process; its port.
     quint16 startServer();
