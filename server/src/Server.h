@@ -16,7 +16,8 @@ class HttpConnection;
 class QTcpServer;
 
 // One server process: takes connections (TLS unless configured off) and
-// hands each request to the endpoint that serves its path under /v1/.
+// hands each request to the endpoint that serves its path under /v1/, or
+// to the web pages outside it.
 // It keeps no state that another process would need: sessions, uploads and
 // events live in the database and the store.
 class Server : public QObject
