@@ -1,8 +1,11 @@
 #include "AccountPages.h"
 
+#include "Accounts.h"
 #include "Database.h"
 #include "HttpConnection.h"
 #include "Mailer.h"
+#include "SignInLimit.h"
+#include "SlowWork.h"
 #include "WebReply.h"
 #include "WebTemplate.h"
 #include "sdk/accounts/PasswordHasher.h"
@@ -73,8 +76,10 @@ bool takeCode(const QString& userId, const QString& code)
 }
 } // namespace
 
-AccountPages::AccountPages(const WebSessions& sessions, const Mailer& mailer, const QString& webAddress)
-    : m_sessions(sessions)
+AccountPages::AccountPages(const Accounts& accounts, const WebSessions& sessions, const Mailer& mailer,
+                           const QString& webAddress)
+    : m_accounts(accounts)
+    , m_sessions(sessions)
     , m_mailer(mailer)
     , m_webAddress(webAddress)
 { }
@@ -102,9 +107,9 @@ bool AccountPages::handle(HttpConnection* c, const QString& path)
 }
 
 void AccountPages::signInForm(HttpConnection* c, const WebSessions::Session& session, const QString& next,
-                              const QString& failure)
+                              const QString& failure, int status)
 {
-    page(c, failure.isEmpty() ? 200 : 401, session, QStringLiteral("Sign in"),
+    page(c, failure.isEmpty() ? 200 : status, session, QStringLiteral("Sign in"),
          WebTemplate(QStringLiteral("sign_in"))
              .set(QStringLiteral("csrf"), session.csrf)
              .set(QStringLiteral("next"), next)
@@ -118,26 +123,40 @@ void AccountPages::signIn(HttpConnection* c)
     const QUrlQuery form = WebReply::form(c->request().body);
     if (!WebSessions::acceptsForm(session, form))
         return formRefused(c, session);
+    const QString email = field(form, QStringLiteral("email")).trimmed();
     const QString password = field(form, QStringLiteral("password"));
-    QSqlQuery query(Database::connection());
-    query.prepare(QStringLiteral("SELECT id, password_hash, totp_secret IS NOT NULL FROM users WHERE lower(email) = "
-                                 "lower(?)"));
-    query.addBindValue(field(form, QStringLiteral("email")).trimmed());
-    if (!query.exec() || !query.next()) {
-        PasswordHasher::verifyNothing(password);
-        return signInForm(c, session, nextOf(form), QStringLiteral("The e-mail address or the password is wrong."));
-    }
-    if (!PasswordHasher::verify(password, query.value(1).toString()))
-        return signInForm(c, session, nextOf(form), QStringLiteral("The e-mail address or the password is wrong."));
-    const QString userId = query.value(0).toString();
-    if (query.value(2).toBool()) {
-        const WebSessions::Session pending = m_sessions.replace(session, {}, userId);
-        return redirect(c,
-                        QStringLiteral("/users/sign_in/code?next=")
-                            + QString::fromLatin1(QUrl::toPercentEncoding(nextOf(form), "/")),
-                        WebSessions::cookieOf(pending));
-    }
-    redirect(c, nextOf(form), WebSessions::cookieOf(m_sessions.replace(session, userId, {})));
+    const QString next = nextOf(form);
+    const QString address = c->peerAddress().toString();
+    if (const int wait = SignInLimit::retryAfter(address, email))
+        return signInForm(c, session, next,
+                          QStringLiteral("Too many failed sign-ins for this account or from this address. Please try "
+                                         "again in %1 minutes.")
+                              .arg((wait + 59) / 60),
+                          429);
+    Accounts::Candidate account;
+    const bool known = m_accounts.candidate(email, &account);
+    // The hash takes a processor for a while: not this connection thread's.
+    SlowWork::run<bool>(
+        c,
+        [known, password, hash = account.passwordHash] {
+            if (known)
+                return PasswordHasher::verify(password, hash);
+            PasswordHasher::verifyNothing(password);
+            return false;
+        },
+        [this, c, session, account, email, address, next](const bool& right) {
+            if (!right) {
+                SignInLimit::failed(address, email);
+                return signInForm(c, session, next, QStringLiteral("The e-mail address or the password is wrong."));
+            }
+            SignInLimit::succeeded(email);
+            if (account.secondFactor)
+                return redirect(c,
+                                QStringLiteral("/users/sign_in/code?next=")
+                                    + QString::fromLatin1(QUrl::toPercentEncoding(next, "/")),
+                                WebSessions::cookieOf(m_sessions.replace(session, {}, account.userId)));
+            redirect(c, next, WebSessions::cookieOf(m_sessions.replace(session, account.userId, {})));
+        });
 }
 
 void AccountPages::codeForm(HttpConnection* c, const WebSessions::Session& session, const QString& next,
@@ -283,9 +302,16 @@ void AccountPages::newPassword(HttpConnection* c)
                         .set(QStringLiteral("token"), QString::fromLatin1(secret))
                         .setHtml(QStringLiteral("failure"), failureHtml(failure))
                         .render());
+    SlowWork::run<QString>(
+        c, [password] { return PasswordHasher::hash(password); },
+        [c, session, secret](const QString& hash) { setPassword(c, session, secret, hash); });
+}
+
+void AccountPages::setPassword(HttpConnection* c, const WebSessions::Session& session, const QByteArray& secret,
+                               const QString& hash)
+{
     QString userId;
     QString ignored;
-    const QString hash = PasswordHasher::hash(password);
     if (hash.isEmpty() || !WebSessions::takeLink(secret, QStringLiteral("reset"), &userId, &ignored))
         return message(c, 404, session, QStringLiteral("This link has expired"),
                        QStringLiteral("The link was used in the meantime. Ask for a new one."),

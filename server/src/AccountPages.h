@@ -4,6 +4,7 @@
 
 #include <QString>
 
+class Accounts;
 class HttpConnection;
 class Mailer;
 
@@ -16,14 +17,15 @@ public:
     static constexpr qint64 confirmLinkLifetime = 3 * 24 * 3600;
     static constexpr qint64 resetLinkLifetime = 3600;
 
-    AccountPages(const WebSessions& sessions, const Mailer& mailer, const QString& webAddress);
+    AccountPages(const Accounts& accounts, const WebSessions& sessions, const Mailer& mailer,
+                 const QString& webAddress);
 
     // False when the path is none of these pages.
     bool handle(HttpConnection* c, const QString& path);
 
 private:
     void signInForm(HttpConnection* c, const WebSessions::Session& session, const QString& next,
-                    const QString& failure = {});
+                    const QString& failure = {}, int status = 401);
     void signIn(HttpConnection* c);
     void codeForm(HttpConnection* c, const WebSessions::Session& session, const QString& next,
                   const QString& failure = {});
@@ -33,7 +35,10 @@ private:
     void resendConfirmation(HttpConnection* c);
     void forgotPassword(HttpConnection* c);
     void newPassword(HttpConnection* c);
+    static void setPassword(HttpConnection* c, const WebSessions::Session& session, const QByteArray& secret,
+                            const QString& hash);
 
+    const Accounts& m_accounts;
     const WebSessions& m_sessions;
     const Mailer& m_mailer;
     QString m_webAddress;

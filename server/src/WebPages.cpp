@@ -25,7 +25,7 @@ WebPages::WebPages(const ServerConfig& config, const Accounts& accounts, const B
     , m_webAddress(config.webAddress)
     , m_sessions(config.sessionLifetimeSeconds)
     , m_mailer(config.mailCommand, config.mailFrom, outboxBeside(config.storePath))
-    , m_accountPages(m_sessions, m_mailer, config.webAddress)
+    , m_accountPages(accounts, m_sessions, m_mailer, config.webAddress)
     , m_workspacePages(m_sessions, store)
     , m_purchasePages(m_sessions)
 { }
