@@ -180,8 +180,18 @@ void AccountPages::verifyCode(HttpConnection* c)
         return formRefused(c, session);
     if (session.pendingUserId.isEmpty())
         return signInFirst(c, nextOf(form));
-    if (!takeCode(session.pendingUserId, field(form, QStringLiteral("code"))))
+    // Wrong codes count like wrong passwords: six digits are quickly guessed otherwise.
+    const QString email = accountOf(session.pendingUserId).email;
+    const QString address = c->peerAddress().toString();
+    if (SignInLimit::retryAfter(address, email) > 0) {
+        m_sessions.end(session);
+        return signInFirst(c, nextOf(form));
+    }
+    if (!takeCode(session.pendingUserId, field(form, QStringLiteral("code")))) {
+        SignInLimit::failed(address, email);
         return codeForm(c, session, nextOf(form), QStringLiteral("The code is wrong or has expired."));
+    }
+    SignInLimit::succeeded(email);
     redirect(c, nextOf(form), WebSessions::cookieOf(m_sessions.replace(session, session.pendingUserId, {})));
 }
 

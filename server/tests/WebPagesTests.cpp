@@ -308,6 +308,18 @@ TEST_F(WebPagesTest, SignInThroughTheFormsWithSecondFactor)
     EXPECT_EQ(page.status, 200);
     EXPECT_TRUE(page.body.contains("fay@kiln.example is confirmed already"));
 
+    // Guessing codes ends the pending sign-in, however right the next one is.
+    const Answer guesser = get("/users/sign_in");
+    const Answer guessing = post(
+        "/users/sign_in", guesser.cookie(),
+        {{"csrf", csrfOf(guesser.body)}, {"email", "fay@kiln.example"}, {"password", "password of fay@kiln.example"}});
+    const QString guessToken = csrfOf(get("/users/sign_in/code", guessing.cookie()).body);
+    for (int i = 0; i < 5; ++i)
+        post("/users/sign_in/code", guessing.cookie(), {{"csrf", guessToken}, {"code", badCode}});
+    const QString fresh = Totp::code(Base32::decode(secret), Totp::stepAt(QDateTime::currentSecsSinceEpoch()) + 1);
+    EXPECT_EQ(post("/users/sign_in/code", guessing.cookie(), {{"csrf", guessToken}, {"code", fresh}}).location,
+              "/users/sign_in?next=/");
+
     // After a sign-in the browser goes on to this site only.
     const Answer again = get("/users/sign_in");
     cluster->addUser(QStringLiteral("gus@kiln.example"), QStringLiteral("password of gus"));
