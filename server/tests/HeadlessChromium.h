@@ -12,6 +12,7 @@ public:
 
     // Empty when chromium can be run; otherwise why not.
     QString missing() const { return m_missing; }
+    QString program() const { return m_program; }
 
     // The page's DOM as chromium serialises it, after redirects.
     QString dumpDom(const QString& url);

@@ -1,3 +1,4 @@
+#include "BrowserTab.h"
 #include "HeadlessChromium.h"
 #include "TestCluster.h"
 
@@ -213,6 +214,40 @@ TEST_F(WebPagesTest, WorkspacePagesShowMembersAndFilesToMembersOnly)
     EXPECT_FALSE(outside.contains("Kiln"));
     EXPECT_EQ(get(filePath, signedInCookie(carol)).status, 404);
     EXPECT_EQ(get(filePath).status, 303);
+}
+
+TEST_F(WebPagesTest, APersonSignsInWithTheFormsAndNoMembersScriptRuns)
+{
+    REQUIRE_BROWSER();
+    QString secret;
+    newUser(QStringLiteral("kim@kiln.example"), true, &secret);
+    const QByteArray lou = newUser(QStringLiteral("lou@kiln.example"));
+    const QString workspace = newWorkspace(lou, QStringLiteral("Tiles"), {QStringLiteral("kim@kiln.example")});
+    cluster->call(
+        port, "POST", "/v1/workspaces/" + workspace + "/publications", lou,
+        json({{"text", "<img src=x onerror=\"document.title='owned'\"><script>document.title='owned'</script>"}}));
+    BrowserTab tab(chromium->program());
+    ASSERT_TRUE(tab.missing().isEmpty()) << tab.missing().toStdString();
+
+    ASSERT_TRUE(tab.open(site() + "/workspaces/" + workspace));
+    EXPECT_TRUE(tab.text().contains("Sign in to Veluria"));
+    ASSERT_TRUE(tab.submit("document.querySelector('[name=email]').value = 'kim@kiln.example';"
+                           "document.querySelector('[name=password]').value = 'password of kim@kiln.example';"
+                           "document.querySelector('main form').submit()"));
+    EXPECT_TRUE(tab.text().contains("authenticator app"));
+    const QString code = Totp::code(Base32::decode(secret), Totp::stepAt(QDateTime::currentSecsSinceEpoch()));
+    ASSERT_TRUE(tab.submit(QStringLiteral("document.querySelector('[name=code]').value = '%1';"
+                                          "document.querySelector('main form').submit()")
+                               .arg(code)));
+    EXPECT_TRUE(tab.text().contains("<script>document.title='owned'</script>")) << tab.text().toStdString();
+    EXPECT_EQ(tab.evaluate("document.title").toString(), "Tiles · Veluria");
+    // The session's cookie is out of reach of anything in the page.
+    EXPECT_EQ(tab.evaluate("document.cookie").toString(), "");
+
+    ASSERT_TRUE(tab.submit("document.querySelector('form.account').submit()"));
+    EXPECT_TRUE(tab.text().contains("Sign in to Veluria"));
+    ASSERT_TRUE(tab.open(site() + "/workspaces/" + workspace));
+    EXPECT_FALSE(tab.text().contains("Tiles"));
 }
 
 TEST_F(WebPagesTest, OneTimeLinksWorkOnceInTimeAndStayOnTheSite)
