@@ -51,6 +51,8 @@ bool WebPages::handle(HttpConnection* c)
         enter(c);
     else if (path == QLatin1String("/help-center") || path == QLatin1String("/help-center/"))
         help(c);
+    else if (path == QLatin1String("/learn-workspaces") || path == QLatin1String("/learn-workspaces/"))
+        redirect(c, QStringLiteral("/help-center#workspaces"));
     else if (!m_accountPages.handle(c, path) && !m_workspacePages.handle(c, path) && !m_purchasePages.handle(c, path))
         notFound(c, m_sessions.find(c->request()));
     return true;
