@@ -71,16 +71,28 @@ void EventHub::watchListener()
     emit eventsArrived();
 }
 
-bool EventHub::record(const QString& workspaceId, const QString& kind, const QJsonObject& data)
+namespace {
+bool insertEvent(const char* audience, const QString& id, const QString& kind, const QJsonObject& data)
 {
     QSqlQuery query(Database::connection());
-    query.prepare(QStringLiteral("WITH e AS (INSERT INTO events(workspace_id, kind, data) VALUES (?, ?, ?::jsonb) "
-                                 "RETURNING id) SELECT pg_notify('%1', id::text) FROM e")
-                      .arg(QLatin1String(channel)));
-    query.addBindValue(workspaceId);
+    query.prepare(QStringLiteral("WITH e AS (INSERT INTO events(%1, kind, data) VALUES (?, ?, ?::jsonb) "
+                                 "RETURNING id) SELECT pg_notify('%2', id::text) FROM e")
+                      .arg(QLatin1String(audience), QLatin1String(EventHub::channel)));
+    query.addBindValue(id);
     query.addBindValue(kind);
     query.addBindValue(QString::fromUtf8(QJsonDocument(data).toJson(QJsonDocument::Compact)));
     return query.exec();
+}
+} // namespace
+
+bool EventHub::record(const QString& workspaceId, const QString& kind, const QJsonObject& data)
+{
+    return insertEvent("workspace_id", workspaceId, kind, data);
+}
+
+bool EventHub::recordForUser(const QString& userId, const QString& kind, const QJsonObject& data)
+{
+    return insertEvent("user_id", userId, kind, data);
 }
 
 void EventHub::attach(HttpConnection* connection, const QString& userId, qint64 lastEventId)

@@ -35,6 +35,8 @@ public:
 
     // Records the event in the current transaction; it goes out at commit.
     static bool record(const QString& workspaceId, const QString& kind, const QJsonObject& data);
+    // The same for an event that only the user's own streams receive.
+    static bool recordForUser(const QString& userId, const QString& kind, const QJsonObject& data);
 
     // On the connection's own thread.
     void attach(HttpConnection* connection, const QString& userId, qint64 lastEventId);

@@ -53,11 +53,16 @@ void EventStreams::deliverAll()
     // One query for the whole thread. Membership is read at each delivery:
     // a member who was removed gets nothing more from that workspace.
     QSqlQuery query(Database::connection());
+    // Events of a workspace go to its members, events of one person to them.
     query.prepare(QStringLiteral("SELECT e.id, e.kind, e.workspace_id, e.data, m.user_id FROM events e JOIN members m "
                                  "ON m.workspace_id = e.workspace_id WHERE m.user_id = ANY(?::uuid[]) AND e.id > ? "
-                                 "ORDER BY e.id"));
-    query.addBindValue(QLatin1Char('{') + QStringList(users.begin(), users.end()).join(QLatin1Char(','))
-                       + QLatin1Char('}'));
+                                 "UNION ALL SELECT e.id, e.kind, e.workspace_id, e.data, e.user_id FROM events e "
+                                 "WHERE e.user_id = ANY(?::uuid[]) AND e.id > ? ORDER BY 1"));
+    const QString audience =
+        QLatin1Char('{') + QStringList(users.begin(), users.end()).join(QLatin1Char(',')) + QLatin1Char('}');
+    query.addBindValue(audience);
+    query.addBindValue(from);
+    query.addBindValue(audience);
     query.addBindValue(from);
     if (!Database::available() || !query.exec()) {
         m_retry.start();
@@ -72,7 +77,8 @@ void EventStreams::deliverAll()
                 continue;
             if (data.isEmpty()) {
                 QJsonObject object = QJsonDocument::fromJson(query.value(3).toString().toUtf8()).object();
-                object.insert(QStringLiteral("workspace"), query.value(2).toString());
+                if (!query.value(2).isNull())
+                    object.insert(QStringLiteral("workspace"), query.value(2).toString());
                 data = QJsonDocument(object).toJson(QJsonDocument::Compact);
             }
             stream.lastId = id;
