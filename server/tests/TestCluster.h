@@ -24,8 +24,6 @@ public:
 
     // Empty when the cluster stands; otherwise why it doesn't.
     QString missing() const { return m_missing; }
-    // The temporary folder of the cluster, the store and the servers' files.
-    QString folder() const { return m_dir.path(); }
 
     // Starts one more server process, with these [server] settings changed,
     // on the given port or a free one; its port.
