@@ -2,6 +2,7 @@
 
 #include "Accounts.h"
 #include "Database.h"
+#include "EventHub.h"
 #include "HttpConnection.h"
 #include "Mailer.h"
 #include "SignInLimit.h"
@@ -12,6 +13,7 @@
 #include "sdk/accounts/Totp.h"
 
 #include <QDateTime>
+#include <QJsonObject>
 #include <QSqlQuery>
 #include <QUrl>
 #include <QVariant>
@@ -320,21 +322,29 @@ void AccountPages::newPassword(HttpConnection* c)
 void AccountPages::setPassword(HttpConnection* c, const WebSessions::Session& session, const QByteArray& secret,
                                const QString& hash)
 {
+    QSqlDatabase db = Database::connection();
+    db.transaction();
     QString userId;
     QString ignored;
-    if (hash.isEmpty() || !WebSessions::takeLink(secret, QStringLiteral("reset"), &userId, &ignored))
+    if (hash.isEmpty() || !WebSessions::takeLink(secret, QStringLiteral("reset"), &userId, &ignored)) {
+        db.rollback();
         return message(c, 404, session, QStringLiteral("This link has expired"),
                        QStringLiteral("The link was used in the meantime. Ask for a new one."),
                        QStringLiteral("Ask for a new link"), QStringLiteral("/users/password/new"));
-    QSqlQuery update(Database::connection());
+    }
+    QSqlQuery update(db);
     update.prepare(QStringLiteral("UPDATE users SET password_hash = ? WHERE id = ?"));
     update.addBindValue(hash);
     update.addBindValue(userId);
-    if (!update.exec())
+    // Whoever knew the old password is signed out everywhere; signed-in
+    // clients hear of it on their event streams.
+    if (!update.exec() || !WebSessions::endAllOf(userId)
+        || !EventHub::recordForUser(userId, QStringLiteral("password"), {{QStringLiteral("userID"), userId}})
+        || !db.commit()) {
+        db.rollback();
         return message(c, 500, session, QStringLiteral("Password not changed"),
                        QStringLiteral("The server's database failed. Please ask for a new link later."));
-    // Whoever knew the old password is signed out everywhere.
-    WebSessions::endAllOf(userId);
+    }
     WebSessions::Session shown = session;
     if (shown.userId == userId)
         shown.userId.clear();

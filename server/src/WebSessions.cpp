@@ -109,14 +109,16 @@ void WebSessions::end(const Session& session) const
     remove.exec();
 }
 
-void WebSessions::endAllOf(const QString& userId)
+bool WebSessions::endAllOf(const QString& userId)
 {
     for (const QString& table : {QStringLiteral("web_sessions"), QStringLiteral("sessions")}) {
         QSqlQuery remove(Database::connection());
         remove.prepare(QStringLiteral("DELETE FROM %1 WHERE user_id = ?").arg(table));
         remove.addBindValue(userId);
-        remove.exec();
+        if (!remove.exec())
+            return false;
     }
+    return true;
 }
 
 QByteArray WebSessions::cookieOf(const Session& session)

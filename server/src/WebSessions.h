@@ -44,7 +44,7 @@ public:
     Session replace(const Session& old, const QString& userId, const QString& pendingUserId) const;
     void end(const Session& session) const;
     // Ends every session of the user, the API's too: after a new password.
-    static void endAllOf(const QString& userId);
+    static bool endAllOf(const QString& userId);
 
     static QByteArray cookieOf(const Session& session);
     static QByteArray expiredCookie();

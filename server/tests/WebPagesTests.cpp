@@ -397,6 +397,10 @@ TEST_F(WebPagesTest, ConfirmationAndNewPasswordByMail)
     const QString resetPath = link.match(mailIn(outbox, "hal@kiln.example")).captured(1);
     ASSERT_TRUE(resetPath.startsWith("/users/password/edit?token="));
     const QString resetToken = resetPath.section('=', 1);
+    QNetworkReply* stream = cluster->openEvents(port, hal);
+    QByteArray streamed;
+    QObject::connect(stream, &QNetworkReply::readyRead, [&] { streamed += stream->readAll(); });
+    ASSERT_TRUE(TestCluster::waitFor([&] { return streamed.contains(": connected"); }));
     const Answer form = get(resetPath, ask.cookie());
     const QString csrf = csrfOf(form.body);
     shoot(site() + resetPath, QStringLiteral("password-edit"));
@@ -409,6 +413,9 @@ TEST_F(WebPagesTest, ConfirmationAndNewPasswordByMail)
         post("/users/password/edit", ask.cookie(),
              {{"csrf", csrf}, {"token", resetToken}, {"password", "new secret 1"}, {"confirmation", "new secret 1"}});
     EXPECT_EQ(set.status, 200);
+    // Veluria, signed in with the old password, hears of it.
+    EXPECT_TRUE(TestCluster::waitFor([&] { return streamed.contains("event: password"); }));
+    delete stream;
     EXPECT_EQ(cluster->call(port, "GET", "/v1/user", hal).status, 401);
     EXPECT_EQ(get("/", cookie).status, 303);
     EXPECT_FALSE(cluster->signIn(port, "hal@kiln.example", "new secret 1").isEmpty());
