@@ -71,8 +71,8 @@ void WebReply::message(HttpConnection* c, int status, const WebSessions::Session
 void WebReply::notFound(HttpConnection* c, const WebSessions::Session& session)
 {
     message(c, 404, session, QStringLiteral("Not found"),
-            QStringLiteral("There is nothing at this address, or it is not yours to see."), QStringLiteral("Help"),
-            QStringLiteral("/help-center"));
+            QStringLiteral("There is nothing at this address, or it is not yours to see."),
+            QStringLiteral("Your workspaces"), QStringLiteral("/"));
 }
 
 void WebReply::formRefused(HttpConnection* c, const WebSessions::Session& session)
