@@ -29,6 +29,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSettings>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -172,6 +174,14 @@ protected:
             == 201;
     }
 
+    static qint64 sessionsOfBob()
+    {
+        QSqlQuery query(QSqlDatabase::database(QStringLiteral("test")));
+        query.exec(QStringLiteral("SELECT count(*) FROM sessions s JOIN users u ON u.id = s.user_id "
+                                  "WHERE u.email = 'bob@example.com'"));
+        return query.next() ? query.value(0).toLongLong() : -1;
+    }
+
     static inline TestCluster* cluster = nullptr;
     static inline QTemporaryDir* folder = nullptr;
     static inline quint16 first = 0;
@@ -276,9 +286,12 @@ TEST_F(RemoteSessionTest, APublicationOfAnotherMachineArrivesThroughTheOtherServ
     extra.insert(QStringLiteral("VELURIA_CHILD_CONFIG"), bobConfig);
     extra.insert(QStringLiteral("VELURIA_CHILD_WORKSPACE"), posters);
     extra.insert(QStringLiteral("VELURIA_CHILD_TEXT"), QStringLiteral("From the other desk"));
+    const qint64 bobSessions = sessionsOfBob();
     ChildProcess bob(QStringLiteral("RemotePublisher"), bobHome.filePath(QStringLiteral("data")), bobHome.path(),
                      extra);
     ASSERT_TRUE(bob.waitForSuccess(60000)) << qPrintable(bob.output());
+    // Bob's client quit right after signing out: the server heard of it.
+    EXPECT_EQ(sessionsOfBob(), bobSessions);
     ASSERT_TRUE(TestCluster::waitFor([&] { return !delegate.heard.isEmpty(); }, 5000));
     EXPECT_EQ(delegate.heard, QStringList{"Posters|bob@example.com|From the other desk"});
     EXPECT_EQ(ann.session->workspaces().value(0), shared);
