@@ -135,7 +135,10 @@ AdminOutcome changePassword(const AdminCall& call)
     QSqlQuery sessions(db);
     sessions.prepare(QStringLiteral("DELETE FROM sessions WHERE user_id = ?"));
     sessions.addBindValue(account->id);
-    if (!change.exec() || !sessions.exec()
+    QSqlQuery browsers(db);
+    browsers.prepare(QStringLiteral("DELETE FROM web_sessions WHERE user_id = ?"));
+    browsers.addBindValue(account->id);
+    if (!change.exec() || !sessions.exec() || !browsers.exec()
         || !EventHub::recordForUser(account->id, QStringLiteral("password"), {{QStringLiteral("userID"), account->id}})
         || !db.commit()) {
         db.rollback();

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QStorageInfo>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -54,10 +55,11 @@ bool BlobStore::isDigest(const QString& text)
     return hex.match(text).hasMatch();
 }
 
-bool BlobStore::commit(const QString& uploadId, const QString& sha256, QString* failure, const QByteArray& hashed) const
+bool BlobStore::commit(const QString& uploadId, const QString& sha256, QString* failure,
+                       const QByteArray& knownDigest) const
 {
     const QString partial = uploadPath(uploadId);
-    QByteArray digest = hashed;
+    QByteArray digest = knownDigest;
     if (digest.isEmpty()) {
         QFile file(partial);
         if (!file.open(QIODevice::ReadOnly)) {
@@ -93,4 +95,10 @@ bool BlobStore::commit(const QString& uploadId, const QString& sha256, QString* 
 void BlobStore::discard(const QString& uploadId) const
 {
     QFile::remove(uploadPath(uploadId));
+}
+
+bool BlobStore::hasRoomFor(qint64 bytes) const
+{
+    QStorageInfo disk(m_root);
+    return !disk.isValid() || disk.bytesAvailable() >= bytes;
 }

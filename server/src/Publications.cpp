@@ -75,7 +75,10 @@ QString Publications::addRevision(const QString& workspaceId, const QString& use
                                 {QStringLiteral("sha256"), revision.sha256}};
     if (publish && insertPublication(workspaceId, userId, text, revisionId, described).isEmpty())
         return finish(db, {});
-    if (!publish && !EventHub::record(workspaceId, QStringLiteral("revision"), described))
+    // Whose it is lets the uploader's own clients leave it alone.
+    QJsonObject unpublished = described;
+    unpublished.insert(QStringLiteral("userID"), userId);
+    if (!publish && !EventHub::record(workspaceId, QStringLiteral("revision"), unpublished))
         return finish(db, {});
     return finish(db, revisionId);
 }

@@ -99,8 +99,9 @@ void TransferApi::headersReceived(HttpConnection* c, const QStringList& path)
     }
     // Unbuffered: every byte received is the kernel's at once, so a killed
     // server process loses nothing that the offset reports.
-    auto* sink = new HashingFile(partial, lock.get());
-    if (!sink->openForAppend()) {
+    // From the first byte on, the bytes are hashed as they come.
+    auto* sink = offset == 0 ? new HashingFile(partial, lock.get()) : new QFile(partial, lock.get());
+    if (!sink->open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
         c->respondError(500, 500, QStringLiteral("The server can't write the upload."));
         return;
     }
@@ -151,6 +152,8 @@ void TransferApi::createUpload(HttpConnection* c, const QString& userId)
     if (!acceptableName(fileName) || size < 0 || !BlobStore::isDigest(sha256))
         return c->respondError(
             422, 422, QStringLiteral("An upload needs a file name, its size and its SHA-256 in lower-case hex."));
+    if (!m_store.hasRoomFor(size))
+        return c->respondError(507, 507, QStringLiteral("The server's store has no room for this file at the moment."));
     QSqlQuery insert(Database::connection());
     insert.prepare(QStringLiteral("INSERT INTO uploads(user_id, workspace_id, file_name, size, sha256, publish, "
                                   "publication_text) VALUES (?, ?, ?, ?, ?, ?, coalesce(?, '')) RETURNING id"));
@@ -184,20 +187,21 @@ void TransferApi::reportOffset(HttpConnection* c, const QString& userId, const Q
 
 void TransferApi::finishPatch(HttpConnection* c, const QString& userId, const QString& segment)
 {
+    QByteArray received;
+    if (auto* lock = c->findChild<UploadLock*>()) {
+        if (auto* hashed = lock->findChild<HashingFile*>(); hashed && hashed->isOpen())
+            received = hashed->pos() == hashed->size() ? hashed->hexDigest() : QByteArray();
+        delete lock;
+    }
     Upload upload;
-    const bool known = loadUpload(c, segment, userId, &upload);
-    // The lock goes first; what the body's file hashed on the way is kept.
-    auto* sink = c->findChild<HashingFile*>();
-    const QByteArray hashed = sink && known ? sink->digestOf(upload.revision.size) : QByteArray();
-    delete c->findChild<UploadLock*>();
-    if (!known)
+    if (!loadUpload(c, segment, userId, &upload))
         return;
     const qint64 offset = QFileInfo(m_store.uploadPath(upload.id)).size();
     if (offset < upload.revision.size)
         return c->respond(204, {}, {{"Upload-Offset", QByteArray::number(offset)}});
 
     QString failure;
-    if (!m_store.commit(upload.id, upload.revision.sha256, &failure, hashed)) {
+    if (!m_store.commit(upload.id, upload.revision.sha256, &failure, received)) {
         QSqlQuery gone(Database::connection());
         gone.prepare(QStringLiteral("DELETE FROM uploads WHERE id = ?"));
         gone.addBindValue(upload.id);

@@ -13,7 +13,6 @@
 #include "sdk/transfers/LocalTransferRunner.h"
 #include "sdk/transfers/Reaper.h"
 #include "sdk/transfers/TransferLeftovers.h"
-#include "sdk/transfers/TransferStore.h"
 #include "sdk/workspaces/LocalProject.h"
 
 #include "sdk/accounts/LocalUser.h"
@@ -22,8 +21,6 @@
 #include "service/VLRPublication.h"
 #include "service/VLRUser.h"
 #include "service/VLRUserSessionDelegate.h"
-
-#include <QSet>
 
 namespace {
 
@@ -123,20 +120,11 @@ void LocalUserSession::loadLists()
             Loaded loaded;
             QString failure;
             const auto catalog = CatalogSnapshot::read(database, userId, afterSeq, &failure);
-            TransferStore transfers(database);
-            const auto queued = transfers.load(userId, false);
-            const auto completed = transfers.load(userId, true);
-            if (!catalog || !queued || !completed)
+            const auto transfers = SavedTransfers::load(database, userId);
+            if (!catalog || !transfers)
                 return fail(catalog ? database.errorMessage() : failure);
             loaded.catalog = *catalog;
-            loaded.queued = *queued;
-            loaded.completed = *completed;
-            QSet<QString> resumableTargets;
-            for (const TransferJob& job : loaded.queued)
-                resumableTargets.insert(job.filePath);
-            for (const TransferJob& job : loaded.completed)
-                if (job.error && !resumableTargets.contains(job.filePath))
-                    TransferLeftovers::discard(job, database.folder());
+            loaded.transfers = *transfers;
             MainThread::post([weak, loaded] {
                 if (auto self = weak.lock())
                     self->listsLoaded(loaded);
@@ -150,15 +138,10 @@ void LocalUserSession::listsLoaded(const Loaded& loaded)
     if (m_ended)
         return;
     applyCatalog(loaded.catalog);
-    auto uploads = std::static_pointer_cast<TransferQueue>(uploader());
-    auto downloads = std::static_pointer_cast<TransferQueue>(downloader());
-    VLRTransferList completed;
-    completed.reserve(loaded.completed.size());
-    for (const TransferJob& job : loaded.completed)
-        completed.append(std::make_shared<QueuedTransfer>(job, job.type == TransferJob::Upload ? uploads : downloads));
-    setCompletedTransfers(completed);
-    for (const TransferJob& job : loaded.queued)
-        (job.type == TransferJob::Upload ? uploads : downloads)->add(job);
+    const auto uploads = std::static_pointer_cast<TransferQueue>(uploader());
+    const auto downloads = std::static_pointer_cast<TransferQueue>(downloader());
+    setCompletedTransfers(loaded.transfers.finished(uploads, downloads));
+    loaded.transfers.resume(uploads, downloads);
     setSyncingLists(false);
     startWatching(loaded.catalog.catalogVersion);
 }

@@ -2,6 +2,7 @@
 
 #include "sdk/accounts/AccountStore.h"
 #include "sdk/catalogue/CatalogSnapshot.h"
+#include "sdk/transfers/SavedTransfers.h"
 #include "sdk/transfers/TransferQueue.h"
 #include "sdk/transfers/TransferQueueHost.h"
 #include "sdk/workspaces/WorkspaceDirectory.h"
@@ -77,8 +78,7 @@ private:
     struct Loaded
     {
         CatalogSnapshot catalog;
-        QList<TransferJob> queued;
-        QList<TransferJob> completed;
+        SavedTransfers transfers;
     };
 
     explicit LocalUserSession(const Start& start);

@@ -3,6 +3,7 @@
 #include "sdk/base/PrivateFiles.h"
 #include "sdk/base/ServiceError.h"
 #include "sdk/net/HttpStream.h"
+#include "sdk/net/RemoteTransfers.h"
 #include "sdk/store/Sha256.h"
 #include "sdk/transfers/DownloadRun.h"
 
@@ -154,8 +155,8 @@ TransferResult RemoteDownloadRun::finish(const QByteArray& digestHeader)
     m_fd = -1;
     if (!synced)
         return TransferResult::failed(DownloadRun::unwritable(m_job.filePath));
-    TransferResult result =
-        DownloadRun::putInPlace(m_database, m_databaseFolder, m_job, m_partial, m_job.revisionId, m_job.revisionId);
+    TransferResult result = DownloadRun::putInPlace(m_database, m_databaseFolder, m_job, m_partial,
+                                                    RemoteTransfers::assetOf(m_job), m_job.revisionId);
     result.totalSize = m_have;
     return result;
 }

@@ -45,8 +45,14 @@ TransferJob RemoteTransfers::downloadJob(const QString& userId, const Revision& 
     job.totalSize = revision.size;
     job.workspaceId = revision.workspaceId;
     job.revisionId = revision.id;
+    job.text = revision.fileName;
     job.createdAt = Clock::nowMs();
     return job;
+}
+
+QString RemoteTransfers::assetOf(const TransferJob& job)
+{
+    return job.workspaceId + QLatin1Char('/') + job.text;
 }
 
 void RemoteTransfers::resolveDownloadLink(QNetworkAccessManager& network, const RemoteEndpoint& endpoint,

@@ -38,8 +38,14 @@ public:
     };
     // A download of the revision into the folder, under its file name made
     // safe; a name taken by then is settled when the file is put in place.
+    // The job's text keeps the file name as the member gave it.
     static TransferJob downloadJob(const QString& userId, const Revision& revision, const QString& folder,
                                    qint64 subType);
+
+    // What a download is recorded under in the local database, so that a
+    // newer revision finds the earlier ones: the server names a file across
+    // its revisions only by its workspace and name.
+    static QString assetOf(const TransferJob& job);
 
     // Where a workspace's downloads go, asked on the GUI thread.
     using FolderForWorkspace = std::function<QString(const QString& workspaceId)>;

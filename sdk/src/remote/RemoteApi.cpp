@@ -42,8 +42,8 @@ bool RemoteApi::certificateRefused(QNetworkReply* reply)
     return reply->property("certificateRefused").toBool() || reply->error() == QNetworkReply::SslHandshakeFailedError;
 }
 
-void RemoteApi::send(const RemoteEndpoint& endpoint, const QByteArray& method, const QString& path,
-                     const std::optional<QJsonObject>& body, Handler handler)
+QNetworkReply* RemoteApi::send(const RemoteEndpoint& endpoint, const QByteArray& method, const QString& path,
+                               const std::optional<QJsonObject>& body, Handler handler)
 {
     QNetworkRequest request = endpoint.request(path);
     request.setTransferTimeout(TimeoutMilliseconds);
@@ -53,6 +53,7 @@ void RemoteApi::send(const RemoteEndpoint& endpoint, const QByteArray& method, c
     capSize(reply);
     QObject::connect(reply, &QNetworkReply::finished, reply,
                      [reply, handler = std::move(handler)] { finish(reply, true, handler); });
+    return reply;
 }
 
 void RemoteApi::fetch(const RemoteEndpoint& endpoint, const QString& path, Handler handler)

@@ -36,9 +36,10 @@ public:
     // was trusted never serves a request after the user took that back.
     static QNetworkAccessManager* network(const RemoteEndpoint& endpoint);
 
-    // method "GET", "POST", "DELETE"; a body only when given.
-    static void send(const RemoteEndpoint& endpoint, const QByteArray& method, const QString& path,
-                     const std::optional<QJsonObject>& body, Handler handler);
+    // method "GET", "POST", "DELETE"; a body only when given. The reply is
+    // the caller's to watch, never to delete.
+    static QNetworkReply* send(const RemoteEndpoint& endpoint, const QByteArray& method, const QString& path,
+                               const std::optional<QJsonObject>& body, Handler handler);
     // A GET whose answer is not JSON (an image).
     static void fetch(const RemoteEndpoint& endpoint, const QString& path, Handler handler);
 

@@ -1,25 +1,24 @@
 #include "sdk/remote/RemoteUserSession.h"
 
 #include "sdk/base/Clock.h"
+#include "sdk/base/Database.h"
 #include "sdk/base/MainThread.h"
 #include "sdk/base/ServiceError.h"
+#include "sdk/base/ServiceThread.h"
+#include "sdk/base/SqlStatement.h"
 #include "sdk/net/RemoteTransfers.h"
 #include "sdk/remote/RemoteError.h"
 #include "sdk/store/UserFolders.h"
+#include "sdk/transfers/SavedTransfers.h"
 #include "sdk/transfers/TransferLeftovers.h"
 #include "sdk/transfers/TransferQueue.h"
+#include "sdk/transfers/TransferStore.h"
+#include "sdk/transfers/TransfersLog.h"
 
 #include "service/VLRTransferReporting.h"
 
 #include <QDir>
 #include <QFileInfo>
-
-namespace {
-
-// A download that a person asked for, as opposed to an automatic one.
-constexpr qint64 RequestedDownload = 1;
-
-} // namespace
 
 bool RemoteUserSession::allTransfersPaused() const
 {
@@ -42,16 +41,61 @@ bool RemoteUserSession::takeCompletedTransfer(const QueuedTransferPtr& transfer)
     return true;
 }
 
-// The queues of a team server's session are kept for as long as it lasts.
-void RemoteUserSession::persistTransfer(const TransferJob&)
-{ }
+void RemoteUserSession::onService(std::function<void(Database& database)> task)
+{
+    if (!m_service)
+        return;
+    m_service->post([folder = m_databaseFolder, task = std::move(task)](ServiceThread& thread) {
+        QString failure;
+        if (Database* database = thread.database(folder, &failure))
+            task(*database);
+        else
+            qCWarning(lcTransfers, "The database can't be opened: %s", qUtf8Printable(failure));
+    });
+}
 
-void RemoteUserSession::forgetTransfer(const QString&)
-{ }
+void RemoteUserSession::resumeSavedTransfers()
+{
+    const auto weak = weakSelf();
+    onService([weak, userId = userID()](Database& database) {
+        const auto saved = SavedTransfers::load(database, userId);
+        if (!saved) {
+            qCWarning(lcTransfers, "The saved transfers could not be read: %s",
+                      qUtf8Printable(database.errorMessage()));
+            return;
+        }
+        MainThread::post([weak, saved] {
+            auto self = weak.lock();
+            if (!self || self->m_ended)
+                return;
+            const auto uploads = std::static_pointer_cast<TransferQueue>(self->uploader());
+            const auto downloads = std::static_pointer_cast<TransferQueue>(self->downloader());
+            // Whatever finished meanwhile in this session stays listed after them.
+            self->setCompletedTransfers(saved->finished(uploads, downloads) + self->completedTransfers());
+            saved->resume(uploads, downloads);
+        });
+    });
+}
+
+void RemoteUserSession::persistTransfer(const TransferJob& job)
+{
+    onService([job](Database& database) {
+        if (!TransferStore(database).save(job))
+            qCWarning(lcTransfers, "A transfer could not be saved: %s", qUtf8Printable(database.errorMessage()));
+    });
+}
+
+void RemoteUserSession::forgetTransfer(const QString& id)
+{
+    onService([id](Database& database) {
+        if (!TransferStore(database).remove(id))
+            qCWarning(lcTransfers, "A transfer could not be removed: %s", qUtf8Printable(database.errorMessage()));
+    });
+}
 
 void RemoteUserSession::discardPartials(const TransferJob& job)
 {
-    TransferLeftovers::discard(job, m_databaseFolder);
+    onService([job](Database& database) { TransferLeftovers::discard(job, database.folder()); });
 }
 
 void RemoteUserSession::uploadAndPublishNewRevision(const QUrl& fileURL, const QString& workspaceIdentifier, bool,
@@ -106,6 +150,11 @@ void RemoteUserSession::clearCompletedTransfers()
         if (transfer->error())
             discardPartials(std::static_pointer_cast<QueuedTransfer>(transfer)->job());
     setCompletedTransfers({});
+    onService([userId = userID()](Database& database) {
+        if (!TransferStore(database).removeFinished(userId))
+            qCWarning(lcTransfers, "The completed transfers could not be removed: %s",
+                      qUtf8Printable(database.errorMessage()));
+    });
 }
 
 void RemoteUserSession::downloadUrl(const QString& url, const VLRTransferHandler& completionHandler)
@@ -145,8 +194,8 @@ void RemoteUserSession::requestDownload(const QString& url, const QString& folde
         return UserFolders::workspaceFolder(workspace ? workspace->name() : workspaceId, workspaceId);
     };
     RemoteTransfers::resolveDownloadLink(
-        *RemoteApi::network(m_endpoint), m_endpoint, url, userID(), RequestedDownload, folderFor,
-        [weak, answer](const std::optional<TransferJob>& job, const vlr::OptionalError& error) {
+        *RemoteApi::network(m_endpoint), m_endpoint, url, userID(), VLRTransferReporting::RequestedDownloadSubType,
+        folderFor, [weak, answer](const std::optional<TransferJob>& job, const vlr::OptionalError& error) {
             auto self = weak.lock();
             if (error || !job || !self || self->m_ended) {
                 if (self && error)
@@ -155,4 +204,42 @@ void RemoteUserSession::requestDownload(const QString& url, const QString& folde
             }
             answer(std::static_pointer_cast<TransferQueue>(self->downloader())->add(*job), std::nullopt);
         });
+}
+
+// A newer revision of a file that this user has downloaded comes down by
+// itself, into the place of each earlier download that is still there.
+void RemoteUserSession::queueRevisionDownload(const EventStream::Event& event)
+{
+    const QString workspaceId = event.data.value(QStringLiteral("workspace")).toString();
+    const QJsonObject described =
+        event.kind == "revision" ? event.data : event.data.value(QStringLiteral("revision")).toObject();
+    const auto revision = RemoteTransfers::Revision::fromJson(described, workspaceId);
+    if (!revision || m_ended || event.data.value(QStringLiteral("userID")).toString() == userID())
+        return;
+    const TransferJob planned =
+        RemoteTransfers::downloadJob(userID(), *revision, QString(), VLRTransferReporting::AutoRevisionSubType);
+    const auto weak = weakSelf();
+    onService([weak, planned](Database& database) {
+        QList<TransferJob> jobs;
+        SqlStatement earlier(database.handle(),
+                             "SELECT path FROM downloads WHERE user_id = ?1 AND asset_id = ?2 AND revision_id != ?3");
+        earlier.bind(1, planned.userId).bind(2, RemoteTransfers::assetOf(planned)).bind(3, planned.revisionId);
+        while (earlier.next()) {
+            if (!QFileInfo::exists(earlier.text(0)))
+                continue;
+            TransferJob job = planned;
+            job.id = Clock::newIdentifier();
+            job.filePath = earlier.text(0);
+            jobs.append(job);
+        }
+        if (jobs.isEmpty())
+            return;
+        MainThread::post([weak, jobs] {
+            auto self = weak.lock();
+            if (!self || self->m_ended)
+                return;
+            for (const TransferJob& job : jobs)
+                std::static_pointer_cast<TransferQueue>(self->downloader())->add(job);
+        });
+    });
 }

@@ -4,11 +4,14 @@
 #include "sdk/accounts/SessionRegistry.h"
 #include "sdk/base/DatabaseLocation.h"
 #include "sdk/base/MainThread.h"
+#include "sdk/base/ServiceThread.h"
 #include "sdk/local/LocalInstallerUpdater.h"
 #include "sdk/net/RemoteTransfers.h"
+#include "sdk/remote/PendingSignOuts.h"
 #include "sdk/remote/RemoteError.h"
 #include "sdk/remote/RemoteLog.h"
 #include "sdk/remote/RemoteWorkspaceUser.h"
+#include "sdk/transfers/Reaper.h"
 #include "sdk/transfers/TransferQueue.h"
 #include "sdk/workspaces/LocalPublication.h"
 
@@ -49,6 +52,7 @@ std::shared_ptr<RemoteUserSession> RemoteUserSession::create(const RemoteEndpoin
         if (auto self = weak.lock())
             self->end();
     });
+    session->resumeSavedTransfers();
     session->startStream();
     return session;
 }
@@ -60,6 +64,8 @@ RemoteUserSession::RemoteUserSession(const RemoteEndpoint& endpoint, const QStri
     setUserID(userId);
     const QUrl folder = DatabaseLocation::current();
     m_databaseFolder = folder.isLocalFile() ? folder.toLocalFile() : QString();
+    if (!m_databaseFolder.isEmpty())
+        m_service = std::make_unique<ServiceThread>();
     setUploader(std::make_shared<TransferQueue>(RemoteTransfers::runner(endpoint, m_databaseFolder), *this));
     setDownloader(std::make_shared<TransferQueue>(RemoteTransfers::runner(endpoint, m_databaseFolder), *this));
     setUpdater(std::make_shared<LocalInstallerUpdater>());
@@ -294,6 +300,7 @@ void RemoteUserSession::eventArrived(const EventStream::Event& event)
         rememberPosition();
         return wantAvatar(person);
     }
+    queueRevisionDownload(event);
     if (event.kind != "publication")
         return rememberPosition();
     m_pending.append(event);
@@ -370,6 +377,11 @@ void RemoteUserSession::end()
         m_stream->stop();
     for (const VLRTransferQueuePtr& queue : {uploader(), downloader()})
         std::static_pointer_cast<TransferQueue>(queue)->suspend();
+    // The last writes of the transfers' state still go to the database.
+    Reaper::retire([service = std::shared_ptr<ServiceThread>(std::move(m_service))] {
+        if (service)
+            service->finishAndStop();
+    });
     if (syncingLists())
         setSyncingLists(false);
     if (syncingWorkspaces())
@@ -388,12 +400,12 @@ void RemoteUserSession::logoutWithCompletionHandler(const VLRErrorHandler& handl
     // it can be reached, and the session ends here in any case.
     if (!m_ended) {
         end();
-        RemoteApi::send(m_endpoint, "DELETE", QStringLiteral("sessions/current"), std::nullopt,
-                        [](const RemoteApi::Answer& answer) {
-                            if (answer.error)
-                                qCInfo(lcRemote, "The server did not hear of the sign-out: %s",
-                                       qUtf8Printable(answer.error->localizedDescription));
-                        });
+        PendingSignOuts::add(RemoteApi::send(m_endpoint, "DELETE", QStringLiteral("sessions/current"), std::nullopt,
+                                             [](const RemoteApi::Answer& answer) {
+                                                 if (answer.error)
+                                                     qCInfo(lcRemote, "The server did not hear of the sign-out: %s",
+                                                            qUtf8Printable(answer.error->localizedDescription));
+                                             }));
     }
     if (handler)
         MainThread::post([handler] { handler(std::nullopt); });

@@ -16,7 +16,9 @@
 
 #include <memory>
 
+class Database;
 class RemoteWorkspaceUser;
+class ServiceThread;
 
 // A session of a team server, signed in with a token. Its lists come from
 // the server's API, its news from the push stream; every change that the
@@ -32,8 +34,11 @@ class RemoteWorkspaceUser;
 //
 // Files go up and down on the two queues' workers, by the team server's
 // runner; downloads are recorded in the local database as the embedded
-// service's are. The queues live as long as the session: a transfer that a
-// sign-out interrupts is not taken up by the next session.
+// service's are. The queues are kept there too, under the user's id (which
+// the server made, so no other server's user has it): a transfer that a
+// sign-out or quit interrupts goes on in the next session of that user. A
+// newer revision of a file that the user downloaded comes down by itself,
+// into the place of the earlier one.
 class RemoteUserSession : public VLRUserSession, public TransferQueueHost
 {
 public:
@@ -101,9 +106,16 @@ private:
     void failed(const vlr::Error& error);
     void end();
     void requestDownload(const QString& url, const QString& folder, const VLRTransferHandler& completionHandler);
+    // Off the GUI thread, on the local database, in order.
+    void onService(std::function<void(Database& database)> task);
+    void resumeSavedTransfers();
+    // The revision of a publication or of a "revision" event, when somebody
+    // else's.
+    void queueRevisionDownload(const EventStream::Event& event);
 
     RemoteEndpoint m_endpoint;
     QString m_databaseFolder;
+    std::unique_ptr<ServiceThread> m_service;
     PushPosition m_position;
     std::unique_ptr<EventStream> m_stream;
     std::shared_ptr<void> m_registration;

@@ -2,6 +2,7 @@
 
 #include "sdk/local/EmbeddedServiceLibrary.h"
 #include "sdk/remote/RemoteEnvironment.h"
+#include "sdk/remote/RemoteInit.h"
 #include "sdk/remote/RemoteReachabilityManager.h"
 #include "sdk/remote/RemoteUtils.h"
 
@@ -14,7 +15,7 @@
 class VeluriaServiceLibrary : public VLRServiceLibrary
 {
 public:
-    VLRInit& init() override { return m_embedded.init(); }
+    VLRInit& init() override { return m_init; }
     VLREnvironment& environment() override { return m_environment; }
     VLRKeychain& keychain() override { return m_embedded.keychain(); }
     VLRUtils& utils() override { return m_utils; }
@@ -28,6 +29,7 @@ public:
 
 private:
     EmbeddedServiceLibrary m_embedded;
+    RemoteInit m_init{m_embedded.init()};
     RemoteEnvironment m_environment;
     RemoteUtils m_utils;
     RemoteReachabilityManager m_reachabilityManager;

@@ -21,6 +21,7 @@
 #include "service/VLRWorkspaceUser.h"
 
 #include <QBuffer>
+#include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -28,6 +29,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSettings>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -98,6 +101,25 @@ struct Delegate : VLRUserSessionDelegate
     QStringList heard;
 };
 
+QByteArray pngOf(const QColor& colour)
+{
+    QImage picture(4, 4, QImage::Format_RGB32);
+    picture.fill(colour);
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, "PNG");
+    return png;
+}
+
+const QueuedTransfer* finishedTransferOf(const VLRUserSessionPtr& session, const QString& filePath)
+{
+    for (const VLRTransferReportingPtr& transfer : session->completedTransfers())
+        if (const auto* queued = static_cast<const QueuedTransfer*>(transfer.get()); queued->job().filePath == filePath)
+            return queued;
+    return nullptr;
+}
+
 } // namespace
 
 class RemoteSessionTest : public ::testing::Test
@@ -150,6 +172,14 @@ protected:
                           QJsonDocument(QJsonObject{{QStringLiteral("text"), text}}).toJson())
                    .status
             == 201;
+    }
+
+    static qint64 sessionsOfBob()
+    {
+        QSqlQuery query(QSqlDatabase::database(QStringLiteral("test")));
+        query.exec(QStringLiteral("SELECT count(*) FROM sessions s JOIN users u ON u.id = s.user_id "
+                                  "WHERE u.email = 'bob@example.com'"));
+        return query.next() ? query.value(0).toLongLong() : -1;
     }
 
     static inline TestCluster* cluster = nullptr;
@@ -256,9 +286,12 @@ TEST_F(RemoteSessionTest, APublicationOfAnotherMachineArrivesThroughTheOtherServ
     extra.insert(QStringLiteral("VELURIA_CHILD_CONFIG"), bobConfig);
     extra.insert(QStringLiteral("VELURIA_CHILD_WORKSPACE"), posters);
     extra.insert(QStringLiteral("VELURIA_CHILD_TEXT"), QStringLiteral("From the other desk"));
+    const qint64 bobSessions = sessionsOfBob();
     ChildProcess bob(QStringLiteral("RemotePublisher"), bobHome.filePath(QStringLiteral("data")), bobHome.path(),
                      extra);
     ASSERT_TRUE(bob.waitForSuccess(60000)) << qPrintable(bob.output());
+    // Bob's client quit right after signing out: the server heard of it.
+    EXPECT_EQ(sessionsOfBob(), bobSessions);
     ASSERT_TRUE(TestCluster::waitFor([&] { return !delegate.heard.isEmpty(); }, 5000));
     EXPECT_EQ(delegate.heard, QStringList{"Posters|bob@example.com|From the other desk"});
     EXPECT_EQ(ann.session->workspaces().value(0), shared);
@@ -405,37 +438,51 @@ TEST_F(RemoteSessionTest, AnExpiredTokenOneEndedElsewhereAndAChangedPasswordEndT
     EXPECT_TRUE(TestCluster::waitFor([&] { return loggedOut; }));
 }
 
-TEST_F(RemoteSessionTest, APictureAndAPasswordSetByAnAdministratorReachTheSignedInClient)
+TEST_F(RemoteSessionTest, PicturesAndAPasswordSetByAnAdministratorReachTheSignedInClient)
 {
     cluster->addUser(QStringLiteral("dee@example.com"), QStringLiteral("dee secret"));
     ASSERT_TRUE(cluster->sql(QStringLiteral("UPDATE users SET administrator = true WHERE email = 'dee@example.com'")));
+    const QByteArray admin = cluster->signIn(first, QStringLiteral("dee@example.com"), QStringLiteral("dee secret"));
+    const auto command = [&](const QString& name, const QJsonObject& body) {
+        return cluster->call(first, "POST", QStringLiteral("/v1/admin/") + name, admin, QJsonDocument(body).toJson())
+            .status;
+    };
+    const auto setPicture = [&](const QString& email, const QColor& colour) {
+        const QString sha256 = cluster->call(first, "POST", QStringLiteral("/v1/admin/blobs"), admin, pngOf(colour))
+                                   .json[QStringLiteral("sha256")]
+                                   .toString();
+        return command(QStringLiteral("avatar"),
+                       {{QStringLiteral("arguments"), QJsonArray{email, QStringLiteral("picture.png")}},
+                        {QStringLiteral("files"), QJsonObject{{QStringLiteral("1"), sha256}}}});
+    };
+    // Bob shares a workspace with Dee and has a picture before she signs in.
+    const QString portraits =
+        cluster->call(first, "POST", QStringLiteral("/v1/workspaces"), admin, R"({"name": "Portraits"})")
+            .json.value(QStringLiteral("id"))
+            .toString();
+    cluster->call(first, "POST", QStringLiteral("/v1/workspaces/%1/members").arg(portraits), admin,
+                  R"({"email": "bob@example.com"})");
+    ASSERT_EQ(setPicture(QStringLiteral("bob@example.com"), Qt::green), 200);
+
     const Outcome outcome = signIn(QStringLiteral("dee@example.com"), QStringLiteral("dee secret"));
     ASSERT_TRUE(outcome.session);
     Delegate delegate;
     outcome.session->setDelegate(&delegate);
     ASSERT_TRUE(TestCluster::waitFor([&] { return !outcome.session->syncingLists(); }));
-    ASSERT_TRUE(outcome.session->user()->avatar().isNull());
-
-    const QByteArray admin = cluster->signIn(first, QStringLiteral("dee@example.com"), QStringLiteral("dee secret"));
-    QImage picture(4, 4, QImage::Format_RGB32);
-    picture.fill(Qt::red);
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QIODevice::WriteOnly);
-    picture.save(&buffer, "PNG");
-    const QString sha256 = cluster->call(first, "POST", QStringLiteral("/v1/admin/blobs"), admin, png)
-                               .json[QStringLiteral("sha256")]
-                               .toString();
-    const auto command = [&](const QString& name, const QJsonObject& body) {
-        return cluster->call(first, "POST", QStringLiteral("/v1/admin/") + name, admin, QJsonDocument(body).toJson())
-            .status;
+    EXPECT_TRUE(outcome.session->user()->avatar().isNull());
+    // The owner comes first, then Bob.
+    const auto bobsPicture = [&] {
+        const VLRWorkspacePtr workspace = outcome.session->workspaceFromID(portraits);
+        const VLRWorkspaceUserPtr bob = workspace ? workspace->workspaceUsers().value(1) : nullptr;
+        return bob && !bob->avatar().isNull() ? bob->avatar().pixelColor(0, 0) : QColor();
     };
-    ASSERT_EQ(command(QStringLiteral("avatar"),
-                      {{QStringLiteral("arguments"),
-                        QJsonArray{QStringLiteral("dee@example.com"), QStringLiteral("dee.png")}},
-                       {QStringLiteral("files"), QJsonObject{{QStringLiteral("1"), sha256}}}}),
-              200);
+    EXPECT_TRUE(TestCluster::waitFor([&] { return bobsPicture() == QColor(Qt::green); }));
+
+    ASSERT_EQ(setPicture(QStringLiteral("dee@example.com"), Qt::red), 200);
     EXPECT_TRUE(TestCluster::waitFor([&] { return !outcome.session->user()->avatar().isNull(); }));
+    // A changed picture replaces the one shown.
+    ASSERT_EQ(setPicture(QStringLiteral("bob@example.com"), Qt::blue), 200);
+    EXPECT_TRUE(TestCluster::waitFor([&] { return bobsPicture() == QColor(Qt::blue); }));
 
     ASSERT_EQ(command(QStringLiteral("passwd"),
                       {{QStringLiteral("arguments"),
@@ -443,6 +490,74 @@ TEST_F(RemoteSessionTest, APictureAndAPasswordSetByAnAdministratorReachTheSigned
               200);
     EXPECT_TRUE(TestCluster::waitFor([&] { return delegate.passwordChanges == 1; }));
     EXPECT_EQ(delegate.lost, 0);
+}
+
+// Ann's upload waits, paused, when she signs out; her next session sends it.
+// She downloads it; Bob's newer revision of the file then replaces her copy.
+TEST_F(RemoteSessionTest, AnUploadLeftAtSignOutGoesOnNextTimeAndANewerRevisionReplacesTheDownload)
+{
+    const QString source = folder->filePath(QStringLiteral("flyer.txt"));
+    QFile file(source);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("first flyer");
+    file.close();
+    const Outcome before = signIn(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
+    ASSERT_TRUE(before.session);
+    before.session->pauseAllTransfers(true);
+    vlr::OptionalError refusal;
+    before.session->uploadAndPublishNewRevision(QUrl::fromLocalFile(source), posters, true, QStringLiteral("Flyer"),
+                                                &refusal);
+    ASSERT_FALSE(refusal);
+    before.session->logoutWithCompletionHandler({});
+
+    const Outcome ann = signIn(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
+    ASSERT_TRUE(ann.session);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return finishedTransferOf(ann.session, source); }, 20000));
+    const TransferJob upload = finishedTransferOf(ann.session, source)->job();
+    ASSERT_FALSE(upload.error) << qPrintable(upload.error->localizedDescription);
+
+    QTemporaryDir target;
+    const QString copy = target.filePath(QStringLiteral("flyer.txt"));
+    vlr::OptionalError failure;
+    ann.session->downloadUrl(
+        QStringLiteral("veluria://download?workspace=%1&revision=%2").arg(posters, upload.revisionId),
+        QUrl::fromLocalFile(target.path()),
+        [&](const VLRTransferReportingPtr&, const vlr::OptionalError& e) { failure = e; });
+    ASSERT_TRUE(TestCluster::waitFor([&] { return finishedTransferOf(ann.session, copy); }, 20000));
+    ASSERT_FALSE(failure);
+
+    const QByteArray newer("second flyer, from Bob");
+    const QByteArray bob = cluster->signIn(second, QStringLiteral("bob@example.com"), QStringLiteral("bob secret"));
+    const TestCluster::Reply started = cluster->call(
+        second, "POST", QStringLiteral("/v1/uploads"), bob,
+        QJsonDocument(
+            QJsonObject{{QStringLiteral("workspace"), posters},
+                        {QStringLiteral("fileName"), QStringLiteral("flyer.txt")},
+                        {QStringLiteral("size"), newer.size()},
+                        {QStringLiteral("sha256"),
+                         QString::fromLatin1(QCryptographicHash::hash(newer, QCryptographicHash::Sha256).toHex())},
+                        {QStringLiteral("text"), QStringLiteral("Better")}})
+            .toJson());
+    ASSERT_EQ(started.status, 201);
+    ASSERT_EQ(cluster
+                  ->call(second, "PATCH",
+                         QStringLiteral("/v1/uploads/") + started.json[QStringLiteral("id")].toString(), bob, newer,
+                         {{"Upload-Offset", "0"}})
+                  .status,
+              201);
+    ASSERT_TRUE(TestCluster::waitFor(
+        [&] {
+            QFile replaced(copy);
+            return replaced.open(QIODevice::ReadOnly) && replaced.readAll() == newer;
+        },
+        20000));
+    EXPECT_FALSE(QFile::exists(target.filePath(QStringLiteral("flyer 2.txt"))));
+    EXPECT_TRUE(TestCluster::waitFor([&] {
+        const auto* automatic = static_cast<const QueuedTransfer*>(ann.session->completedTransfers().last().get());
+        return automatic->job().subType == VLRTransferReporting::AutoRevisionSubType
+            && automatic->job().filePath == copy;
+    }));
+    ann.session->logoutWithCompletionHandler({});
 }
 
 // Bob's client in a process of its own: signs in to the server its settings
