@@ -50,6 +50,20 @@ bool EventHub::record(const QString& workspaceId, const QString& kind, const QJs
     return query.exec();
 }
 
+bool EventHub::recordForUsers(const QString& usersQuery, const QVariantList& values, const QString& kind,
+                              const QJsonObject& data)
+{
+    QSqlQuery query(Database::connection());
+    query.prepare(QStringLiteral("WITH e AS (INSERT INTO events(user_id, kind, data) SELECT DISTINCT u, ?, ?::jsonb "
+                                 "FROM (%1) AS concerned(u) RETURNING id) SELECT pg_notify('%2', max(id)::text) FROM e")
+                      .arg(usersQuery, QLatin1String(channel)));
+    query.addBindValue(kind);
+    query.addBindValue(QString::fromUtf8(QJsonDocument(data).toJson(QJsonDocument::Compact)));
+    for (const QVariant& value : values)
+        query.addBindValue(value);
+    return query.exec();
+}
+
 void EventHub::attach(HttpConnection* connection, const QString& userId, qint64 lastEventId)
 {
     if (lastEventId < 0) {
@@ -72,17 +86,20 @@ void EventHub::deliverAll()
 void EventHub::deliver(Stream& stream)
 {
     // Membership is read at each delivery: a member who was removed gets
-    // nothing more from that workspace.
+    // nothing more from that workspace. Events of a user go to that user.
     QSqlQuery query(Database::connection());
-    query.prepare(QStringLiteral("SELECT e.id, e.kind, e.workspace_id, e.data FROM events e JOIN members m ON "
-                                 "m.workspace_id = e.workspace_id AND m.user_id = ? WHERE e.id > ? ORDER BY e.id"));
-    query.addBindValue(stream.userId);
+    query.prepare(QStringLiteral("SELECT e.id, e.kind, e.workspace_id, e.data FROM events e WHERE e.id > ? AND "
+                                 "(e.user_id = ? OR e.workspace_id IN (SELECT workspace_id FROM members WHERE "
+                                 "user_id = ?)) ORDER BY e.id"));
     query.addBindValue(stream.lastId);
+    query.addBindValue(stream.userId);
+    query.addBindValue(stream.userId);
     if (!query.exec())
         return;
     while (query.next()) {
         QJsonObject data = QJsonDocument::fromJson(query.value(3).toString().toUtf8()).object();
-        data.insert(QStringLiteral("workspace"), query.value(2).toString());
+        if (!query.value(2).isNull())
+            data.insert(QStringLiteral("workspace"), query.value(2).toString());
         stream.lastId = query.value(0).toLongLong();
         stream.connection->sendEvent(stream.lastId, query.value(1).toString().toUtf8(),
                                      QJsonDocument(data).toJson(QJsonDocument::Compact));

@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
+#include <QVariantList>
 
 class HttpConnection;
 class QJsonObject;
@@ -26,6 +27,10 @@ public:
 
     // Records the event in the current transaction; it goes out at commit.
     static bool record(const QString& workspaceId, const QString& kind, const QJsonObject& data);
+    // The same for an event that concerns users rather than a workspace:
+    // one event for each user that the query (with its bound values) selects.
+    static bool recordForUsers(const QString& usersQuery, const QVariantList& values, const QString& kind,
+                               const QJsonObject& data);
 
     void attach(HttpConnection* connection, const QString& userId, qint64 lastEventId);
 

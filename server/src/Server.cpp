@@ -55,6 +55,7 @@ Server::Server(const ServerConfig& config, QObject* parent)
     , m_store(config.storePath)
     , m_api(m_accounts)
     , m_transfers(m_accounts, m_store)
+    , m_market(m_accounts, m_store)
 { }
 
 Server::~Server() = default;
@@ -103,7 +104,7 @@ void Server::requestReceived(HttpConnection* c)
     const QStringList path = segmentsOf(c->request().path);
     if (path == QStringList{QStringLiteral("events")} && c->request().method == "GET")
         return events(c);
-    if (!m_api.handle(c, path) && !m_transfers.handle(c, path))
+    if (!m_api.handle(c, path) && !m_transfers.handle(c, path) && !m_market.handle(c, path))
         c->respondError(404, 404, QStringLiteral("There is nothing at this address."));
 }
 

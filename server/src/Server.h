@@ -4,6 +4,7 @@
 #include "Api.h"
 #include "BlobStore.h"
 #include "EventHub.h"
+#include "MarketApi.h"
 #include "ServerConfig.h"
 #include "TransferApi.h"
 
@@ -40,5 +41,6 @@ private:
     EventHub m_hub;
     Api m_api;
     TransferApi m_transfers;
+    MarketApi m_market;
     std::unique_ptr<QTcpServer> m_listener;
 };

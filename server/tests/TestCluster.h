@@ -43,6 +43,8 @@ public:
     QByteArray signIn(quint16 port, const QString& email, const QString& password);
     QNetworkReply* openEvents(quint16 port, const QByteArray& token, qint64 lastEventId = -1);
     QSslConfiguration tls() const { return m_tls; }
+    // The servers' configuration file, for opening their database in-process.
+    QString configPath() const { return m_config; }
     QNetworkAccessManager& network() { return m_network; }
 
     static bool waitFor(const std::function<bool()>& condition, int ms = 5000);
