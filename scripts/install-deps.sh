@@ -10,7 +10,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   dbus dbus-x11 python3-dbusmock gnome-keyring libsecret-tools
   desktop-file-utils xdg-utils appstream
-  libqt6sql6-psql postgresql openssl bc curl
+  libqt6sql6-psql libpq-dev postgresql openssl bc curl
 )
 if [ "${1:-}" = "--packaging" ]; then
   # Checking the .deb that cpack makes.

@@ -73,7 +73,8 @@ CREATE TABLE installs (
 );
 
 -- A change of someone's catalogue is pushed to that user alone: such an
--- event names a user instead of a workspace.
+-- event names a user instead of a workspace (as the administrators' events
+-- do; whichever migration comes first makes the column).
+ALTER TABLE events ADD COLUMN IF NOT EXISTS user_id uuid REFERENCES users(id) ON DELETE CASCADE;
 ALTER TABLE events ALTER COLUMN workspace_id DROP NOT NULL;
-ALTER TABLE events ADD COLUMN user_id uuid REFERENCES users(id) ON DELETE CASCADE;
-CREATE INDEX events_user ON events(user_id, id) WHERE user_id IS NOT NULL;
+CREATE INDEX IF NOT EXISTS events_user ON events(user_id, id) WHERE user_id IS NOT NULL;

@@ -42,23 +42,37 @@ QByteArray Accounts::openSession(const QString& userId, bool pending, qint64 lif
     return insert.exec() ? token : QByteArray();
 }
 
-Accounts::SignIn Accounts::signIn(const QString& email, const QString& password, QByteArray* token) const
+bool Accounts::candidate(const QString& email, Candidate* account) const
 {
     QSqlQuery query(Database::connection());
     query.prepare(QStringLiteral("SELECT id, password_hash, totp_secret IS NOT NULL FROM users WHERE lower(email) = "
                                  "lower(?)"));
     query.addBindValue(email.trimmed());
-    if (!query.exec() || !query.next()) {
-        PasswordHasher::verifyNothing(password);
-        return SignIn::Failed;
-    }
-    if (!PasswordHasher::verify(password, query.value(1).toString()))
-        return SignIn::Failed;
-    const bool pending = query.value(2).toBool();
-    *token = openSession(query.value(0).toString(), pending, pending ? pendingLifetime : m_lifetime);
+    if (!query.exec() || !query.next())
+        return false;
+    *account = {query.value(0).toString(), query.value(1).toString(), query.value(2).toBool()};
+    return true;
+}
+
+Accounts::SignIn Accounts::open(const Candidate& account, QByteArray* token) const
+{
+    const bool pending = account.secondFactor;
+    *token = openSession(account.userId, pending, pending ? pendingLifetime : m_lifetime);
     if (token->isEmpty())
         return SignIn::Failed;
     return pending ? SignIn::NeedsCode : SignIn::Signed;
+}
+
+Accounts::SignIn Accounts::signIn(const QString& email, const QString& password, QByteArray* token) const
+{
+    Candidate account;
+    if (!candidate(email, &account)) {
+        PasswordHasher::verifyNothing(password);
+        return SignIn::Failed;
+    }
+    if (!PasswordHasher::verify(password, account.passwordHash))
+        return SignIn::Failed;
+    return open(account, token);
 }
 
 bool Accounts::verify(const QByteArray& pendingToken, const QString& code, QByteArray* token) const

@@ -14,6 +14,17 @@ public:
     // On Signed, token is the session's; on NeedsCode, a token good only
     // for verify(); both expire.
     SignIn signIn(const QString& email, const QString& password, QByteArray* token) const;
+    // The same in steps, for callers that check the password elsewhere (on
+    // another thread): the account of an address, false when there is none;
+    // then a session for it once the password was right.
+    struct Candidate
+    {
+        QString userId;
+        QString passwordHash;
+        bool secondFactor = false;
+    };
+    bool candidate(const QString& email, Candidate* account) const;
+    SignIn open(const Candidate& account, QByteArray* token) const;
     // Exchanges a pending token and a good code for a session token.
     bool verify(const QByteArray& pendingToken, const QString& code, QByteArray* token) const;
     void signOut(const QByteArray& token) const;

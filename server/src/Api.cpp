@@ -4,6 +4,9 @@
 #include "EventHub.h"
 #include "Publications.h"
 #include "RequestContext.h"
+#include "SignInLimit.h"
+#include "SlowWork.h"
+#include "sdk/accounts/PasswordHasher.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -99,19 +102,48 @@ void Api::signIn(HttpConnection* c)
     QJsonObject body;
     if (!jsonBody(c, &body))
         return;
-    QByteArray token;
-    switch (m_accounts.signIn(body.value(QStringLiteral("email")).toString(),
-                              body.value(QStringLiteral("password")).toString(), &token)) {
-    case Accounts::SignIn::Signed:
-        c->respondJson(201, {{QStringLiteral("token"), QString::fromLatin1(token)}});
-        return;
-    case Accounts::SignIn::NeedsCode:
-        c->respondJson(202, {{QStringLiteral("verification"), QString::fromLatin1(token)}});
-        return;
-    case Accounts::SignIn::Failed:
-        break;
-    }
-    c->respondError(401, WrongCredentials, QStringLiteral("The e-mail address or the password is wrong."));
+    const QString email = body.value(QStringLiteral("email")).toString();
+    const QString password = body.value(QStringLiteral("password")).toString();
+    const QString address = c->peerAddress().toString();
+    if (const int wait = SignInLimit::retryAfter(address, email))
+        return c->respondError(
+            429, 429,
+            QStringLiteral("Too many failed sign-ins for this account or from this address. Please try again "
+                           "in %1 minutes.")
+                .arg((wait + 59) / 60),
+            {{"Retry-After", QByteArray::number(wait)}});
+    Accounts::Candidate account;
+    const bool known = m_accounts.candidate(email, &account);
+    // The hash takes a processor for a while: not this connection thread's.
+    SlowWork::run<bool>(
+        c,
+        [known, password, hash = account.passwordHash] {
+            if (known)
+                return PasswordHasher::verify(password, hash);
+            PasswordHasher::verifyNothing(password);
+            return false;
+        },
+        [this, c, known, account, email, address](const bool& right) {
+            QByteArray token;
+            const Accounts::SignIn result = right ? m_accounts.open(account, &token) : Accounts::SignIn::Failed;
+            if (right)
+                SignInLimit::succeeded(email);
+            else
+                SignInLimit::failed(address, email);
+            switch (result) {
+            case Accounts::SignIn::Signed:
+                c->respondJson(201, {{QStringLiteral("token"), QString::fromLatin1(token)}});
+                return;
+            case Accounts::SignIn::NeedsCode:
+                c->respondJson(202, {{QStringLiteral("verification"), QString::fromLatin1(token)}});
+                return;
+            case Accounts::SignIn::Failed:
+                break;
+            }
+            if (right)
+                return databaseFailed(c);
+            c->respondError(401, WrongCredentials, QStringLiteral("The e-mail address or the password is wrong."));
+        });
 }
 
 void Api::verify(HttpConnection* c)

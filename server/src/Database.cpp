@@ -2,15 +2,46 @@
 
 #include "ServerConfig.h"
 
+#include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QHash>
+#include <QMutex>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QThread>
+
+#include <libpq-fe.h>
+#include <poll.h>
 
 namespace {
-const QString connectionName = QStringLiteral("veluria");
 // Any constant shared by all server processes of the installation.
 constexpr qint64 migrationLock = 0x56656c7572696131;
+// While PostgreSQL is away, each thread tries again at most this often, so
+// that a flood of requests doesn't become a flood of connection attempts.
+constexpr qint64 reopenIntervalMs = 500;
+
+struct Settings
+{
+    QString host;
+    int port = 5432;
+    QString name;
+    QString user;
+    QString password;
+};
+
+QMutex settingsLock;
+Settings settings;
+
+// When each of this thread's connections last tried to open.
+thread_local QHash<QString, qint64> lastAttempts;
+
+QString connectionName(const QString& purpose = {})
+{
+    return QStringLiteral("veluria-%1%2").arg(quintptr(QThread::currentThreadId()), 0, 16).arg(purpose);
+}
 
 bool exec(QSqlQuery& query, const QString& sql, QString* failure)
 {
@@ -19,30 +50,97 @@ bool exec(QSqlQuery& query, const QString& sql, QString* failure)
     *failure = query.lastError().text();
     return false;
 }
+
+bool openNow(QSqlDatabase& db, QString* failure)
+{
+    lastAttempts.insert(db.connectionName(), QDateTime::currentMSecsSinceEpoch());
+    if (db.open())
+        return true;
+    if (failure)
+        *failure = QStringLiteral("The database can't be reached: %1").arg(db.lastError().text());
+    return false;
+}
+
+// The connection as libpq sees it. A server that went away (a restart, an
+// administrator ending the session) hung up the socket, which shows before a
+// query would fail on it. Nothing is read here: on a LISTEN connection the
+// bytes waiting may be a notification for the driver.
+bool healthy(const QSqlDatabase& db)
+{
+    const QVariant handle = db.driver()->handle();
+    if (!db.isOpen() || qstrcmp(handle.typeName(), "pg_conn*") != 0)
+        return false;
+    PGconn* conn = *static_cast<PGconn* const*>(handle.constData());
+    if (!conn || PQstatus(conn) != CONNECTION_OK)
+        return false;
+    pollfd fd{PQsocket(conn), POLLRDHUP, 0};
+    return ::poll(&fd, 1, 0) == 0;
+}
 } // namespace
 
 bool Database::open(const ServerConfig& config, QString* failure)
 {
-    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), connectionName);
+    {
+        QMutexLocker locked(&settingsLock);
+        settings = {config.databaseHost, config.databasePort, config.databaseName, config.databaseUser,
+                    config.databasePassword};
+    }
+    QSqlDatabase db = connection();
     if (!db.isValid()) {
         *failure = QStringLiteral("Qt's PostgreSQL driver (libqt6sql6-psql) is not installed.");
         return false;
     }
-    db.setHostName(config.databaseHost);
-    db.setPort(config.databasePort);
-    db.setDatabaseName(config.databaseName);
-    db.setUserName(config.databaseUser);
-    db.setPassword(config.databasePassword);
-    if (!db.open()) {
-        *failure = QStringLiteral("The database can't be reached: %1").arg(db.lastError().text());
-        return false;
-    }
-    return true;
+    return db.isOpen() || openNow(db, failure);
 }
 
 QSqlDatabase Database::connection()
 {
-    return QSqlDatabase::database(connectionName, false);
+    return connection(QString());
+}
+
+QSqlDatabase Database::connection(const QString& purpose)
+{
+    const QString name = connectionName(purpose);
+    QSqlDatabase db = QSqlDatabase::database(name, false);
+    if (db.isValid())
+        return db;
+    db = QSqlDatabase::addDatabase(QStringLiteral("QPSQL"), name);
+    if (!db.isValid())
+        return db;
+    Settings s;
+    {
+        QMutexLocker locked(&settingsLock);
+        s = settings;
+    }
+    db.setHostName(s.host);
+    db.setPort(s.port);
+    db.setDatabaseName(s.name);
+    db.setUserName(s.user);
+    db.setPassword(s.password);
+    // A thread that ends takes its connection with it (worker threads of a
+    // pool come and go).
+    if (QThread* thread = QThread::currentThread(); thread != QCoreApplication::instance()->thread())
+        QObject::connect(
+            thread, &QThread::finished, thread, [name] { QSqlDatabase::removeDatabase(name); }, Qt::DirectConnection);
+    openNow(db, nullptr);
+    return db;
+}
+
+bool Database::available()
+{
+    return available(connection());
+}
+
+bool Database::available(QSqlDatabase db)
+{
+    if (!db.isValid())
+        return false;
+    if (healthy(db))
+        return true;
+    if (QDateTime::currentMSecsSinceEpoch() - lastAttempts.value(db.connectionName()) < reopenIntervalMs)
+        return false;
+    db.close();
+    return openNow(db, nullptr);
 }
 
 bool Database::migrate(QString* failure)

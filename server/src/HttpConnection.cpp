@@ -40,8 +40,14 @@ QByteArray reasonOf(int status)
         return "Range Not Satisfiable";
     case 422:
         return "Unprocessable Content";
+    case 429:
+        return "Too Many Requests";
     case 431:
         return "Request Header Fields Too Large";
+    case 503:
+        return "Service Unavailable";
+    case 507:
+        return "Insufficient Storage";
     default:
         return status >= 500 ? "Internal Server Error" : "Error";
     }
@@ -200,13 +206,19 @@ void HttpConnection::respondJson(int status, const QJsonObject& object)
     respond(status, QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
 
-void HttpConnection::respondError(int status, int code, const QString& message)
+void HttpConnection::respondError(int status, int code, const QString& message,
+                                  const QList<std::pair<QByteArray, QByteArray>>& headers)
 {
-    respondJson(status,
-                {{QStringLiteral("error"),
-                  QJsonObject{{QStringLiteral("domain"), QStringLiteral("VLRWebErrorDomain")},
-                              {QStringLiteral("code"), code},
-                              {QStringLiteral("message"), message}}}});
+    const QJsonObject error{{QStringLiteral("domain"), QStringLiteral("VLRWebErrorDomain")},
+                            {QStringLiteral("code"), code},
+                            {QStringLiteral("message"), message}};
+    respond(status, QJsonDocument(QJsonObject{{QStringLiteral("error"), error}}).toJson(QJsonDocument::Compact),
+            headers);
+}
+
+QHostAddress HttpConnection::peerAddress() const
+{
+    return m_socket->peerAddress();
 }
 
 void HttpConnection::fail(int status, const QString& message)

@@ -3,6 +3,7 @@
 #include "HttpRequest.h"
 
 #include <QFile>
+#include <QHostAddress>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -29,6 +30,7 @@ public:
     explicit HttpConnection(QTcpSocket* socket, QObject* parent = nullptr);
 
     const HttpRequest& request() const { return m_request; }
+    QHostAddress peerAddress() const;
 
     // Called from headersReceived: the body goes into this file, not memory.
     void streamBodyInto(QFile* sink);
@@ -37,7 +39,8 @@ public:
     void respond(int status, const QByteArray& body, const QList<std::pair<QByteArray, QByteArray>>& headers = {},
                  const QByteArray& contentType = "application/json");
     void respondJson(int status, const QJsonObject& object);
-    void respondError(int status, int code, const QString& message);
+    void respondError(int status, int code, const QString& message,
+                      const QList<std::pair<QByteArray, QByteArray>>& headers = {});
     void respondFile(int status, std::unique_ptr<QFile> file, qint64 offset, qint64 length,
                      const QList<std::pair<QByteArray, QByteArray>>& headers);
     // Starts a text/event-stream; the connection then only carries events.

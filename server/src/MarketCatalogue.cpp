@@ -3,9 +3,12 @@
 #include "Database.h"
 #include "EventHub.h"
 
+#include <algorithm>
+
 #include <QJsonArray>
 #include <QSet>
 #include <QSqlQuery>
+#include <QStringList>
 #include <QVariant>
 
 namespace {
@@ -159,10 +162,18 @@ QByteArray MarketCatalogue::imageType(const QByteArray& bytes)
 
 bool MarketCatalogue::changedFor(const QString& userId)
 {
-    return EventHub::recordForUsers(QStringLiteral("SELECT ?::uuid"), {userId}, QStringLiteral("catalog"), {});
+    return EventHub::recordForUser(userId, QStringLiteral("catalog"), {});
 }
 
 bool MarketCatalogue::changedForBuyersOf(const QString& installerId)
 {
-    return EventHub::recordForUsers(buyersOfInstaller(), {installerId}, QStringLiteral("catalog"), {});
+    QSqlQuery buyers(Database::connection());
+    buyers.prepare(QStringLiteral("SELECT DISTINCT u FROM (%1) AS buyers(u)").arg(buyersOfInstaller()));
+    buyers.addBindValue(installerId);
+    if (!buyers.exec())
+        return false;
+    QStringList users;
+    while (buyers.next())
+        users.append(buyers.value(0).toString());
+    return std::all_of(users.begin(), users.end(), [](const QString& user) { return changedFor(user); });
 }

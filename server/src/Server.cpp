@@ -1,14 +1,18 @@
 #include "Server.h"
 
+#include "ConnectionThread.h"
 #include "Database.h"
 #include "HttpConnection.h"
+#include "Listener.h"
 #include "RequestContext.h"
+#include "SlowWork.h"
+#include "UploadLock.h"
+#include "UploadSweeper.h"
 
 #include <QFile>
 #include <QSslCertificate>
 #include <QSslConfiguration>
 #include <QSslKey>
-#include <QSslServer>
 #include <QSslSocket>
 
 namespace {
@@ -58,23 +62,27 @@ Server::Server(const ServerConfig& config, QObject* parent)
     , m_market(m_accounts, m_store)
 { }
 
-Server::~Server() = default;
+Server::~Server()
+{
+    // Nothing may come back to a connection thread once it is gone.
+    m_listener.reset();
+    SlowWork::waitForAll();
+    m_threads.clear();
+}
 
 bool Server::start(QString* failure)
 {
     if (!m_store.prepare(failure) || !m_hub.listen(failure))
         return false;
-    if (m_config.tls) {
-        QSslConfiguration tls;
-        if (!loadTls(m_config, &tls, failure))
-            return false;
-        auto listener = std::make_unique<QSslServer>();
-        listener->setSslConfiguration(tls);
-        m_listener = std::move(listener);
-    } else {
-        m_listener = std::make_unique<QTcpServer>();
-    }
-    connect(m_listener.get(), &QTcpServer::pendingConnectionAvailable, this, [this] { take(m_listener.get()); });
+    QSslConfiguration tls;
+    if (m_config.tls && !loadTls(m_config, &tls, failure))
+        return false;
+    for (int i = 0; i < m_config.threads; ++i)
+        m_threads.push_back(std::make_unique<ConnectionThread>(
+            m_config.tls ? &tls : nullptr, [this](HttpConnection* c) { serve(c); }, i));
+    m_listener = std::make_unique<Listener>([this, next = size_t(0)](qintptr descriptor) mutable {
+        m_threads[next++ % m_threads.size()]->take(descriptor);
+    });
     if (!m_listener->listen(m_config.listenAddress, m_config.port)) {
         *failure = QStringLiteral("The server can't listen on %1 port %2: %3")
                        .arg(m_config.listenAddress.toString())
@@ -82,25 +90,42 @@ bool Server::start(QString* failure)
                        .arg(m_listener->errorString());
         return false;
     }
+    m_sweeper = std::make_unique<UploadSweeper>(m_store, m_config.uploadTimeoutSeconds);
     return true;
 }
 
-void Server::take(QTcpServer* listener)
+void Server::serve(HttpConnection* c)
 {
-    while (QTcpSocket* socket = listener->nextPendingConnection()) {
-        auto* connection = new HttpConnection(socket, this);
-        connect(connection, &HttpConnection::headersReceived, this, &Server::headersReceived);
-        connect(connection, &HttpConnection::requestReceived, this, &Server::requestReceived);
-    }
+    // Direct: the handlers run on the connection's thread, not the server's.
+    connect(c, &HttpConnection::headersReceived, this, &Server::headersReceived, Qt::DirectConnection);
+    connect(c, &HttpConnection::requestReceived, this, &Server::requestReceived, Qt::DirectConnection);
+}
+
+bool Server::databaseReachable(HttpConnection* c)
+{
+    if (Database::available())
+        return true;
+    c->respondError(503, 503,
+                    QStringLiteral("The server can't reach its database at the moment; nothing was changed. "
+                                   "Please try again shortly."),
+                    {{"Retry-After", "5"}});
+    // A PATCH whose body came while the database was there lets go of its upload.
+    qDeleteAll(c->findChildren<UploadLock*>());
+    return false;
 }
 
 void Server::headersReceived(HttpConnection* c)
 {
+    // An upload's body is only taken into a file that the database knows of.
+    if (c->request().method == "PATCH" && !databaseReachable(c))
+        return;
     m_transfers.headersReceived(c, segmentsOf(c->request().path));
 }
 
 void Server::requestReceived(HttpConnection* c)
 {
+    if (!databaseReachable(c))
+        return;
     const QStringList path = segmentsOf(c->request().path);
     if (path == QStringList{QStringLiteral("events")} && c->request().method == "GET")
         return events(c);

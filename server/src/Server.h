@@ -11,14 +11,18 @@
 #include <QObject>
 
 #include <memory>
+#include <vector>
 
+class ConnectionThread;
 class HttpConnection;
 class QTcpServer;
+class UploadSweeper;
 
-// One server process: takes connections (TLS unless configured off) and
-// hands each request to the endpoint that serves its path under /v1/.
-// It keeps no state that another process would need: sessions, uploads and
-// events live in the database and the store.
+// One server process: takes connections (TLS unless configured off) on its
+// own thread, spreads them over connection threads, and hands each request
+// to the endpoint that serves its path under /v1/. The handlers run on the
+// request's connection thread. It keeps no state that another process would
+// need: sessions, uploads and events live in the database and the store.
 class Server : public QObject
 {
     Q_OBJECT
@@ -30,7 +34,9 @@ public:
     bool start(QString* failure);
 
 private:
-    void take(QTcpServer* listener);
+    void serve(HttpConnection* c);
+    // False after answering 503 when the database can't be reached.
+    bool databaseReachable(HttpConnection* c);
     void headersReceived(HttpConnection* c);
     void requestReceived(HttpConnection* c);
     void events(HttpConnection* c);
@@ -42,5 +48,7 @@ private:
     Api m_api;
     TransferApi m_transfers;
     MarketApi m_market;
+    std::unique_ptr<UploadSweeper> m_sweeper;
+    std::vector<std::unique_ptr<ConnectionThread>> m_threads;
     std::unique_ptr<QTcpServer> m_listener;
 };

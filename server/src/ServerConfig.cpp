@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QSettings>
+#include <QThread>
 
 bool ServerConfig::load(const QString& path, ServerConfig* config, QString* failure)
 {
@@ -35,6 +36,16 @@ bool ServerConfig::load(const QString& path, ServerConfig* config, QString* fail
         ini.value(QStringLiteral("server/sessionLifetime"), c.sessionLifetimeSeconds).toLongLong(&ok);
     if (!ok || c.sessionLifetimeSeconds <= 0) {
         *failure = QStringLiteral("server/sessionLifetime must be a positive number of seconds.");
+        return false;
+    }
+    c.threads = ini.value(QStringLiteral("server/threads"), QThread::idealThreadCount()).toInt(&ok);
+    if (!ok || c.threads < 1 || c.threads > 256) {
+        *failure = QStringLiteral("server/threads must be a number of threads from 1 to 256.");
+        return false;
+    }
+    c.uploadTimeoutSeconds = ini.value(QStringLiteral("server/uploadTimeout"), c.uploadTimeoutSeconds).toLongLong(&ok);
+    if (!ok || c.uploadTimeoutSeconds <= 0) {
+        *failure = QStringLiteral("server/uploadTimeout must be a positive number of seconds.");
         return false;
     }
     if (c.storePath.isEmpty()) {

@@ -15,6 +15,10 @@ struct ServerConfig
     QString keyPath;
     QString storePath;
     qint64 sessionLifetimeSeconds = 30 * 24 * 3600;
+    // Connection threads; the processor's cores unless told.
+    int threads = 0;
+    // An upload that gets no byte this long is removed with its bytes.
+    qint64 uploadTimeoutSeconds = 24 * 3600;
 
     QString databaseHost;
     int databasePort = 5432;

@@ -7,22 +7,27 @@
 
 UploadLock* UploadLock::take(const QString& uploadId, QObject* parent)
 {
-    if (s_held.contains(uploadId))
-        return nullptr;
+    {
+        QMutexLocker locked(&s_lock);
+        if (s_held.contains(uploadId))
+            return nullptr;
+        s_held.insert(uploadId);
+    }
     QSqlQuery query(Database::connection());
     query.prepare(QStringLiteral("SELECT pg_try_advisory_lock(hashtextextended(?, 0))"));
     query.addBindValue(uploadId);
-    if (!query.exec() || !query.next() || !query.value(0).toBool())
+    if (!query.exec() || !query.next() || !query.value(0).toBool()) {
+        QMutexLocker locked(&s_lock);
+        s_held.remove(uploadId);
         return nullptr;
+    }
     return new UploadLock(uploadId, parent);
 }
 
 UploadLock::UploadLock(const QString& uploadId, QObject* parent)
     : QObject(parent)
     , m_uploadId(uploadId)
-{
-    s_held.insert(uploadId);
-}
+{ }
 
 UploadLock::~UploadLock()
 {
@@ -32,5 +37,6 @@ UploadLock::~UploadLock()
     query.prepare(QStringLiteral("SELECT pg_advisory_unlock(hashtextextended(?, 0))"));
     query.addBindValue(m_uploadId);
     query.exec();
+    QMutexLocker locked(&s_lock);
     s_held.remove(m_uploadId);
 }

@@ -1,13 +1,15 @@
 #pragma once
 
+#include <QMutex>
 #include <QObject>
 #include <QSet>
 #include <QString>
 
 // One writer per upload across all server processes: a PostgreSQL advisory
 // lock (for the other processes) and a set of this process's own (advisory
-// locks are re-entrant within the one connection a process has). Held from a
-// PATCH's headers until its body ends or its connection goes.
+// locks are re-entrant within one database connection, and a thread's
+// connection serves many requests). Held from a PATCH's headers until its
+// body ends or its connection goes; taken and let go on the same thread.
 class UploadLock : public QObject
 {
     Q_OBJECT
@@ -21,5 +23,6 @@ private:
     UploadLock(const QString& uploadId, QObject* parent);
 
     QString m_uploadId;
+    static inline QMutex s_lock;
     static inline QSet<QString> s_held;
 };

@@ -48,11 +48,7 @@ TestCluster::TestCluster()
                               root + QStringLiteral("/data"), QStringLiteral("-U"), QStringLiteral("veluria"),
                               QStringLiteral("--auth=trust")}),
              &log)
-        || !run(asDatabaseOwner({m_binaries + QStringLiteral("pg_ctl"), QStringLiteral("-D"),
-                                 root + QStringLiteral("/data"), QStringLiteral("-w"), QStringLiteral("-l"),
-                                 root + QStringLiteral("/pg.log"), QStringLiteral("-o"),
-                                 QStringLiteral("-k %1 -c listen_addresses=''").arg(root), QStringLiteral("start")}),
-                &log)) {
+        || !startDatabase()) {
         m_missing = QStringLiteral("The test cluster did not start: ") + log;
         return;
     }
@@ -89,9 +85,33 @@ TestCluster::~TestCluster()
     }
     QSqlDatabase::database(QStringLiteral("test"), false).close();
     if (m_running)
-        run(asDatabaseOwner({m_binaries + QStringLiteral("pg_ctl"), QStringLiteral("-D"),
-                             m_dir.path() + QStringLiteral("/data"), QStringLiteral("-m"), QStringLiteral("immediate"),
-                             QStringLiteral("stop")}));
+        pgCtl({QStringLiteral("-m"), QStringLiteral("immediate"), QStringLiteral("stop")});
+}
+
+bool TestCluster::pgCtl(const QStringList& arguments, QString* output)
+{
+    return run(asDatabaseOwner(QStringList{m_binaries + QStringLiteral("pg_ctl"), QStringLiteral("-D"),
+                                           m_dir.path() + QStringLiteral("/data"), QStringLiteral("-w")}
+                               + arguments),
+               output);
+}
+
+bool TestCluster::stopDatabase()
+{
+    QSqlDatabase::database(QStringLiteral("test"), false).close();
+    return pgCtl({QStringLiteral("-m"), QStringLiteral("fast"), QStringLiteral("stop")});
+}
+
+bool TestCluster::startDatabase()
+{
+    const QString root = m_dir.path();
+    if (!pgCtl({QStringLiteral("-l"), root + QStringLiteral("/pg.log"), QStringLiteral("-o"),
+                QStringLiteral("-k %1 -c listen_addresses=''").arg(root), QStringLiteral("start")}))
+        return false;
+    QSqlDatabase db = QSqlDatabase::database(QStringLiteral("test"), false);
+    if (db.isValid())
+        db.open();
+    return true;
 }
 
 QStringList TestCluster::asDatabaseOwner(const QStringList& command) const
@@ -114,13 +134,18 @@ bool TestCluster::run(const QStringList& command, QString* output)
     return ok;
 }
 
-quint16 TestCluster::startServer()
+quint16 TestCluster::startServer(const QVariantMap& settings)
 {
     // Each process gets its own port in its own copy of the configuration.
     const quint16 port = freePort();
     const QString config = m_dir.path() + QStringLiteral("/server-%1.ini").arg(port);
     QFile::copy(m_config, config);
-    QSettings(config, QSettings::IniFormat).setValue(QStringLiteral("server/port"), port);
+    {
+        QSettings ini(config, QSettings::IniFormat);
+        ini.setValue(QStringLiteral("server/port"), port);
+        for (auto it = settings.begin(); it != settings.end(); ++it)
+            ini.setValue(QStringLiteral("server/") + it.key(), it.value());
+    }
     auto server = std::make_shared<QProcess>();
     server->setProcessChannelMode(QProcess::ForwardedOutputChannel);
     server->start(QStringLiteral(VELURIA_SERVER_BINARY), {QStringLiteral("--config"), config});

@@ -8,6 +8,7 @@
 #include <QProcess>
 #include <QSslConfiguration>
 #include <QTemporaryDir>
+#include <QVariantMap>
 
 #include <functional>
 #include <memory>
@@ -24,8 +25,12 @@ public:
     // Empty when the cluster stands; otherwise why it doesn't.
     QString missing() const { return m_missing; }
 
-    // Starts one more server process; its port.
-    quint16 startServer();
+    // Starts one more server process, with these [server] settings changed; its port.
+    quint16 startServer(const QVariantMap& settings = {});
+    // PostgreSQL stopped and started again under the running servers.
+    bool stopDatabase();
+    bool startDatabase();
+    QString storePath() const { return m_dir.path() + QStringLiteral("/store"); }
     // The TOTP secret (base 32) when asked for a second factor.
     QString addUser(const QString& email, const QString& password, bool secondFactor = false);
     bool sql(const QString& statement);
@@ -51,6 +56,7 @@ public:
 
 private:
     bool run(const QStringList& command, QString* output = nullptr);
+    bool pgCtl(const QStringList& arguments, QString* output = nullptr);
     QStringList asDatabaseOwner(const QStringList& command) const;
 
     QTemporaryDir m_dir;

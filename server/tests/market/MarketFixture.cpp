@@ -10,7 +10,17 @@
 #include <QFile>
 #include <QFileInfo>
 
-void MarketFixture::SetUpTestSuite()
+namespace {
+class ClusterEnvironment : public ::testing::Environment
+{
+public:
+    void SetUp() override { MarketFixture::startCluster(); }
+    void TearDown() override { MarketFixture::stopCluster(); }
+};
+const auto* environment = ::testing::AddGlobalTestEnvironment(new ClusterEnvironment);
+} // namespace
+
+void MarketFixture::startCluster()
 {
     cluster = new TestCluster;
     files = new QTemporaryDir;
@@ -24,7 +34,7 @@ void MarketFixture::SetUpTestSuite()
     store = config.storePath;
 }
 
-void MarketFixture::TearDownTestSuite()
+void MarketFixture::stopCluster()
 {
     Database::connection().close();
     delete cluster;

@@ -11,12 +11,15 @@
 
 // A real server on a test cluster, its database opened in this process as
 // well so that the admin commands of the catalogue can run here, and the
-// store to put the files that those commands name.
+// store to put the files that those commands name. One cluster serves the
+// whole program: the process's database connection outlives any suite.
 class MarketFixture : public ::testing::Test
 {
+public:
+    static void startCluster();
+    static void stopCluster();
+
 protected:
-    static void SetUpTestSuite();
-    static void TearDownTestSuite();
     void SetUp() override;
 
     // Runs an admin command of the catalogue on the server's database; the
