@@ -11,7 +11,7 @@
 #include "sdk/local/EmbeddedServiceLibrary.h"
 #include "sdk/local/LocalUserSession.h"
 #include "sdk/transfers/DownloadLink.h"
-#include "sdk/transfers/LocalTransfer.h"
+#include "sdk/transfers/QueuedTransfer.h"
 #include "sdk/transfers/TransferStore.h"
 #include "sdk/workspaces/WorkspaceStore.h"
 
@@ -194,7 +194,7 @@ void BM_DownloadOneGiBAgainstCp(benchmark::State& state)
     const auto session = service.signIn();
     waitUntil([&] { return !session->syncingLists(); });
     session->uploadAndPublishNewRevision(QUrl::fromLocalFile(source), service.workspaceId, false, QString(), nullptr);
-    const auto upload = std::static_pointer_cast<LocalTransfer>(session->uploader()->transfers().last());
+    const auto upload = std::static_pointer_cast<QueuedTransfer>(session->uploader()->transfers().last());
     waitUntil([&] { return upload->isFinished(); });
     const QString link = DownloadLink::make(service.workspaceId, upload->job().revisionId);
     AgainstCp times;

@@ -31,35 +31,42 @@ QString AdminTool::defaultDatabaseFolder()
 
 int AdminTool::usage(int status)
 {
-    (status == 0 ? m_out : m_err)
-        << "Usage: veluria-admin [--database FOLDER] COMMAND [ARGUMENTS]\n"
-           "Manages the local Veluria service (default database folder: "
-        << defaultDatabaseFolder()
-        << ").\n\n"
-           "  add-user EMAIL PASSWORD [--first NAME] [--last NAME] [--unconfirmed]\n"
-           "  confirm EMAIL                     confirms the account's e-mail address\n"
-           "  avatar EMAIL IMAGE                sets the account's picture (PNG or JPEG)\n"
-           "  passwd EMAIL PASSWORD             sets a new password\n"
-           "  enable-2fa EMAIL                  turns on a second factor; prints its secret and URI\n"
-           "  add-workspace NAME OWNER_EMAIL    prints the new workspace's identifier\n"
-           "  add-member WORKSPACE EMAIL [--owner]\n"
-           "  publish WORKSPACE EMAIL PATH [--text TEXT]   publishes a file or folder; prints its link\n"
-           "  comment WORKSPACE EMAIL TEXT      publishes a comment\n"
-           "  link WORKSPACE FILE_NAME [--revision NUMBER] prints a download link\n"
-           "  workspaces EMAIL                  lists the account's workspaces\n"
-           "  add-vendor NAME                   prints the vendor's identifier\n"
-           "  add-product NAME [--vendor VENDOR] [--image IMAGE]\n"
-           "  add-installer NAME --product PRODUCT [--product PRODUCT...] [--description TEXT]\n"
-           "                [--platform TEXT] [--image IMAGE]\n"
-           "  publish-installer INSTALLER PACKAGE [--version TEXT]\n"
-           "                                    a .tar.gz, .tar.xz, .zip or AppImage becomes the newest revision\n"
-           "  grant-purchase EMAIL PRODUCT --renews DATE [--canceled] [--payment TYPE]\n"
-           "                [--card-expires DATE] [--manage-url URL]\n"
-           "  installers EMAIL                  lists the installers the account's purchases cover\n"
-           "  demo                              makes the demo account, once, and tells how to sign in\n\n"
-           "WORKSPACE is a workspace's identifier, or its name when no other workspace has it; VENDOR,\n"
-           "PRODUCT and INSTALLER are identifiers or names. DATE is YYYY-MM-DD, or +N or -N days from today.\n";
+    printUsage(status == 0 ? m_out : m_err);
     return status;
+}
+
+void AdminTool::printUsage(QTextStream& stream)
+{
+    stream << "Usage: veluria-admin [--database FOLDER] COMMAND [ARGUMENTS]\n"
+              "       veluria-admin --server https://HOST:PORT [--admin EMAIL] [--trust CERT.pem] COMMAND [ARGUMENTS]\n"
+              "Manages the local Veluria service (default database folder: "
+           << defaultDatabaseFolder()
+           << "), or, with --server, a\n"
+              "team server as one of its administrators (the password is read from the terminal or standard\n"
+              "input; EMAIL may also come from VELURIA_ADMIN_EMAIL).\n\n"
+              "  add-user EMAIL PASSWORD [--first NAME] [--last NAME] [--unconfirmed]\n"
+              "  confirm EMAIL                     confirms the account's e-mail address\n"
+              "  avatar EMAIL IMAGE                sets the account's picture (PNG or JPEG)\n"
+              "  passwd EMAIL PASSWORD             sets a new password\n"
+              "  enable-2fa EMAIL                  turns on a second factor; prints its secret and URI\n"
+              "  add-workspace NAME OWNER_EMAIL    prints the new workspace's identifier\n"
+              "  add-member WORKSPACE EMAIL [--owner]\n"
+              "  publish WORKSPACE EMAIL PATH [--text TEXT]   publishes a file or folder; prints its link\n"
+              "  comment WORKSPACE EMAIL TEXT      publishes a comment\n"
+              "  link WORKSPACE FILE_NAME [--revision NUMBER] prints a download link\n"
+              "  workspaces EMAIL                  lists the account's workspaces\n"
+              "  add-vendor NAME                   prints the vendor's identifier\n"
+              "  add-product NAME [--vendor VENDOR] [--image IMAGE]\n"
+              "  add-installer NAME --product PRODUCT [--product PRODUCT...] [--description TEXT]\n"
+              "                [--platform TEXT] [--image IMAGE]\n"
+              "  publish-installer INSTALLER PACKAGE [--version TEXT]\n"
+              "                                    a .tar.gz, .tar.xz, .zip or AppImage becomes the newest revision\n"
+              "  grant-purchase EMAIL PRODUCT --renews DATE [--canceled] [--payment TYPE]\n"
+              "                [--card-expires DATE] [--manage-url URL]\n"
+              "  installers EMAIL                  lists the installers the account's purchases cover\n"
+              "  demo                              makes the demo account, once, and tells how to sign in\n\n"
+              "WORKSPACE is a workspace's identifier, or its name when no other workspace has it; VENDOR,\n"
+              "PRODUCT and INSTALLER are identifiers or names. DATE is YYYY-MM-DD, or +N or -N days from today.\n";
 }
 
 int AdminTool::fail(const QString& reason)

@@ -22,6 +22,7 @@ public:
     int run(QStringList arguments);
 
     static QString defaultDatabaseFolder();
+    static void printUsage(QTextStream& stream);
 
 private:
     int usage(int status);

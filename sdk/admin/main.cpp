@@ -1,4 +1,5 @@
 #include "AdminTool.h"
+#include "RemoteAdmin.h"
 
 #include <QCoreApplication>
 
@@ -10,5 +11,7 @@ int main(int argc, char** argv)
     QTextStream err(stderr);
     QStringList arguments = QCoreApplication::arguments();
     arguments.removeFirst();
+    if (arguments.contains(QStringLiteral("--server")))
+        return RemoteAdmin(out, err).run(arguments);
     return AdminTool(out, err).run(arguments);
 }

@@ -5,7 +5,7 @@
 #include "sdk/store/ContentStore.h"
 #include "sdk/store/Sha256.h"
 #include "sdk/transfers/DownloadLink.h"
-#include "sdk/transfers/LocalTransfer.h"
+#include "sdk/transfers/QueuedTransfer.h"
 
 #include "service/VLRTransferQueue.h"
 #include "service/VLRTransferReporting.h"
@@ -70,7 +70,7 @@ TEST_F(CrossProcess, AnUploadKilledHalfwayIsBackAfterARestartAndFinishes)
     checkStore();
     EXPECT_TRUE(QDir(databaseFolder() + QStringLiteral("/Store/tmp")).entryList(QDir::Files).isEmpty());
 
-    const auto& job = std::static_pointer_cast<LocalTransfer>(resumed)->job();
+    const auto& job = std::static_pointer_cast<QueuedTransfer>(resumed)->job();
     VLRTransferReportingPtr down;
     session->downloadUrl(DownloadLink::make(job.workspaceId, job.revisionId),
                          [&](const VLRTransferReportingPtr& transfer, const vlr::OptionalError&) { down = transfer; });

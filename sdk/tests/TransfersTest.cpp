@@ -5,7 +5,7 @@
 #include "sdk/store/Sha256.h"
 #include "sdk/transfers/DownloadLink.h"
 #include "sdk/transfers/DownloadRun.h"
-#include "sdk/transfers/LocalTransfer.h"
+#include "sdk/transfers/QueuedTransfer.h"
 #include "sdk/transfers/TransferStore.h"
 
 #include "service/VLRTransferQueue.h"
@@ -75,7 +75,7 @@ protected:
 
     static QString linkOf(const VLRTransferReportingPtr& upload)
     {
-        const auto& job = std::static_pointer_cast<LocalTransfer>(upload)->job();
+        const auto& job = std::static_pointer_cast<QueuedTransfer>(upload)->job();
         return DownloadLink::make(job.workspaceId, job.revisionId);
     }
 

@@ -162,7 +162,9 @@ void Api::verify(HttpConnection* c)
 void Api::user(HttpConnection* c, const QString& userId)
 {
     QSqlQuery query(Database::connection());
-    query.prepare(QStringLiteral("SELECT email, first_name, last_name, needs_confirmation FROM users WHERE id = ?"));
+    query.prepare(
+        QStringLiteral("SELECT email, first_name, last_name, needs_confirmation, avatar_sha256 IS NOT NULL FROM users "
+                       "WHERE id = ?"));
     query.addBindValue(userId);
     if (!query.exec() || !query.next())
         return databaseFailed(c);
@@ -171,7 +173,8 @@ void Api::user(HttpConnection* c, const QString& userId)
                     {QStringLiteral("email"), query.value(0).toString()},
                     {QStringLiteral("firstName"), query.value(1).toString()},
                     {QStringLiteral("lastName"), query.value(2).toString()},
-                    {QStringLiteral("needsConfirmation"), query.value(3).toBool()}});
+                    {QStringLiteral("needsConfirmation"), query.value(3).toBool()},
+                    {QStringLiteral("hasAvatar"), query.value(4).toBool()}});
 }
 
 void Api::workspaces(HttpConnection* c, const QString& userId)
@@ -222,8 +225,9 @@ void Api::createWorkspace(HttpConnection* c, const QString& userId)
 void Api::members(HttpConnection* c, const QString& workspaceId)
 {
     QSqlQuery query(Database::connection());
-    query.prepare(QStringLiteral("SELECT u.id, u.first_name, u.last_name, u.email, m.role FROM members m JOIN users u "
-                                 "ON u.id = m.user_id WHERE m.workspace_id = ? ORDER BY m.role, u.email"));
+    query.prepare(QStringLiteral(
+        "SELECT u.id, u.first_name, u.last_name, u.email, m.role, u.avatar_sha256 IS NOT NULL "
+        "FROM members m JOIN users u ON u.id = m.user_id WHERE m.workspace_id = ? ORDER BY m.role, u.email"));
     query.addBindValue(workspaceId);
     if (!query.exec())
         return databaseFailed(c);
@@ -233,7 +237,8 @@ void Api::members(HttpConnection* c, const QString& workspaceId)
                                 {QStringLiteral("firstName"), query.value(1).toString()},
                                 {QStringLiteral("lastName"), query.value(2).toString()},
                                 {QStringLiteral("email"), query.value(3).toString()},
-                                {QStringLiteral("role"), query.value(4).toInt()}});
+                                {QStringLiteral("role"), query.value(4).toInt()},
+                                {QStringLiteral("hasAvatar"), query.value(5).toBool()}});
     c->respondJson(200, {{QStringLiteral("members"), list}});
 }
 

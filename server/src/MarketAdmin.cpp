@@ -1,15 +1,14 @@
 #include "MarketAdmin.h"
 
-#include "BlobStore.h"
+#include "AdminCommands.h"
+#include "AdminLookup.h"
 #include "Database.h"
 #include "MarketCatalogue.h"
 
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
 #include <QJsonArray>
-#include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
 
@@ -17,29 +16,6 @@ namespace {
 // Pictures and packages come from the store; a picture is kept in the
 // database and must stay small.
 constexpr qint64 maxImageBytes = 8 * 1024 * 1024;
-
-QJsonObject output(const QString& text)
-{
-    return {{QStringLiteral("output"), text}};
-}
-
-QJsonObject failure(const QString& reason, int code = 422)
-{
-    return {{QStringLiteral("error"),
-             QJsonObject{{QStringLiteral("domain"), QStringLiteral("VLRWebErrorDomain")},
-                         {QStringLiteral("code"), code},
-                         {QStringLiteral("message"), reason}}}};
-}
-
-QJsonObject usage(const QString& command)
-{
-    return failure(QStringLiteral("wrong arguments for %1; see veluria-admin --help").arg(command), 400);
-}
-
-QJsonObject databaseFailure(const QSqlQuery& query)
-{
-    return failure(query.lastError().text(), 500);
-}
 
 // YYYY-MM-DD at noon UTC, or a number of days from now; null when neither.
 QDateTime dateOption(const QString& text)
@@ -57,44 +33,6 @@ QVariant nullable(const QString& text, QMetaType::Type type = QMetaType::QString
 {
     return text.isEmpty() ? QVariant(QMetaType(type)) : QVariant(text);
 }
-
-struct Command
-{
-    QStringList arguments;
-    QJsonObject options;
-    QJsonObject files;
-    const BlobStore& store;
-
-    QString option(const char* name) const { return options.value(QLatin1String(name)).toString(); }
-    // An option's text, empty (not null) when absent.
-    QString text(const char* name) const
-    {
-        const QString value = option(name);
-        return value.isNull() ? QStringLiteral("") : value;
-    }
-    bool flag(const char* name) const { return options.value(QLatin1String(name)).toBool(); }
-    // An option that may be given several times.
-    QStringList all(const char* name) const
-    {
-        const QJsonValue value = options.value(QLatin1String(name));
-        if (value.isArray()) {
-            QStringList list;
-            for (const QJsonValue& entry : value.toArray())
-                list.append(entry.toString());
-            return list;
-        }
-        return value.toString().isEmpty() ? QStringList() : QStringList{value.toString()};
-    }
-    // The store's path of a file the command names, or empty.
-    QString file(const QString& key) const
-    {
-        const QString sha256 = files.value(key).toString();
-        if (!BlobStore::isDigest(sha256))
-            return {};
-        const QString path = store.contentPath(sha256);
-        return QFileInfo(path).isFile() ? path : QString();
-    }
-};
 
 QString single(const char* sql, const QVariantList& values)
 {
@@ -127,12 +65,12 @@ QString addVendor(const QString& name, QSqlQuery* query)
 }
 
 // The picture named by an option, or a failure message.
-bool readImage(const Command& command, QByteArray* image, QString* failed)
+bool readImage(const AdminCall& call, QByteArray* image, QString* failed)
 {
-    const QString named = command.option("image");
+    const QString named = call.option(QStringLiteral("image"));
     if (named.isEmpty())
         return true;
-    QFile file(command.file(QStringLiteral("image")));
+    QFile file(call.file(QStringLiteral("image")));
     if (file.fileName().isEmpty() || file.size() > maxImageBytes || !file.open(QIODevice::ReadOnly)
         || MarketCatalogue::imageType(*image = file.readAll()).isEmpty()) {
         *failed = QStringLiteral("%1 is not a picture").arg(named);
@@ -141,56 +79,56 @@ bool readImage(const Command& command, QByteArray* image, QString* failed)
     return true;
 }
 
-QJsonObject addVendorCommand(const Command& command)
+AdminOutcome addVendorCommand(const AdminCall& call)
 {
-    if (command.arguments.size() != 1 || command.arguments.at(0).trimmed().isEmpty())
-        return usage(QStringLiteral("add-vendor"));
+    if (call.arguments.size() != 1 || call.arguments.at(0).trimmed().isEmpty())
+        return AdminOutcome::usage();
     QSqlQuery query(Database::connection());
-    const QString id = addVendor(command.arguments.at(0).trimmed(), &query);
-    return id.isEmpty() ? databaseFailure(query) : output(id + QLatin1Char('\n'));
+    const QString id = addVendor(call.arguments.at(0).trimmed(), &query);
+    return id.isEmpty() ? AdminOutcome::databaseFailed() : AdminOutcome::printed(id + QLatin1Char('\n'));
 }
 
-QJsonObject addProductCommand(const Command& command)
+AdminOutcome addProductCommand(const AdminCall& call)
 {
-    if (command.arguments.size() != 1 || command.arguments.at(0).trimmed().isEmpty())
-        return usage(QStringLiteral("add-product"));
+    if (call.arguments.size() != 1 || call.arguments.at(0).trimmed().isEmpty())
+        return AdminOutcome::usage();
     QSqlQuery query(Database::connection());
-    const QString vendor = command.option("vendor");
+    const QString vendor = call.option(QStringLiteral("vendor"));
     const QString vendorId = vendor.isEmpty() ? QString() : addVendor(vendor, &query);
     if (!vendor.isEmpty() && vendorId.isEmpty())
-        return databaseFailure(query);
+        return AdminOutcome::databaseFailed();
     QByteArray image;
     QString failed;
-    if (!readImage(command, &image, &failed))
-        return failure(failed);
+    if (!readImage(call, &image, &failed))
+        return AdminOutcome::failed(failed);
     query.prepare(QStringLiteral("INSERT INTO products(name, vendor_id, image) VALUES (?, ?, ?) ON CONFLICT (name) "
                                  "DO UPDATE SET name = EXCLUDED.name RETURNING id"));
-    query.addBindValue(command.arguments.at(0).trimmed());
+    query.addBindValue(call.arguments.at(0).trimmed());
     query.addBindValue(nullable(vendorId));
     query.addBindValue(image.isEmpty() ? QVariant(QMetaType(QMetaType::QByteArray)) : QVariant(image));
     if (!query.exec() || !query.next())
-        return databaseFailure(query);
-    return output(query.value(0).toString() + QLatin1Char('\n'));
+        return AdminOutcome::databaseFailed();
+    return AdminOutcome::printed(query.value(0).toString() + QLatin1Char('\n'));
 }
 
-QJsonObject addInstallerCommand(const Command& command)
+AdminOutcome addInstallerCommand(const AdminCall& call)
 {
     QStringList products;
-    for (const QString& product : command.all("product")) {
+    for (const QString& product : call.values(QStringLiteral("product"))) {
         const QString id = productId(product);
         if (id.isEmpty())
-            return failure(QStringLiteral("no product is called %1").arg(product));
+            return AdminOutcome::failed(QStringLiteral("no product is called %1").arg(product));
         products.append(id);
     }
-    if (command.arguments.size() != 1 || command.arguments.at(0).trimmed().isEmpty() || products.isEmpty())
-        return usage(QStringLiteral("add-installer"));
-    const QString name = command.arguments.at(0).trimmed();
+    if (call.arguments.size() != 1 || call.arguments.at(0).trimmed().isEmpty() || products.isEmpty())
+        return AdminOutcome::usage();
+    const QString name = call.arguments.at(0).trimmed();
     QByteArray image;
     QString failed;
-    if (!readImage(command, &image, &failed))
-        return failure(failed);
+    if (!readImage(call, &image, &failed))
+        return AdminOutcome::failed(failed);
     if (!installerId(name).isEmpty())
-        return failure(QStringLiteral("an installer is called %1 already").arg(name));
+        return AdminOutcome::failed(QStringLiteral("an installer is called %1 already").arg(name));
     QSqlDatabase db = Database::connection();
     db.transaction();
     QSqlQuery query(db);
@@ -198,12 +136,12 @@ QJsonObject addInstallerCommand(const Command& command)
         QStringLiteral("INSERT INTO installers(name, description, platform, image) VALUES (?, ?, ?, ?) RETURNING id"));
     query.addBindValue(name);
     // Absent texts are empty, never NULL.
-    query.addBindValue(command.text("description"));
-    query.addBindValue(command.text("platform"));
+    query.addBindValue(call.option(QStringLiteral("description")));
+    query.addBindValue(call.option(QStringLiteral("platform")));
     query.addBindValue(image.isEmpty() ? QVariant(QMetaType(QMetaType::QByteArray)) : QVariant(image));
     if (!query.exec() || !query.next()) {
         db.rollback();
-        return databaseFailure(query);
+        return AdminOutcome::databaseFailed();
     }
     const QString id = query.value(0).toString();
     for (qsizetype i = 0; i < products.size(); ++i) {
@@ -215,27 +153,27 @@ QJsonObject addInstallerCommand(const Command& command)
         link.addBindValue(int(i));
         if (!link.exec()) {
             db.rollback();
-            return databaseFailure(link);
+            return AdminOutcome::databaseFailed();
         }
     }
     // Buyers of its products see it at once, as a new installer.
     if (!MarketCatalogue::changedForBuyersOf(id) || !db.commit()) {
         db.rollback();
-        return failure(db.lastError().text(), 500);
+        return AdminOutcome::databaseFailed();
     }
-    return output(id + QLatin1Char('\n'));
+    return AdminOutcome::printed(id + QLatin1Char('\n'));
 }
 
-QJsonObject publishInstallerCommand(const Command& command)
+AdminOutcome publishInstallerCommand(const AdminCall& call)
 {
-    if (command.arguments.size() != 2)
-        return usage(QStringLiteral("publish-installer"));
-    const QString installer = installerId(command.arguments.at(0));
+    if (call.arguments.size() != 2)
+        return AdminOutcome::usage();
+    const QString installer = installerId(call.arguments.at(0));
     if (installer.isEmpty())
-        return failure(QStringLiteral("no installer is called %1").arg(command.arguments.at(0)));
-    const QString package = command.file(QStringLiteral("1"));
+        return AdminOutcome::failed(QStringLiteral("no installer is called %1").arg(call.arguments.at(0)));
+    const QString package = call.file(QStringLiteral("1"));
     if (package.isEmpty())
-        return failure(QStringLiteral("%1 is not a file").arg(command.arguments.at(1)));
+        return AdminOutcome::failed(QStringLiteral("%1 is not a file").arg(call.arguments.at(1)));
     QSqlDatabase db = Database::connection();
     db.transaction();
     QSqlQuery query(db);
@@ -243,43 +181,44 @@ QJsonObject publishInstallerCommand(const Command& command)
                                  "sha256) SELECT ?, coalesce(max(number), 0) + 1, ?, ?, ?, ? FROM installer_revisions "
                                  "WHERE installer_id = ? RETURNING id"));
     query.addBindValue(installer);
-    query.addBindValue(nullable(command.option("version")));
+    query.addBindValue(nullable(call.option(QStringLiteral("version"))));
     // The file's own name, as the admin's disk had it; a client makes it
     // safe before it touches a disk.
-    query.addBindValue(QFileInfo(command.arguments.at(1)).fileName());
+    query.addBindValue(QFileInfo(call.arguments.at(1)).fileName());
     query.addBindValue(QFileInfo(package).size());
-    query.addBindValue(command.files.value(QStringLiteral("1")).toString());
+    query.addBindValue(call.files.value(QStringLiteral("1")).toString());
     query.addBindValue(installer);
     if (!query.exec() || !query.next()) {
         db.rollback();
-        return databaseFailure(query);
+        return AdminOutcome::databaseFailed();
     }
     const QString id = query.value(0).toString();
     if (!MarketCatalogue::changedForBuyersOf(installer) || !db.commit()) {
         db.rollback();
-        return failure(db.lastError().text(), 500);
+        return AdminOutcome::databaseFailed();
     }
-    return output(id + QLatin1Char('\n'));
+    return AdminOutcome::printed(id + QLatin1Char('\n'));
 }
 
-QJsonObject grantPurchaseCommand(const Command& command)
+AdminOutcome grantPurchaseCommand(const AdminCall& call)
 {
-    const QString renews = command.option("renews");
-    const QString card = command.option("card-expires");
-    if (command.arguments.size() != 2 || renews.isEmpty())
-        return usage(QStringLiteral("grant-purchase"));
+    const QString renews = call.option(QStringLiteral("renews"));
+    const QString card = call.option(QStringLiteral("card-expires"));
+    if (call.arguments.size() != 2 || renews.isEmpty())
+        return AdminOutcome::usage();
     const QDateTime renewsAt = dateOption(renews);
     const QDateTime cardExpires = card.isEmpty() ? QDateTime() : dateOption(card);
     if (!renewsAt.isValid() || (!card.isEmpty() && !cardExpires.isValid()))
-        return failure(QStringLiteral("a date is YYYY-MM-DD, or +N or -N days"));
-    const QString email = command.arguments.at(0);
-    const QString buyer = single("SELECT id FROM users WHERE lower(email) = lower(?)", {email});
-    if (buyer.isEmpty())
-        return failure(QStringLiteral("no account has the address %1").arg(email), 404);
-    const QString product = productId(command.arguments.at(1));
+        return AdminOutcome::failed(QStringLiteral("a date is YYYY-MM-DD, or +N or -N days"));
+    AdminOutcome failure;
+    const auto account = AdminLookup::account(call.arguments.at(0), &failure);
+    if (!account)
+        return failure;
+    const QString buyer = account->id;
+    const QString product = productId(call.arguments.at(1));
     if (product.isEmpty())
-        return failure(QStringLiteral("no product is called %1").arg(command.arguments.at(1)), 404);
-    const QString payment = command.option("payment");
+        return AdminOutcome::failed(QStringLiteral("no product is called %1").arg(call.arguments.at(1)));
+    const QString payment = call.option(QStringLiteral("payment"));
     QSqlDatabase db = Database::connection();
     db.transaction();
     QSqlQuery query(db);
@@ -291,35 +230,35 @@ QJsonObject grantPurchaseCommand(const Command& command)
     query.addBindValue(buyer);
     query.addBindValue(product);
     query.addBindValue(renewsAt);
-    query.addBindValue(command.flag("canceled"));
+    query.addBindValue(call.flag(QStringLiteral("canceled")));
     query.addBindValue(payment.isEmpty() ? QStringLiteral("credit_card") : payment);
     query.addBindValue(cardExpires.isValid() ? QVariant(cardExpires) : QVariant(QMetaType(QMetaType::QDateTime)));
-    query.addBindValue(nullable(command.option("manage-url")));
+    query.addBindValue(nullable(call.option(QStringLiteral("manage-url"))));
     if (!query.exec() || !query.next()) {
         db.rollback();
-        return databaseFailure(query);
+        return AdminOutcome::databaseFailed();
     }
     const QString id = query.value(0).toString();
     if (!MarketCatalogue::changedFor(buyer) || !db.commit()) {
         db.rollback();
-        return failure(db.lastError().text(), 500);
+        return AdminOutcome::databaseFailed();
     }
-    return output(id + QLatin1Char('\n'));
+    return AdminOutcome::printed(id + QLatin1Char('\n'));
 }
 
 // What the purchases of an account cover; installs are told as this
 // machine's when the command names the machine it runs on.
-QJsonObject installersCommand(const Command& command)
+AdminOutcome installersCommand(const AdminCall& call)
 {
-    if (command.arguments.size() != 1)
-        return usage(QStringLiteral("installers"));
-    const QString email = command.arguments.at(0);
-    const QString buyer = single("SELECT id FROM users WHERE lower(email) = lower(?)", {email});
-    if (buyer.isEmpty())
-        return failure(QStringLiteral("no account has the address %1").arg(email), 404);
-    const auto catalogue = MarketCatalogue::read(buyer, command.option("machine"), QStringLiteral("localhost"));
+    if (call.arguments.size() != 1)
+        return AdminOutcome::usage();
+    AdminOutcome failure;
+    const auto account = AdminLookup::account(call.arguments.at(0), &failure);
+    if (!account)
+        return failure;
+    const auto catalogue = MarketCatalogue::read(account->id, call.option(QStringLiteral("machine")), call.host);
     if (!catalogue)
-        return failure(QStringLiteral("The server's database failed."), 500);
+        return AdminOutcome::databaseFailed();
     QString text;
     for (const QJsonValue& entry : catalogue->value(QStringLiteral("installers")).toArray()) {
         const QJsonObject installer = entry.toObject();
@@ -334,37 +273,17 @@ QJsonObject installersCommand(const Command& command)
             + installer.value(QStringLiteral("name")).toString() + QStringLiteral("  ")
             + (version.isEmpty() ? QStringLiteral("-") : version) + QStringLiteral("  ") + state + QLatin1Char('\n');
     }
-    return output(text);
+    return AdminOutcome::printed(text);
 }
 
-using Handler = QJsonObject (*)(const Command&);
-const QHash<QString, Handler>& commands()
-{
-    static const QHash<QString, Handler> table{
-        {QStringLiteral("add-vendor"), addVendorCommand},
-        {QStringLiteral("add-product"), addProductCommand},
-        {QStringLiteral("add-installer"), addInstallerCommand},
-        {QStringLiteral("publish-installer"), publishInstallerCommand},
-        {QStringLiteral("grant-purchase"), grantPurchaseCommand},
-        {QStringLiteral("installers"), installersCommand},
-    };
-    return table;
-}
 } // namespace
 
-bool MarketAdmin::handles(const QString& command)
+void MarketAdmin::addTo(AdminCommands& commands)
 {
-    return commands().contains(command);
-}
-
-QJsonObject MarketAdmin::run(const QString& command, const QJsonObject& body, const BlobStore& store)
-{
-    const Handler handler = commands().value(command);
-    if (!handler)
-        return failure(QStringLiteral("unknown command %1").arg(command), 404);
-    QStringList arguments;
-    for (const QJsonValue& value : body.value(QStringLiteral("arguments")).toArray())
-        arguments.append(value.toString());
-    return handler(Command{arguments, body.value(QStringLiteral("options")).toObject(),
-                           body.value(QStringLiteral("files")).toObject(), store});
+    commands.add(QStringLiteral("add-vendor"), addVendorCommand);
+    commands.add(QStringLiteral("add-product"), addProductCommand);
+    commands.add(QStringLiteral("add-installer"), addInstallerCommand);
+    commands.add(QStringLiteral("publish-installer"), publishInstallerCommand);
+    commands.add(QStringLiteral("grant-purchase"), grantPurchaseCommand);
+    commands.add(QStringLiteral("installers"), installersCommand);
 }

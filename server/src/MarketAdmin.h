@@ -1,20 +1,15 @@
 #pragma once
 
-#include <QJsonObject>
-#include <QString>
+class AdminCommands;
 
-class BlobStore;
-
-// The admin commands of the software catalogue, run on the server's
-// database: add-vendor, add-product, add-installer, publish-installer,
-// grant-purchase and installers. A command comes as
-// {"arguments": [...], "options": {"vendor": "…", "canceled": true, …},
-// "files": {"<argument index or option name>": "<sha256 in the store>"}}
-// and answers {"output": "<what veluria-admin prints for it>"} or
-// {"error": {"domain", "code", "message"}}.
+// The administrative commands of the software catalogue: add-vendor,
+// add-product, add-installer, publish-installer, grant-purchase and
+// installers, each answering what veluria-admin prints for it on a local
+// database. A picture (--image) and a package (the second argument of
+// publish-installer) come as files uploaded to the store first; installers
+// takes the option "machine" to tell that machine's installs apart.
 class MarketAdmin
 {
 public:
-    static bool handles(const QString& command);
-    static QJsonObject run(const QString& command, const QJsonObject& body, const BlobStore& store);
+    static void addTo(AdminCommands& commands);
 };

@@ -59,6 +59,9 @@ Server::Server(const ServerConfig& config, QObject* parent)
     , m_store(config.storePath)
     , m_api(m_accounts)
     , m_transfers(m_accounts, m_store)
+    , m_admin(m_accounts, m_store)
+    , m_avatars(m_accounts, m_store)
+    , m_manifest(config.manifestPath)
     , m_market(m_accounts, m_store)
 { }
 
@@ -74,6 +77,7 @@ bool Server::start(QString* failure)
 {
     if (!m_store.prepare(failure) || !m_hub.listen(failure))
         return false;
+    m_manifest.check();
     QSslConfiguration tls;
     if (m_config.tls && !loadTls(m_config, &tls, failure))
         return false;
@@ -119,7 +123,9 @@ void Server::headersReceived(HttpConnection* c)
     // An upload's body is only taken into a file that the database knows of.
     if (c->request().method == "PATCH" && !databaseReachable(c))
         return;
-    m_transfers.headersReceived(c, segmentsOf(c->request().path));
+    const QStringList path = segmentsOf(c->request().path);
+    m_transfers.headersReceived(c, path);
+    m_admin.headersReceived(c, path);
 }
 
 void Server::requestReceived(HttpConnection* c)
@@ -129,7 +135,8 @@ void Server::requestReceived(HttpConnection* c)
     const QStringList path = segmentsOf(c->request().path);
     if (path == QStringList{QStringLiteral("events")} && c->request().method == "GET")
         return events(c);
-    if (!m_api.handle(c, path) && !m_transfers.handle(c, path) && !m_market.handle(c, path))
+    if (!m_api.handle(c, path) && !m_transfers.handle(c, path) && !m_admin.handle(c, path) && !m_avatars.handle(c, path)
+        && !m_manifest.handle(c, path) && !m_market.handle(c, path))
         c->respondError(404, 404, QStringLiteral("There is nothing at this address."));
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "Accounts.h"
+#include "AdminApi.h"
 #include "Api.h"
+#include "Avatars.h"
 #include "BlobStore.h"
 #include "EventHub.h"
+#include "ManifestFile.h"
 #include "MarketApi.h"
 #include "ServerConfig.h"
 #include "TransferApi.h"
@@ -47,6 +50,9 @@ private:
     EventHub m_hub;
     Api m_api;
     TransferApi m_transfers;
+    AdminApi m_admin;
+    Avatars m_avatars;
+    ManifestFile m_manifest;
     MarketApi m_market;
     std::unique_ptr<UploadSweeper> m_sweeper;
     std::vector<std::unique_ptr<ConnectionThread>> m_threads;

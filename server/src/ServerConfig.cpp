@@ -32,6 +32,7 @@ bool ServerConfig::load(const QString& path, ServerConfig* config, QString* fail
     c.certificatePath = ini.value(QStringLiteral("server/certificate")).toString();
     c.keyPath = ini.value(QStringLiteral("server/key")).toString();
     c.storePath = ini.value(QStringLiteral("server/store")).toString();
+    c.manifestPath = ini.value(QStringLiteral("server/manifest")).toString();
     c.sessionLifetimeSeconds =
         ini.value(QStringLiteral("server/sessionLifetime"), c.sessionLifetimeSeconds).toLongLong(&ok);
     if (!ok || c.sessionLifetimeSeconds <= 0) {

@@ -14,6 +14,8 @@ struct ServerConfig
     QString certificatePath;
     QString keyPath;
     QString storePath;
+    // The version manifest that clients may fetch; none when empty.
+    QString manifestPath;
     qint64 sessionLifetimeSeconds = 30 * 24 * 3600;
     // Connection threads; the processor's cores unless told.
     int threads = 0;

@@ -115,13 +115,16 @@ bool TransferApi::handle(HttpConnection* c, const QStringList& path)
     const bool uploads = path.value(0) == QLatin1String("uploads");
     const bool content =
         path.value(0) == QLatin1String("revisions") && path.size() == 3 && path.value(2) == QLatin1String("content");
-    if (!uploads && !content)
+    const bool revision = path.value(0) == QLatin1String("revisions") && path.size() == 2;
+    if (!uploads && !content && !revision)
         return false;
     QString userId;
     if (!authenticate(m_accounts, c, &userId))
         return true;
     if (content && method == "GET")
         download(c, userId, path.value(1));
+    else if (revision && method == "GET")
+        describeRevision(c, userId, path.value(1));
     else if (uploads && path.size() == 1 && method == "POST")
         createUpload(c, userId);
     else if (isUploadPath(path) && method == "HEAD")
@@ -205,6 +208,24 @@ void TransferApi::finishPatch(HttpConnection* c, const QString& userId, const QS
     done.addBindValue(upload.id);
     done.exec();
     c->respondJson(201, {{QStringLiteral("revision"), revisionId}, {QStringLiteral("sha256"), upload.revision.sha256}});
+}
+
+void TransferApi::describeRevision(HttpConnection* c, const QString& userId, const QString& segment)
+{
+    const QString id = uuidOf(segment);
+    QSqlQuery query(Database::connection());
+    query.prepare(QStringLiteral("SELECT r.workspace_id, r.file_name, r.size, r.sha256 FROM revisions r JOIN members m "
+                                 "ON m.workspace_id = r.workspace_id AND m.user_id = ? WHERE r.id = ?"));
+    query.addBindValue(userId);
+    query.addBindValue(id);
+    if (id.isEmpty() || !query.exec() || !query.next())
+        return c->respondError(404, 404, QStringLiteral("There is no such revision in your workspaces."));
+    c->respondJson(200,
+                   {{QStringLiteral("id"), id},
+                    {QStringLiteral("workspace"), query.value(0).toString()},
+                    {QStringLiteral("fileName"), query.value(1).toString()},
+                    {QStringLiteral("size"), query.value(2).toLongLong()},
+                    {QStringLiteral("sha256"), query.value(3).toString()}});
 }
 
 void TransferApi::download(HttpConnection* c, const QString& userId, const QString& segment)

@@ -6,7 +6,7 @@ class Accounts;
 class BlobStore;
 class HttpConnection;
 
-// Resumable uploads and ranged downloads. An upload is announced with its
+// Resumable uploads, ranged downloads and what a download link names. An upload is announced with its
 // size and SHA-256, then its bytes come in PATCH requests at the offset the
 // server reports; bytes that arrived before a cut-off stay, and the last
 // byte triggers the check, the store and the revision.
@@ -29,6 +29,7 @@ private:
     void createUpload(HttpConnection* c, const QString& userId);
     void reportOffset(HttpConnection* c, const QString& userId, const QString& segment);
     void finishPatch(HttpConnection* c, const QString& userId, const QString& segment);
+    void describeRevision(HttpConnection* c, const QString& userId, const QString& segment);
     void download(HttpConnection* c, const QString& userId, const QString& segment);
 
     const Accounts& m_accounts;

@@ -1,5 +1,6 @@
 #include "Accounts.h"
 #include "Database.h"
+#include "FirstAdministrator.h"
 #include "Server.h"
 #include "ServerConfig.h"
 
@@ -28,7 +29,11 @@ int main(int argc, char** argv)
                                            QStringLiteral("EMAIL"));
     const QCommandLineOption totpOption(QStringLiteral("second-factor"),
                                         QStringLiteral("With --add-user: print a TOTP secret the account must use."));
-    parser.addOptions({configOption, migrateOption, addUserOption, totpOption});
+    const QCommandLineOption initOption(
+        QStringLiteral("init"),
+        QStringLiteral("Make the database's schema and the first administrator (asked for, or read from standard "
+                       "input: the e-mail address, then the password) and stop."));
+    parser.addOptions({configOption, migrateOption, initOption, addUserOption, totpOption});
     parser.process(app);
 
     ServerConfig config;
@@ -40,6 +45,15 @@ int main(int argc, char** argv)
     }
     if (parser.isSet(migrateOption))
         return 0;
+    if (parser.isSet(initOption)) {
+        const QString administrator = FirstAdministrator::make(&failure);
+        if (administrator.isNull()) {
+            err << failure << Qt::endl;
+            return 1;
+        }
+        out << "The database is ready; " << administrator << " administers it (veluria-admin --server)." << Qt::endl;
+        return 0;
+    }
     if (parser.isSet(addUserOption)) {
         const QString password = QTextStream(stdin).readLine();
         QString secret;

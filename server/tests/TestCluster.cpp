@@ -134,11 +134,13 @@ bool TestCluster::run(const QStringList& command, QString* output)
     return ok;
 }
 
-quint16 TestCluster::startServer(const QVariantMap& settings)
+quint16 TestCluster::startServer(const QVariantMap& settings, quint16 port)
 {
     // Each process gets its own port in its own copy of the configuration.
-    const quint16 port = freePort();
+    if (port == 0)
+        port = freePort();
     const QString config = m_dir.path() + QStringLiteral("/server-%1.ini").arg(port);
+    QFile::remove(config);
     QFile::copy(m_config, config);
     {
         QSettings ini(config, QSettings::IniFormat);
@@ -148,6 +150,7 @@ quint16 TestCluster::startServer(const QVariantMap& settings)
     }
     auto server = std::make_shared<QProcess>();
     server->setProcessChannelMode(QProcess::ForwardedOutputChannel);
+    server->setProperty("port", port);
     server->start(QStringLiteral(VELURIA_SERVER_BINARY), {QStringLiteral("--config"), config});
     m_servers.append(server);
     QByteArray said;
@@ -163,6 +166,15 @@ quint16 TestCluster::startServer(const QVariantMap& settings)
     QObject::connect(server.get(), &QProcess::readyReadStandardError,
                      [process = server.get()] { std::fputs(process->readAllStandardError().constData(), stderr); });
     return port;
+}
+
+void TestCluster::killServer(quint16 port)
+{
+    for (const auto& server : std::as_const(m_servers))
+        if (server->property("port").toUInt() == port) {
+            server->kill();
+            server->waitForFinished();
+        }
 }
 
 QString TestCluster::addUser(const QString& email, const QString& password, bool secondFactor)

@@ -25,8 +25,11 @@ public:
     // Empty when the cluster stands; otherwise why it doesn't.
     QString missing() const { return m_missing; }
 
-    // Starts one more server process, with these [server] settings changed; its port.
-    quint16 startServer(const QVariantMap& settings = {});
+    // Starts one more server process, with these [server] settings changed,
+    // on the given port or a free one; its port.
+    quint16 startServer(const QVariantMap& settings = {}, quint16 port = 0);
+    // Kills the server processes on that port, as a crash would.
+    void killServer(quint16 port);
     // PostgreSQL stopped and started again under the running servers.
     bool stopDatabase();
     bool startDatabase();
@@ -48,8 +51,9 @@ public:
     QByteArray signIn(quint16 port, const QString& email, const QString& password);
     QNetworkReply* openEvents(quint16 port, const QByteArray& token, qint64 lastEventId = -1);
     QSslConfiguration tls() const { return m_tls; }
-    // The servers' configuration file, for opening their database in-process.
+    // The servers' configuration file and the cluster's own folder.
     QString configPath() const { return m_config; }
+    QString folder() const { return m_dir.path(); }
     QNetworkAccessManager& network() { return m_network; }
 
     static bool waitFor(const std::function<bool()>& condition, int ms = 5000);

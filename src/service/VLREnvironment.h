@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 // Which service the library talks to. Environment 0 is the default one.
 class VLREnvironment
@@ -14,4 +15,7 @@ public:
     virtual QString domainName() = 0;
     virtual QString appHostname() = 0;
     virtual QString appVersion() = 0;
+    // The domain names a sign-in can go to, the default environment's first:
+    // what the environment selector offers.
+    virtual QStringList domainNames() = 0;
 };

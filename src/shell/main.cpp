@@ -5,7 +5,7 @@
 #include "platform/VLRNotificationScheduling.h"
 #include "platform/VLRSystemDesktopServices.h"
 #include "platform/VLRUserDefaults.h"
-#include "sdk/local/EmbeddedServiceLibrary.h"
+#include "sdk/remote/VeluriaServiceLibrary.h"
 #include "service/VLRLogFormat.h"
 #include "service/VLRLogHandler.h"
 #include "shell/AppDelegate.h"
@@ -54,9 +54,10 @@ int main(int argc, char* argv[])
     const Translations translations(QLocale::system());
     VLRFonts::useMuliThroughout();
 
-    // The embedded local service and the desktop's own services; a test
-    // hands the client doubles instead.
-    EmbeddedServiceLibrary library;
+    // The embedded local service or a team server, as the environment
+    // chooses, and the desktop's own services; a test hands the client
+    // doubles instead.
+    VeluriaServiceLibrary library;
     VLRUserDefaults defaults(VLRUserDefaults::standardDirectory());
     VLRFreedesktopNotificationCenter notificationCenter;
     VLRNotificationScheduling notifications(&defaults, &notificationCenter);

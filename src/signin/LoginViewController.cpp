@@ -77,12 +77,6 @@ Qt::KeyboardModifiers modifierFlags(const QKeyEvent* event)
 
 } // namespace
 
-const QStringList LoginViewController::EnvironmentDomainNames = {
-    QStringLiteral("localhost"),
-    QStringLiteral("veluria.com"),
-    QStringLiteral("staging.veluria.com"),
-};
-
 LoginViewController::LoginViewController(const ClientServices& services, QObject* parent)
     : QObject(parent)
     , m_services(services)
@@ -135,7 +129,7 @@ void LoginViewController::loadView()
     m_forgotPasswordButton->hide();
 
     m_environmentButton = new EnvironmentPopUp(m_view);
-    m_environmentButton->addItems(EnvironmentDomainNames);
+    m_environmentButton->addItems(m_services.library->environment().domainNames());
     m_environmentButton->setFixedWidth(EnvironmentButtonWidth);
 
     auto* layout = new QVBoxLayout(m_view);

@@ -28,8 +28,6 @@ class LoginViewController : public QObject, public LoginPage, public VLRResponde
 public:
     // The client's key, handed to the library at every sign-in.
     static inline const QString APIKey = QStringLiteral("lumenra-courier-token");
-    // The selector's items: the domain names of the service's environments.
-    static const QStringList EnvironmentDomainNames;
 
     explicit LoginViewController(const ClientServices& services, QObject* parent = nullptr);
     ~LoginViewController() override;

@@ -38,6 +38,8 @@ struct FakeServiceState
     qint64 environmentNumber = 0;
     QString appHostname = QStringLiteral("app.veluria.test");
     QString appVersion = QStringLiteral("2.0.0");
+    QStringList domainNames = {QStringLiteral("localhost"), QStringLiteral("veluria.com"),
+                               QStringLiteral("staging.veluria.com")};
 
     // Keychain: a null string means no stored password.
     QString storedPassword;
@@ -114,6 +116,7 @@ private:
         QString domainName() override { return s->domainName; }
         QString appHostname() override { return s->appHostname; }
         QString appVersion() override { return s->appVersion; }
+        QStringList domainNames() override { return s->domainNames; }
     };
     struct Keychain : VLRKeychain
     {

@@ -1,6 +1,7 @@
 #include "sdk/base/DatabaseSchema.h"
 
 #include "sdk/base/Database.h"
+#include "sdk/base/SqlStatement.h"
 
 bool DatabaseSchema::create(Database& database)
 {
@@ -76,7 +77,8 @@ CREATE TABLE IF NOT EXISTS transfers(
   error_code INTEGER,
   error_text TEXT,
   created_at INTEGER NOT NULL,
-  finished_at INTEGER);
+  finished_at INTEGER,
+  upload_id TEXT);
 CREATE INDEX IF NOT EXISTS transfers_by_user ON transfers(user_id, finished, position);
 CREATE TABLE IF NOT EXISTS downloads(
   user_id TEXT NOT NULL,
@@ -103,5 +105,21 @@ CREATE TRIGGER IF NOT EXISTS publications_added AFTER INSERT ON publications BEG
 CREATE TRIGGER IF NOT EXISTS users_changed AFTER UPDATE OF email, first_name, last_name, avatar, needs_confirmation ON users
   BEGIN UPDATE catalog SET version = version + 1; END;
 PRAGMA user_version = 1;
-)sql") && createMarket(database);
+)sql") && addUploadIds(database)
+        && createMarket(database);
+}
+
+// Databases made before transfers could go to a team server lack the
+// column that keeps an upload's id there. Two processes may open an old
+// file at once: the change is made in a write transaction that looks again.
+bool DatabaseSchema::addUploadIds(Database& database)
+{
+    auto hasColumn = [&] {
+        SqlStatement column(database.handle(), "SELECT 1 FROM pragma_table_info('transfers') WHERE name = 'upload_id'");
+        return column.next();
+    };
+    if (hasColumn())
+        return true;
+    return database.transaction(
+        [&] { return hasColumn() || database.exec("ALTER TABLE transfers ADD COLUMN upload_id TEXT"); });
 }

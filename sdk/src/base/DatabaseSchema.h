@@ -11,4 +11,7 @@ public:
     // The software catalogue: vendors, products, installers with their
     // revisions, purchases, and which machine installed what.
     static bool createMarket(Database& database);
+
+private:
+    static bool addUploadIds(Database& database);
 };

@@ -6,12 +6,10 @@
 
 namespace {
 
-const QString localDomainName = QStringLiteral("localhost");
-
 struct EnvironmentState
 {
     std::mutex mutex;
-    QString domainName = localDomainName;
+    QString domainName = LocalEnvironment::localDomainName();
 };
 
 EnvironmentState& state()
@@ -36,7 +34,7 @@ void LocalEnvironment::setEnvironmentWithDomainName(const QString& domainName)
 
 qint64 LocalEnvironment::environment()
 {
-    return domainName() == localDomainName ? DefaultEnvironment : 1;
+    return domainName() == localDomainName() ? DefaultEnvironment : 1;
 }
 
 QString LocalEnvironment::domainName()
@@ -49,10 +47,15 @@ QString LocalEnvironment::domainName()
 QString LocalEnvironment::appHostname()
 {
     const QString domain = domainName();
-    return domain == localDomainName ? domain : QStringLiteral("app.") + domain;
+    return domain == localDomainName() ? domain : QStringLiteral("app.") + domain;
 }
 
 QString LocalEnvironment::appVersion()
 {
     return QStringLiteral(VELURIA_VERSION);
+}
+
+QStringList LocalEnvironment::domainNames()
+{
+    return {localDomainName()};
 }

@@ -15,4 +15,7 @@ public:
     QString domainName() override;
     QString appHostname() override;
     QString appVersion() override;
+    QStringList domainNames() override;
+
+    static QString localDomainName() { return QStringLiteral("localhost"); }
 };

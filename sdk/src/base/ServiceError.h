@@ -32,6 +32,9 @@ public:
         NotRestartable = 36,
         FileChanged = 37,
         VersionInfoUnreadable = 38,
+        // Transfers with a team server.
+        ServerUnreachable = 50,
+        FolderNotUploadable = 51,
     };
 
     static vlr::Error make(Code code, const QString& detail = QString());

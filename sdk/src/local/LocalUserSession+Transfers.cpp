@@ -63,14 +63,14 @@ bool LocalUserSession::allTransfersPaused() const
     return transfersPaused();
 }
 
-void LocalUserSession::transferCompleted(const LocalTransferPtr& transfer)
+void LocalUserSession::transferCompleted(const QueuedTransferPtr& transfer)
 {
     VLRTransferList list = completedTransfers();
     list.append(transfer);
     setCompletedTransfers(list);
 }
 
-bool LocalUserSession::takeCompletedTransfer(const LocalTransferPtr& transfer)
+bool LocalUserSession::takeCompletedTransfer(const QueuedTransferPtr& transfer)
 {
     VLRTransferList list = completedTransfers();
     if (!list.removeOne(transfer))
@@ -129,7 +129,7 @@ void LocalUserSession::uploadAndPublishNewRevision(const QUrl& fileURL, const QS
     job.workspaceId = workspaceIdentifier;
     job.text = publicationText.isNull() ? QStringLiteral("") : publicationText;
     job.createdAt = Clock::nowMs();
-    std::static_pointer_cast<LocalTransferQueue>(uploader())->add(job);
+    std::static_pointer_cast<TransferQueue>(uploader())->add(job);
 }
 
 void LocalUserSession::pauseAllTransfers(bool pause)
@@ -138,7 +138,7 @@ void LocalUserSession::pauseAllTransfers(bool pause)
         return;
     setTransfersPaused(pause);
     for (const auto& queue : {uploader(), downloader()}) {
-        auto local = std::static_pointer_cast<LocalTransferQueue>(queue);
+        auto local = std::static_pointer_cast<TransferQueue>(queue);
         if (pause)
             local->interrupt();
         else
@@ -153,7 +153,7 @@ void LocalUserSession::clearCompletedTransfers()
     // A failed transfer kept what it had copied for a retry; that goes now.
     for (const VLRTransferReportingPtr& transfer : completedTransfers())
         if (transfer->error())
-            discardPartials(std::static_pointer_cast<LocalTransfer>(transfer)->job());
+            discardPartials(std::static_pointer_cast<QueuedTransfer>(transfer)->job());
     setCompletedTransfers({});
     const QString userId = userID();
     onService([userId](Database& database) {
@@ -223,7 +223,7 @@ void LocalUserSession::requestDownload(const QString& url, const QString& folder
                     return answer(nullptr, ServiceError::make(ServiceError::SignedOut));
                 if (error)
                     return answer(nullptr, error);
-                answer(std::static_pointer_cast<LocalTransferQueue>(self->downloader())->add(job), std::nullopt);
+                answer(std::static_pointer_cast<TransferQueue>(self->downloader())->add(job), std::nullopt);
             });
         },
         [answer](const QString& failure) {
@@ -268,7 +268,7 @@ void LocalUserSession::queueRevisionDownloads(const QList<WorkspaceStore::Public
             if (!self || self->m_ended)
                 return;
             for (const TransferJob& job : jobs)
-                std::static_pointer_cast<LocalTransferQueue>(self->downloader())->add(job);
+                std::static_pointer_cast<TransferQueue>(self->downloader())->add(job);
         });
     });
 }

@@ -11,6 +11,7 @@
 #include "sdk/marketplace/DatabaseMarketSource.h"
 #include "sdk/marketplace/SessionMarketplace.h"
 #include "sdk/transfers/DownloadCache.h"
+#include "sdk/transfers/LocalTransferRunner.h"
 #include "sdk/transfers/Reaper.h"
 #include "sdk/transfers/TransferLeftovers.h"
 #include "sdk/transfers/TransferStore.h"
@@ -50,8 +51,9 @@ bool sameShownAccount(const AccountStore::Account& a, const AccountStore::Accoun
 std::shared_ptr<LocalUserSession> LocalUserSession::create(const Start& start)
 {
     std::shared_ptr<LocalUserSession> session(new LocalUserSession(start));
-    session->setUploader(std::make_shared<LocalTransferQueue>(start.databaseFolder, *session));
-    session->setDownloader(std::make_shared<LocalTransferQueue>(start.databaseFolder, *session));
+    session->setUploader(std::make_shared<TransferQueue>(LocalTransferRunner::factory(start.databaseFolder), *session));
+    session->setDownloader(
+        std::make_shared<TransferQueue>(LocalTransferRunner::factory(start.databaseFolder), *session));
     session->openMarketplace();
     const std::weak_ptr<LocalUserSession> weak = session;
     session->m_registration = SessionRegistry::add([weak] {
@@ -149,12 +151,12 @@ void LocalUserSession::listsLoaded(const Loaded& loaded)
     if (m_ended)
         return;
     applyCatalog(loaded.catalog);
-    auto uploads = std::static_pointer_cast<LocalTransferQueue>(uploader());
-    auto downloads = std::static_pointer_cast<LocalTransferQueue>(downloader());
+    auto uploads = std::static_pointer_cast<TransferQueue>(uploader());
+    auto downloads = std::static_pointer_cast<TransferQueue>(downloader());
     VLRTransferList completed;
     completed.reserve(loaded.completed.size());
     for (const TransferJob& job : loaded.completed)
-        completed.append(std::make_shared<LocalTransfer>(job, job.type == TransferJob::Upload ? uploads : downloads));
+        completed.append(std::make_shared<QueuedTransfer>(job, job.type == TransferJob::Upload ? uploads : downloads));
     setCompletedTransfers(completed);
     for (const TransferJob& job : loaded.queued)
         (job.type == TransferJob::Upload ? uploads : downloads)->add(job);
@@ -311,9 +313,9 @@ void LocalUserSession::end()
     m_registration.reset();
     if (m_market)
         m_market->end();
-    if (auto uploads = std::static_pointer_cast<LocalTransferQueue>(uploader()))
+    if (auto uploads = std::static_pointer_cast<TransferQueue>(uploader()))
         uploads->suspend();
-    if (auto downloads = std::static_pointer_cast<LocalTransferQueue>(downloader()))
+    if (auto downloads = std::static_pointer_cast<TransferQueue>(downloader()))
         downloads->suspend();
     // The watcher and the service thread end on their own thread: the last
     // writes of the transfers' state still go to the database.

@@ -2,7 +2,7 @@
 
 #include "sdk/accounts/AccountStore.h"
 #include "sdk/catalogue/CatalogSnapshot.h"
-#include "sdk/transfers/LocalTransferQueue.h"
+#include "sdk/transfers/TransferQueue.h"
 #include "sdk/transfers/TransferQueueHost.h"
 #include "sdk/workspaces/WorkspaceDirectory.h"
 
@@ -67,8 +67,8 @@ public:
 
     // TransferQueueHost
     bool allTransfersPaused() const override;
-    void transferCompleted(const LocalTransferPtr& transfer) override;
-    bool takeCompletedTransfer(const LocalTransferPtr& transfer) override;
+    void transferCompleted(const QueuedTransferPtr& transfer) override;
+    bool takeCompletedTransfer(const QueuedTransferPtr& transfer) override;
     void persistTransfer(const TransferJob& job) override;
     void forgetTransfer(const QString& id) override;
     void discardPartials(const TransferJob& job) override;

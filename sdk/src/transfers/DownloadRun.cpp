@@ -25,13 +25,6 @@
 
 namespace {
 
-vlr::Error unwritable(const QString& path)
-{
-    return ServiceError::make(
-        ServiceError::FileUnwritable,
-        QStringLiteral("\"%1\": %2").arg(QFileInfo(path).fileName(), QString::fromLocal8Bit(std::strerror(errno))));
-}
-
 // Whether an earlier download of this user put the file at this path.
 bool isEarlierDownload(Database& database, const QString& userId, const QString& path)
 {
@@ -50,6 +43,13 @@ DownloadRun::DownloadRun(const TransferJob& job, const QString& databaseFolder, 
     , m_shouldStop(std::move(shouldStop))
     , m_advanced(std::move(advanced))
 { }
+
+vlr::Error DownloadRun::unwritable(const QString& path)
+{
+    return ServiceError::make(
+        ServiceError::FileUnwritable,
+        QStringLiteral("\"%1\": %2").arg(QFileInfo(path).fileName(), QString::fromLocal8Bit(std::strerror(errno))));
+}
 
 QString DownloadRun::partialPathFor(const QString& target)
 {
@@ -75,7 +75,8 @@ TransferResult DownloadRun::run()
                                                : copyFile(store, digest, partialPathFor(m_job.filePath));
     if (result.outcome != TransferResult::Outcome::Completed)
         return result;
-    return putInPlace(partialPathFor(m_job.filePath), revision->assetId, revision->id);
+    return putInPlace(m_database, m_databaseFolder, m_job, partialPathFor(m_job.filePath), revision->assetId,
+                      revision->id);
 }
 
 TransferResult DownloadRun::copyFile(const ContentStore& store, const QByteArray& digest, const QString& partial)
@@ -142,20 +143,21 @@ TransferResult DownloadRun::copyFolder(const ContentStore& store, const QByteArr
     return result;
 }
 
-TransferResult DownloadRun::putInPlace(const QString& partial, const QString& assetId, const QString& revisionId)
+TransferResult DownloadRun::putInPlace(Database& database, const QString& databaseFolder, const TransferJob& job,
+                                       const QString& partial, const QString& assetId, const QString& revisionId)
 {
-    QString target = m_job.filePath;
+    QString target = job.filePath;
     if (QFileInfo(target).exists() || QFileInfo(target).isSymLink()) {
-        if (isEarlierDownload(m_database, m_job.userId, target)) {
+        if (isEarlierDownload(database, job.userId, target)) {
             QString failure;
-            DownloadCache cache(m_database, m_databaseFolder);
-            AccountStore accounts(m_database);
-            const auto account = accounts.findById(m_job.userId);
-            if (!cache.keep(m_job.userId, target, &failure))
+            DownloadCache cache(database, databaseFolder);
+            AccountStore accounts(database);
+            const auto account = accounts.findById(job.userId);
+            if (!cache.keep(job.userId, target, &failure))
                 return TransferResult::failed(ServiceError::make(ServiceError::FileUnwritable, failure));
-            cache.trim(m_job.userId, account ? account->downloadCacheSize : DownloadCache::defaultLimit);
+            cache.trim(job.userId, account ? account->downloadCacheSize : DownloadCache::defaultLimit);
         } else {
-            const QFileInfo planned(m_job.filePath);
+            const QFileInfo planned(job.filePath);
             for (int number = 2; QFileInfo(target).exists() || QFileInfo(target).isSymLink(); ++number)
                 target = planned.path() + QLatin1Char('/') + SafeName::numbered(planned.fileName(), number);
         }
@@ -163,14 +165,14 @@ TransferResult DownloadRun::putInPlace(const QString& partial, const QString& as
     if (::rename(QFile::encodeName(partial).constData(), QFile::encodeName(target).constData()) != 0)
         return TransferResult::failed(unwritable(target));
     PrivateFiles::syncFolder(QFileInfo(target).path());
-    SqlStatement record(m_database.handle(),
+    SqlStatement record(database.handle(),
                         "INSERT OR REPLACE INTO downloads(user_id, asset_id, revision_id, path) "
                         "VALUES(?1, ?2, ?3, ?4)");
     // The file is in place whatever happens here; without its record a newer
     // revision will not replace it by itself, which the log tells.
-    if (!record.bind(1, m_job.userId).bind(2, assetId).bind(3, revisionId).bind(4, target).run())
+    if (!record.bind(1, job.userId).bind(2, assetId).bind(3, revisionId).bind(4, target).run())
         qCWarning(lcTransfers, "The download of %s could not be recorded: %s",
-                  qUtf8Printable(QFileInfo(target).fileName()), qUtf8Printable(m_database.errorMessage()));
+                  qUtf8Printable(QFileInfo(target).fileName()), qUtf8Printable(database.errorMessage()));
     TransferResult result;
     result.filePath = target;
     return result;

@@ -26,11 +26,17 @@ public:
 
     // The hidden partial beside a target.
     static QString partialPathFor(const QString& target);
+    // Renames a complete, synced partial to the job's target by the rules
+    // above, and records the download of the user there; the result tells
+    // where it went.
+    static TransferResult putInPlace(Database& database, const QString& databaseFolder, const TransferJob& job,
+                                     const QString& partial, const QString& assetId, const QString& revisionId);
+    // A failure to write there, with the system's reason.
+    static vlr::Error unwritable(const QString& path);
 
 private:
     TransferResult copyFile(const ContentStore& store, const QByteArray& digest, const QString& target);
     TransferResult copyFolder(const ContentStore& store, const QByteArray& manifestDigest, const QString& target);
-    TransferResult putInPlace(const QString& partial, const QString& assetId, const QString& revisionId);
 
     TransferJob m_job;
     QString m_databaseFolder;

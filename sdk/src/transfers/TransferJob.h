@@ -27,6 +27,9 @@ struct TransferJob
     QString revisionId;
     // An upload's publication text.
     QString text;
+    // The upload under way on a team server, so that a restart of the client
+    // goes on with it; empty for the local service and before it began.
+    QString uploadId;
     vlr::OptionalError error;
     qint64 createdAt = 0;
     qint64 finishedAt = 0;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sdk/transfers/LocalTransfer.h"
+#include "sdk/transfers/QueuedTransfer.h"
 
 // What a queue needs of its session: the completed list, the pause-all
 // state and the database.
@@ -10,9 +10,9 @@ public:
     virtual ~TransferQueueHost() = default;
 
     virtual bool allTransfersPaused() const = 0;
-    virtual void transferCompleted(const LocalTransferPtr& transfer) = 0;
+    virtual void transferCompleted(const QueuedTransferPtr& transfer) = 0;
     // Takes a transfer out of the completed list; false when it is not there.
-    virtual bool takeCompletedTransfer(const LocalTransferPtr& transfer) = 0;
+    virtual bool takeCompletedTransfer(const QueuedTransferPtr& transfer) = 0;
     // Writes the transfer's state to the database, off the GUI thread.
     virtual void persistTransfer(const TransferJob& job) = 0;
     virtual void forgetTransfer(const QString& id) = 0;

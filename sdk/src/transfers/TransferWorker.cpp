@@ -1,14 +1,9 @@
 #include "sdk/transfers/TransferWorker.h"
 
-#include "sdk/base/Database.h"
-#include "sdk/base/ServiceError.h"
-#include "sdk/transfers/DownloadRun.h"
 #include "sdk/transfers/ThroughputMeter.h"
-#include "sdk/transfers/TransferLeftovers.h"
-#include "sdk/transfers/UploadRun.h"
 
-TransferWorker::TransferWorker(const QString& databaseFolder)
-    : m_databaseFolder(databaseFolder)
+TransferWorker::TransferWorker(TransferRunner::Factory runnerFactory)
+    : m_runnerFactory(std::move(runnerFactory))
     , m_thread([this] { run(); })
 { }
 
@@ -17,12 +12,13 @@ TransferWorker::~TransferWorker()
     shutdown();
 }
 
-void TransferWorker::start(const TransferJob& job, ProgressHandler progress, FinishedHandler finished)
+void TransferWorker::start(const TransferJob& job, ProgressHandler progress, NotedHandler noted,
+                           FinishedHandler finished)
 {
     {
         std::lock_guard lock(m_mutex);
         m_stopRequested = false;
-        m_next = Assignment{job, std::move(progress), std::move(finished)};
+        m_next = Assignment{job, std::move(progress), std::move(noted), std::move(finished)};
     }
     m_wake.notify_one();
 }
@@ -47,6 +43,7 @@ void TransferWorker::shutdown()
 
 void TransferWorker::run()
 {
+    m_runner = m_runnerFactory();
     for (;;) {
         Assignment assignment;
         {
@@ -57,22 +54,14 @@ void TransferWorker::run()
             assignment = std::move(*m_next);
             m_next.reset();
         }
-        const TransferResult result = perform(assignment.job, assignment.progress);
-        if (result.outcome == TransferResult::Outcome::Failed)
-            TransferLeftovers::discard(assignment.job, m_databaseFolder);
-        assignment.finished(result);
+        assignment.finished(perform(assignment.job, assignment.progress, assignment.noted));
     }
-    m_database.reset();
+    m_runner.reset();
 }
 
-TransferResult TransferWorker::perform(const TransferJob& job, const ProgressHandler& progress)
+TransferResult TransferWorker::perform(const TransferJob& job, const ProgressHandler& progress,
+                                       const NotedHandler& noted)
 {
-    QString failure;
-    if (!m_database || m_database->folder() != m_databaseFolder)
-        m_database = Database::open(m_databaseFolder, &failure);
-    if (!m_database)
-        return TransferResult::failed(ServiceError::make(ServiceError::DatabaseFailure, failure));
-
     Progress state{0, job.totalSize, 0};
     ThroughputMeter meter;
     auto lastReport = ThroughputMeter::Clock::now();
@@ -89,7 +78,5 @@ TransferResult TransferWorker::perform(const TransferJob& job, const ProgressHan
         lastReport = now;
         progress(state);
     };
-    if (job.type == TransferJob::Upload)
-        return UploadRun(job, m_databaseFolder, *m_database, shouldStop, sized, advanced).run();
-    return DownloadRun(job, m_databaseFolder, *m_database, shouldStop, advanced).run();
+    return m_runner->run(job, TransferRunner::Context{shouldStop, sized, advanced, noted});
 }

@@ -18,8 +18,9 @@ constexpr int TimeoutMilliseconds = 15000;
 
 } // namespace
 
-LocalVersionChecker::LocalVersionChecker(const QUrl& manifestURL)
+LocalVersionChecker::LocalVersionChecker(const QUrl& manifestURL, const QSslConfiguration& tls)
     : m_manifestURL(manifestURL)
+    , m_tls(tls)
 { }
 
 void LocalVersionChecker::checkVersion(const VLRVersionCheckHandler& handler)
@@ -62,6 +63,7 @@ void LocalVersionChecker::readManifest(const ManifestHandler& handler)
     }
     QNetworkRequest request(m_manifestURL);
     request.setTransferTimeout(TimeoutMilliseconds);
+    request.setSslConfiguration(m_tls);
     QNetworkReply* reply = m_network->get(request);
     // A manifest that grows beyond the cap is dropped as soon as that shows,
     // so that a hostile or broken server can't fill the memory.

@@ -5,6 +5,7 @@
 #include "service/VLRVersionChecker.h"
 
 #include <QNetworkAccessManager>
+#include <QSslConfiguration>
 
 #include <functional>
 #include <memory>
@@ -12,11 +13,13 @@
 
 // One check of the running version against the version manifest that the
 // library's settings name (a file or a web address). With none named, the
-// running version is the current one.
+// running version is the current one. An https address is trusted as the
+// TLS configuration says (a team server's own certificate).
 class LocalVersionChecker : public VLRVersionChecker, public std::enable_shared_from_this<LocalVersionChecker>
 {
 public:
-    explicit LocalVersionChecker(const QUrl& manifestURL);
+    explicit LocalVersionChecker(const QUrl& manifestURL,
+                                 const QSslConfiguration& tls = QSslConfiguration::defaultConfiguration());
 
     void checkVersion(const VLRVersionCheckHandler& handler) override;
     void getVersionInfo(const VLRVersionInfoHandler& handler) override;
@@ -28,6 +31,7 @@ private:
     void readManifest(const ManifestHandler& handler);
 
     QUrl m_manifestURL;
+    QSslConfiguration m_tls;
     std::optional<VersionManifest> m_manifest;
     vlr::OptionalError m_error;
     std::unique_ptr<QNetworkAccessManager> m_network;

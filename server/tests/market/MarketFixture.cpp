@@ -1,16 +1,12 @@
 #include "MarketFixture.h"
 
-#include "BlobStore.h"
-#include "Database.h"
-#include "MarketAdmin.h"
-#include "ServerConfig.h"
-
-#include <QCryptographicHash>
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
+#include <QProcess>
 
 namespace {
+const QString administrator = QStringLiteral("root@market.org");
+const QString administratorPassword = QStringLiteral("root password");
+
 class ClusterEnvironment : public ::testing::Environment
 {
 public:
@@ -18,6 +14,17 @@ public:
     void TearDown() override { MarketFixture::stopCluster(); }
 };
 const auto* environment = ::testing::AddGlobalTestEnvironment(new ClusterEnvironment);
+
+MarketFixture::Run runAdmin(const QStringList& arguments, const QByteArray& input)
+{
+    QProcess process;
+    process.start(QStringLiteral(VELURIA_ADMIN_BINARY), arguments);
+    process.write(input);
+    process.closeWriteChannel();
+    process.waitForFinished(60000);
+    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
+}
 } // namespace
 
 void MarketFixture::startCluster()
@@ -27,16 +34,12 @@ void MarketFixture::startCluster()
     if (!cluster->missing().isEmpty())
         return;
     port = cluster->startServer();
-    ServerConfig config;
-    QString failure;
-    if (!ServerConfig::load(cluster->configPath(), &config, &failure) || !Database::open(config, &failure))
-        qFatal("The test's database connection failed: %s", qPrintable(failure));
-    store = config.storePath;
+    cluster->addUser(administrator, administratorPassword);
+    cluster->sql(QStringLiteral("UPDATE users SET administrator = true WHERE email = '%1'").arg(administrator));
 }
 
 void MarketFixture::stopCluster()
 {
-    Database::connection().close();
     delete cluster;
     delete files;
     cluster = nullptr;
@@ -48,15 +51,25 @@ void MarketFixture::SetUp()
         GTEST_SKIP() << cluster->missing().toStdString();
 }
 
-QString MarketFixture::storeBlob(const QByteArray& bytes)
+MarketFixture::Run MarketFixture::admin(const QStringList& command)
 {
-    const QString sha256 = QString::fromLatin1(QCryptographicHash::hash(bytes, QCryptographicHash::Sha256).toHex());
-    const QString path = BlobStore(store).contentPath(sha256);
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        ADD_FAILURE() << "The store can't be written.";
-    return sha256;
+    return runAdmin(QStringList{QStringLiteral("--server"), QStringLiteral("https://localhost:%1").arg(port),
+                                QStringLiteral("--trust"), cluster->folder() + QStringLiteral("/tls/server.crt"),
+                                QStringLiteral("--admin"), administrator}
+                        + command,
+                    administratorPassword.toUtf8() + '\n');
+}
+
+MarketFixture::Run MarketFixture::localAdmin(const QString& folder, const QStringList& command)
+{
+    return runAdmin(QStringList{QStringLiteral("--database"), folder} + command, {});
+}
+
+QString MarketFixture::adminOutput(const QStringList& command)
+{
+    const Run run = admin(command);
+    EXPECT_EQ(run.status, 0) << command.join(QLatin1Char(' ')).toStdString() << ": " << run.err.toStdString();
+    return run.out.trimmed();
 }
 
 QString MarketFixture::writeFile(const QString& name, const QByteArray& bytes)
@@ -66,22 +79,6 @@ QString MarketFixture::writeFile(const QString& name, const QByteArray& bytes)
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
         ADD_FAILURE() << "The test file can't be written.";
     return path;
-}
-
-QJsonObject MarketFixture::admin(const QString& command, const QStringList& arguments, const QJsonObject& options,
-                                 const QMap<QString, QString>& named)
-{
-    QJsonObject blobs;
-    for (auto it = named.begin(); it != named.end(); ++it) {
-        QFile file(it.value());
-        if (file.open(QIODevice::ReadOnly))
-            blobs.insert(it.key(), storeBlob(file.readAll()));
-    }
-    return MarketAdmin::run(command,
-                            {{QStringLiteral("arguments"), QJsonArray::fromStringList(arguments)},
-                             {QStringLiteral("options"), options},
-                             {QStringLiteral("files"), blobs}},
-                            BlobStore(store));
 }
 
 MarketFixture::Events MarketFixture::listen(const QByteArray& token)

@@ -2,34 +2,38 @@
 
 #include "TestCluster.h"
 
-#include <QJsonArray>
-#include <QJsonObject>
 #include <QNetworkReply>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-// A real server on a test cluster, its database opened in this process as
-// well so that the admin commands of the catalogue can run here, and the
-// store to put the files that those commands name. One cluster serves the
-// whole program: the process's database connection outlives any suite.
+// A real server on a test cluster with an administrator, veluria-admin to
+// fill its catalogue, and files to hand it. One cluster serves the whole
+// program.
 class MarketFixture : public ::testing::Test
 {
 public:
     static void startCluster();
     static void stopCluster();
 
+    struct Run
+    {
+        int status = -1;
+        QString out;
+        QString err;
+    };
+
 protected:
     void SetUp() override;
 
-    // Runs an admin command of the catalogue on the server's database; the
-    // files map option names or argument indexes to files on this disk,
-    // which go into the server's store first.
-    static QJsonObject admin(const QString& command, const QStringList& arguments, const QJsonObject& options = {},
-                             const QMap<QString, QString>& files = {});
-    // Puts bytes into the server's store; their SHA-256.
-    static QString storeBlob(const QByteArray& bytes);
+    // veluria-admin on the server, as its administrator.
+    static Run admin(const QStringList& command);
+    // veluria-admin on a local database in the folder.
+    static Run localAdmin(const QString& folder, const QStringList& command);
+    // The output of a command on the server that must succeed, trimmed.
+    static QString adminOutput(const QStringList& command);
     static QString writeFile(const QString& name, const QByteArray& bytes);
+
     // A signed-in user's event stream, read into a buffer.
     struct Events
     {
@@ -41,6 +45,5 @@ protected:
 
     static inline TestCluster* cluster = nullptr;
     static inline quint16 port = 0;
-    static inline QString store;
     static inline QTemporaryDir* files = nullptr;
 };

@@ -68,12 +68,11 @@ private:
 TEST_F(MarketLibrary, PackageInstallsFromTheServerAndUpdatesGoOnFromABrokenDownload)
 {
     const QByteArray token = signedUp(QStringLiteral("dan@market.org"));
-    admin("add-product", {"Paint Kit"}, {{"vendor", "Easel Co"}});
-    admin("add-installer", {"Brush"}, {{"product", "Paint Kit"}});
-    const QString first = package("1.0");
-    admin("publish-installer", {"Brush", first}, {{"version", "1.0"}}, {{"1", first}});
-    admin("grant-purchase", {"dan@market.org", "Paint Kit"},
-          {{"renews", "+30"}, {"payment", "credit_card"}, {"card-expires", "+20"}});
+    adminOutput({"add-product", "Paint Kit", "--vendor", "Easel Co"});
+    adminOutput({"add-installer", "Brush", "--product", "Paint Kit"});
+    adminOutput({"publish-installer", "Brush", package("1.0"), "--version", "1.0"});
+    adminOutput({"grant-purchase", "dan@market.org", "Paint Kit", "--renews", "+30", "--payment", "credit_card",
+                 "--card-expires", "+20"});
 
     const auto market = marketplace(token);
     market->refresh();
@@ -92,10 +91,7 @@ TEST_F(MarketLibrary, PackageInstallsFromTheServerAndUpdatesGoOnFromABrokenDownl
     // A newer revision is an update; half its package is already here from
     // a download that broke, and the rest comes from the server.
     const QString second = package("1.1");
-    const QString revision =
-        admin("publish-installer", {"Brush", second}, {{"version", "1.1"}}, {{"1", second}})["output"]
-            .toString()
-            .trimmed();
+    const QString revision = adminOutput({"publish-installer", "Brush", second, "--version", "1.1"});
     market->refresh();
     ASSERT_TRUE(TestCluster::waitFor([&] { return !market->updater()->installerUpdates().isEmpty(); }));
     QFile whole(second);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sdk/transfers/LocalTransfer.h"
+#include "sdk/transfers/QueuedTransfer.h"
 #include "sdk/transfers/TransferResult.h"
 #include "sdk/transfers/TransferWorker.h"
 
@@ -9,19 +9,20 @@
 class TransferQueueHost;
 
 // The upload or the download queue of a session. The first transfer that is
-// neither paused nor failed runs on the queue's worker; every change that
-// the client can observe is made here, on the GUI thread, from what the
-// worker reports.
-class LocalTransferQueue : public VLRTransferQueue
+// neither paused nor failed runs on the queue's worker, by the runner that
+// the factory makes there (the local content store or a team server);
+// every change that the client can observe is made here, on the GUI
+// thread, from what the worker reports.
+class TransferQueue : public VLRTransferQueue
 {
 public:
-    LocalTransferQueue(const QString& databaseFolder, TransferQueueHost& host);
-    ~LocalTransferQueue() override;
+    TransferQueue(TransferRunner::Factory runnerFactory, TransferQueueHost& host);
+    ~TransferQueue() override;
 
-    std::shared_ptr<LocalTransferQueue> shared();
+    std::shared_ptr<TransferQueue> shared();
 
     // Takes a new or a restored transfer at the end of the queue.
-    LocalTransferPtr add(const TransferJob& job);
+    QueuedTransferPtr add(const TransferJob& job);
     // Starts the next transfer when nothing runs.
     void schedule();
     // Stops the running transfer where it is; it stays queued (pause all,
@@ -29,9 +30,9 @@ public:
     void interrupt();
     void suspend();
 
-    void pauseTransfer(LocalTransfer& transfer);
-    void unpauseTransfer(LocalTransfer& transfer);
-    void cancelTransfer(LocalTransfer& transfer);
+    void pauseTransfer(QueuedTransfer& transfer);
+    void unpauseTransfer(QueuedTransfer& transfer);
+    void cancelTransfer(QueuedTransfer& transfer);
 
     void restartTransfer(const VLRTransferReportingPtr& transfer, vlr::OptionalError* error) override;
     void moveTransfersAbove(const VLRTransferList& transfers,
@@ -40,19 +41,19 @@ public:
 private:
     enum class StopIntent { None, Interrupt, Pause, Cancel };
 
-    LocalTransferPtr find(const LocalTransfer& transfer) const;
+    QueuedTransferPtr find(const QueuedTransfer& transfer) const;
     void onProgress(const QString& id, const TransferWorker::Progress& progress);
+    void onNoted(const QString& id, const TransferJob& job);
     void onFinished(const QString& id, const TransferResult& result);
-    void finish(const LocalTransferPtr& transfer, const vlr::OptionalError& error);
+    void finish(const QueuedTransferPtr& transfer, const vlr::OptionalError& error);
     void updateTimeRemaining(double bytesPerSecond, qint64 doneOfCurrent);
     void renumber();
     void clearSpeed();
     void retireWorker();
 
-    QString m_databaseFolder;
     TransferQueueHost& m_host;
     std::unique_ptr<TransferWorker> m_worker;
-    LocalTransferPtr m_running;
+    QueuedTransferPtr m_running;
     StopIntent m_stopIntent = StopIntent::None;
     bool m_suspended = false;
 };

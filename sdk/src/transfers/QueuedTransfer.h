@@ -6,17 +6,17 @@
 
 #include <memory>
 
-class LocalTransferQueue;
+class TransferQueue;
 
 // One transfer as the client sees it. Its controls go to its queue, which
 // changes the record, always on the GUI thread.
-class LocalTransfer : public VLRTransferReporting
+class QueuedTransfer : public VLRTransferReporting
 {
 public:
-    LocalTransfer(const TransferJob& job, const std::shared_ptr<LocalTransferQueue>& queue);
+    QueuedTransfer(const TransferJob& job, const std::shared_ptr<TransferQueue>& queue);
 
     TransferJob& job() { return m_job; }
-    bool belongsTo(const LocalTransferQueue* queue) const { return m_queue.lock().get() == queue; }
+    bool belongsTo(const TransferQueue* queue) const { return m_queue.lock().get() == queue; }
     const TransferJob& job() const { return m_job; }
 
     // Its queue changes it.
@@ -33,7 +33,7 @@ public:
 
 private:
     TransferJob m_job;
-    std::weak_ptr<LocalTransferQueue> m_queue;
+    std::weak_ptr<TransferQueue> m_queue;
 };
 
-using LocalTransferPtr = std::shared_ptr<LocalTransfer>;
+using QueuedTransferPtr = std::shared_ptr<QueuedTransfer>;

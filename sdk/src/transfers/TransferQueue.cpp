@@ -1,4 +1,4 @@
-#include "sdk/transfers/LocalTransferQueue.h"
+#include "sdk/transfers/TransferQueue.h"
 
 #include "sdk/base/Clock.h"
 #include "sdk/base/MainThread.h"
@@ -9,18 +9,17 @@
 
 #include <QFileInfo>
 
-LocalTransferQueue::LocalTransferQueue(const QString& databaseFolder, TransferQueueHost& host)
-    : m_databaseFolder(databaseFolder)
-    , m_host(host)
-    , m_worker(std::make_unique<TransferWorker>(databaseFolder))
+TransferQueue::TransferQueue(TransferRunner::Factory runnerFactory, TransferQueueHost& host)
+    : m_host(host)
+    , m_worker(std::make_unique<TransferWorker>(std::move(runnerFactory)))
 { }
 
-LocalTransferQueue::~LocalTransferQueue()
+TransferQueue::~TransferQueue()
 {
     retireWorker();
 }
 
-void LocalTransferQueue::retireWorker()
+void TransferQueue::retireWorker()
 {
     if (!m_worker)
         return;
@@ -28,16 +27,16 @@ void LocalTransferQueue::retireWorker()
     Reaper::retire([worker = std::shared_ptr<TransferWorker>(std::move(m_worker))] { worker->shutdown(); });
 }
 
-std::shared_ptr<LocalTransferQueue> LocalTransferQueue::shared()
+std::shared_ptr<TransferQueue> TransferQueue::shared()
 {
-    return std::static_pointer_cast<LocalTransferQueue>(shared_from_this());
+    return std::static_pointer_cast<TransferQueue>(shared_from_this());
 }
 
-LocalTransferPtr LocalTransferQueue::add(const TransferJob& job)
+QueuedTransferPtr TransferQueue::add(const TransferJob& job)
 {
-    auto transfer = std::make_shared<LocalTransfer>(job, shared());
+    auto transfer = std::make_shared<QueuedTransfer>(job, shared());
     transfer->job().position =
-        transfers().isEmpty() ? 1 : std::static_pointer_cast<LocalTransfer>(transfers().last())->job().position + 1;
+        transfers().isEmpty() ? 1 : std::static_pointer_cast<QueuedTransfer>(transfers().last())->job().position + 1;
     m_host.persistTransfer(transfer->job());
     VLRTransferList list = transfers();
     list.append(transfer);
@@ -46,23 +45,23 @@ LocalTransferPtr LocalTransferQueue::add(const TransferJob& job)
     return transfer;
 }
 
-LocalTransferPtr LocalTransferQueue::find(const LocalTransfer& transfer) const
+QueuedTransferPtr TransferQueue::find(const QueuedTransfer& transfer) const
 {
     for (const VLRTransferReportingPtr& candidate : transfers())
         if (candidate.get() == &transfer)
-            return std::static_pointer_cast<LocalTransfer>(candidate);
+            return std::static_pointer_cast<QueuedTransfer>(candidate);
     return nullptr;
 }
 
-void LocalTransferQueue::schedule()
+void TransferQueue::schedule()
 {
     if (m_suspended || m_running)
         return;
-    LocalTransferPtr next;
+    QueuedTransferPtr next;
     if (!m_host.allTransfersPaused())
         for (const VLRTransferReportingPtr& candidate : transfers())
             if (!candidate->isPaused()) {
-                next = std::static_pointer_cast<LocalTransfer>(candidate);
+                next = std::static_pointer_cast<QueuedTransfer>(candidate);
                 break;
             }
     if (!next) {
@@ -74,7 +73,7 @@ void LocalTransferQueue::schedule()
     m_running = next;
     m_stopIntent = StopIntent::None;
     setCurrentTransfer(next);
-    const std::weak_ptr<LocalTransferQueue> weakSelf = shared();
+    const std::weak_ptr<TransferQueue> weakSelf = shared();
     const QString id = next->identifier();
     m_worker->start(
         next->job(),
@@ -82,6 +81,12 @@ void LocalTransferQueue::schedule()
             MainThread::post([weakSelf, id, progress] {
                 if (auto self = weakSelf.lock())
                     self->onProgress(id, progress);
+            });
+        },
+        [weakSelf, id](const TransferJob& job) {
+            MainThread::post([weakSelf, id, job] {
+                if (auto self = weakSelf.lock())
+                    self->onNoted(id, job);
             });
         },
         [weakSelf, id](const TransferResult& result) {
@@ -92,7 +97,7 @@ void LocalTransferQueue::schedule()
         });
 }
 
-void LocalTransferQueue::onProgress(const QString& id, const TransferWorker::Progress& progress)
+void TransferQueue::onProgress(const QString& id, const TransferWorker::Progress& progress)
 {
     if (!m_running || m_running->identifier() != id || m_suspended)
         return;
@@ -110,7 +115,17 @@ void LocalTransferQueue::onProgress(const QString& id, const TransferWorker::Pro
     updateTimeRemaining(progress.bytesPerSecond, progress.done);
 }
 
-void LocalTransferQueue::updateTimeRemaining(double bytesPerSecond, qint64 doneOfCurrent)
+// Only what a resume needs is taken from the worker's copy of the job: the
+// rest is the queue's (paused, position) and may have changed meanwhile.
+void TransferQueue::onNoted(const QString& id, const TransferJob& job)
+{
+    if (!m_running || m_running->identifier() != id || m_suspended)
+        return;
+    m_running->job().uploadId = job.uploadId;
+    m_host.persistTransfer(m_running->job());
+}
+
+void TransferQueue::updateTimeRemaining(double bytesPerSecond, qint64 doneOfCurrent)
 {
     qint64 remaining = 0;
     for (const VLRTransferReportingPtr& transfer : transfers())
@@ -129,7 +144,7 @@ void LocalTransferQueue::updateTimeRemaining(double bytesPerSecond, qint64 doneO
         setTimeRemainingInvalid(false);
 }
 
-void LocalTransferQueue::clearSpeed()
+void TransferQueue::clearSpeed()
 {
     if (throughput() != 0)
         setThroughput(0);
@@ -137,11 +152,11 @@ void LocalTransferQueue::clearSpeed()
         setTimeRemainingInvalid(true);
 }
 
-void LocalTransferQueue::onFinished(const QString& id, const TransferResult& result)
+void TransferQueue::onFinished(const QString& id, const TransferResult& result)
 {
     if (!m_running || m_running->identifier() != id || m_suspended)
         return;
-    const LocalTransferPtr transfer = m_running;
+    const QueuedTransferPtr transfer = m_running;
     const StopIntent intent = m_stopIntent;
     m_running.reset();
     m_stopIntent = StopIntent::None;
@@ -174,7 +189,7 @@ void LocalTransferQueue::onFinished(const QString& id, const TransferResult& res
 
 // The end is told while the transfer is still the current one, so that its
 // observers hear of it; only then does it leave the queue.
-void LocalTransferQueue::finish(const LocalTransferPtr& transfer, const vlr::OptionalError& error)
+void TransferQueue::finish(const QueuedTransferPtr& transfer, const vlr::OptionalError& error)
 {
     TransferJob& job = transfer->job();
     qCDebug(lcTransfers, "Transfer finished%s", error ? " with an error" : "");
@@ -195,7 +210,7 @@ void LocalTransferQueue::finish(const LocalTransferPtr& transfer, const vlr::Opt
     m_host.transferCompleted(transfer);
 }
 
-void LocalTransferQueue::interrupt()
+void TransferQueue::interrupt()
 {
     if (!m_running)
         return;
@@ -203,7 +218,7 @@ void LocalTransferQueue::interrupt()
     m_worker->stopCurrent();
 }
 
-void LocalTransferQueue::suspend()
+void TransferQueue::suspend()
 {
     m_suspended = true;
     m_running.reset();
@@ -213,9 +228,9 @@ void LocalTransferQueue::suspend()
     clearSpeed();
 }
 
-void LocalTransferQueue::pauseTransfer(LocalTransfer& transfer)
+void TransferQueue::pauseTransfer(QueuedTransfer& transfer)
 {
-    const LocalTransferPtr queued = find(transfer);
+    const QueuedTransferPtr queued = find(transfer);
     if (!queued || queued->isPaused())
         return;
     queued->job().paused = true;
@@ -227,9 +242,9 @@ void LocalTransferQueue::pauseTransfer(LocalTransfer& transfer)
     }
 }
 
-void LocalTransferQueue::unpauseTransfer(LocalTransfer& transfer)
+void TransferQueue::unpauseTransfer(QueuedTransfer& transfer)
 {
-    const LocalTransferPtr queued = find(transfer);
+    const QueuedTransferPtr queued = find(transfer);
     if (!queued || !queued->isPaused())
         return;
     queued->job().paused = false;
@@ -238,12 +253,12 @@ void LocalTransferQueue::unpauseTransfer(LocalTransfer& transfer)
     schedule();
 }
 
-void LocalTransferQueue::cancelTransfer(LocalTransfer& transfer)
+void TransferQueue::cancelTransfer(QueuedTransfer& transfer)
 {
-    const LocalTransferPtr queued = find(transfer);
+    const QueuedTransferPtr queued = find(transfer);
     if (!queued) {
         // A finished transfer leaves the completed list.
-        auto finished = std::static_pointer_cast<LocalTransfer>(transfer.shared_from_this());
+        auto finished = std::static_pointer_cast<QueuedTransfer>(transfer.shared_from_this());
         if (transfer.isFinished() && m_host.takeCompletedTransfer(finished)) {
             m_host.forgetTransfer(transfer.identifier());
             if (transfer.error())
@@ -260,9 +275,9 @@ void LocalTransferQueue::cancelTransfer(LocalTransfer& transfer)
     finish(queued, ServiceError::cancelled());
 }
 
-void LocalTransferQueue::restartTransfer(const VLRTransferReportingPtr& transfer, vlr::OptionalError* error)
+void TransferQueue::restartTransfer(const VLRTransferReportingPtr& transfer, vlr::OptionalError* error)
 {
-    auto local = std::dynamic_pointer_cast<LocalTransfer>(transfer);
+    auto local = std::dynamic_pointer_cast<QueuedTransfer>(transfer);
     auto refuse = [error](const vlr::Error& reason) {
         if (error)
             *error = reason;
@@ -289,7 +304,7 @@ void LocalTransferQueue::restartTransfer(const VLRTransferReportingPtr& transfer
     job.finishedAt = 0;
     job.paused = false;
     job.position =
-        transfers().isEmpty() ? 1 : std::static_pointer_cast<LocalTransfer>(transfers().last())->job().position + 1;
+        transfers().isEmpty() ? 1 : std::static_pointer_cast<QueuedTransfer>(transfers().last())->job().position + 1;
     local->setError(std::nullopt);
     local->setFinished(false);
     local->setFractionCompleted(0);
@@ -302,8 +317,7 @@ void LocalTransferQueue::restartTransfer(const VLRTransferReportingPtr& transfer
     schedule();
 }
 
-void LocalTransferQueue::moveTransfersAbove(const VLRTransferList& moved,
-                                            const VLRTransferReportingPtr& referenceTransfer)
+void TransferQueue::moveTransfersAbove(const VLRTransferList& moved, const VLRTransferReportingPtr& referenceTransfer)
 {
     VLRTransferList remaining;
     VLRTransferList taken;
@@ -323,11 +337,11 @@ void LocalTransferQueue::moveTransfersAbove(const VLRTransferList& moved,
     renumber();
 }
 
-void LocalTransferQueue::renumber()
+void TransferQueue::renumber()
 {
     double position = 1;
     for (const VLRTransferReportingPtr& transfer : transfers()) {
-        TransferJob& job = std::static_pointer_cast<LocalTransfer>(transfer)->job();
+        TransferJob& job = std::static_pointer_cast<QueuedTransfer>(transfer)->job();
         if (job.position != position) {
             job.position = position;
             m_host.persistTransfer(job);

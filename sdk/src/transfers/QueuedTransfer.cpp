@@ -1,10 +1,10 @@
-#include "sdk/transfers/LocalTransfer.h"
+#include "sdk/transfers/QueuedTransfer.h"
 
-#include "sdk/transfers/LocalTransferQueue.h"
+#include "sdk/transfers/TransferQueue.h"
 
 #include <QFileInfo>
 
-LocalTransfer::LocalTransfer(const TransferJob& job, const std::shared_ptr<LocalTransferQueue>& queue)
+QueuedTransfer::QueuedTransfer(const TransferJob& job, const std::shared_ptr<TransferQueue>& queue)
     : m_job(job)
     , m_queue(queue)
 {
@@ -19,19 +19,19 @@ LocalTransfer::LocalTransfer(const TransferJob& job, const std::shared_ptr<Local
     setFractionCompleted(job.finished && !job.error ? 1.0 : 0.0);
 }
 
-void LocalTransfer::pause()
+void QueuedTransfer::pause()
 {
     if (auto queue = m_queue.lock())
         queue->pauseTransfer(*this);
 }
 
-void LocalTransfer::unpause()
+void QueuedTransfer::unpause()
 {
     if (auto queue = m_queue.lock())
         queue->unpauseTransfer(*this);
 }
 
-void LocalTransfer::cancel()
+void QueuedTransfer::cancel()
 {
     if (auto queue = m_queue.lock())
         queue->cancelTransfer(*this);

@@ -1,0 +1,79 @@
+#include "sdk/remote/RemoteError.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkReply>
+
+namespace {
+
+const QString settingsFile = QStringLiteral("~/.config/Veluria/VeluriaService.ini");
+
+QString describe(RemoteError::Code code, const QString& detail)
+{
+    switch (code) {
+    case RemoteError::WrongCredentials:
+        return QStringLiteral("The e-mail address or the password is not correct.");
+    case RemoteError::WrongCode:
+        return QStringLiteral("The verification code is not correct or has expired.");
+    case RemoteError::TokenExpired:
+        return QStringLiteral("Your session has expired. Please sign in again.");
+    case RemoteError::NotSignedIn:
+        return QStringLiteral("You are signed out. Please sign in again.");
+    case RemoteError::Unreachable:
+        return QStringLiteral("The Veluria server %1 can't be reached. Check the network connection and the "
+                              "server's address in %2.")
+            .arg(detail, settingsFile);
+    case RemoteError::UntrustedCertificate:
+        return QStringLiteral("The Veluria server %1 shows a certificate that this computer does not trust. If it is "
+                              "your team's server, name its certificate file as trustedCertificate= under [server] in "
+                              "%2.")
+            .arg(detail, settingsFile);
+    case RemoteError::UnreadableAnswer:
+        return QStringLiteral("The Veluria server %1 gave an answer that Veluria can't read.").arg(detail);
+    case RemoteError::BadSettings:
+        return detail;
+    case RemoteError::NotAvailable:
+        return QStringLiteral("%1 is not available with a Veluria server yet.").arg(detail);
+    }
+    return detail;
+}
+
+} // namespace
+
+vlr::Error RemoteError::make(Code code, const QString& detail)
+{
+    const QString domain = code < Unreachable ? vlr::VLRWebErrorDomain : vlr::VLRFrameworkErrorDomain;
+    return vlr::makeError(domain, code, describe(code, detail));
+}
+
+vlr::OptionalError RemoteError::fromReply(QNetworkReply* reply, const QByteArray& body, bool untrusted)
+{
+    const QString server = reply->url().authority();
+    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    if (untrusted)
+        return make(UntrustedCertificate, server);
+    if (status == 0) {
+        if (reply->error() == QNetworkReply::OperationCanceledError)
+            return vlr::makeError(vlr::NSCocoaErrorDomain, vlr::NSUserCancelledError, reply->errorString());
+        return make(Unreachable, server);
+    }
+    QJsonParseError parsed;
+    const QJsonDocument document = QJsonDocument::fromJson(body, &parsed);
+    if (status >= 200 && status < 300) {
+        if (body.isEmpty() || document.isObject())
+            return std::nullopt;
+        return make(UnreadableAnswer, server);
+    }
+    // The server's own texts are written for the user.
+    const QJsonObject error = document.object().value(QStringLiteral("error")).toObject();
+    const QString message = error.value(QStringLiteral("message")).toString();
+    if (message.isEmpty())
+        return make(UnreadableAnswer, server);
+    const QString domain = error.value(QStringLiteral("domain")).toString(vlr::VLRWebErrorDomain);
+    return vlr::makeError(domain, error.value(QStringLiteral("code")).toInteger(status), message);
+}
+
+bool RemoteError::isSignedOut(const vlr::Error& error)
+{
+    return error.domain == vlr::VLRWebErrorDomain && (error.code == TokenExpired || error.code == NotSignedIn);
+}

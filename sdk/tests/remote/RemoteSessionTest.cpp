@@ -1,0 +1,359 @@
+// Sessions of a team server through the library as the program makes it:
+// real server processes on loopback over TLS, sharing a real PostgreSQL.
+#include "ChildProcess.h"
+#include "TestCluster.h"
+
+#include "sdk/accounts/Base32.h"
+#include "sdk/accounts/Totp.h"
+#include "sdk/remote/VeluriaServiceLibrary.h"
+
+#include "service/VLREnvironment.h"
+#include "service/VLRLoginVerifier.h"
+#include "service/VLRPublication.h"
+#include "service/VLRReachabilityManager.h"
+#include "service/VLRUser.h"
+#include "service/VLRUserSessionDelegate.h"
+#include "service/VLRUtils.h"
+#include "service/VLRWorkspace.h"
+#include "service/VLRWorkspaceUser.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QSettings>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString server = QStringLiteral("127.0.0.1");
+
+VeluriaServiceLibrary& library()
+{
+    static VeluriaServiceLibrary veluria;
+    return veluria;
+}
+
+// The library's settings of this process name a server, trusted or not.
+void configure(const QString& configFolder, quint16 port, const QString& certificate)
+{
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, configFolder);
+    QSettings settings(configFolder + QStringLiteral("/Veluria/VeluriaService.ini"), QSettings::IniFormat);
+    settings.clear();
+    settings.setValue(QStringLiteral("server/address"), QStringLiteral("https://%1:%2").arg(server).arg(port));
+    if (!certificate.isEmpty())
+        settings.setValue(QStringLiteral("server/trustedCertificate"), certificate);
+}
+
+struct Outcome
+{
+    VLRUserSessionPtr session;
+    VLRLoginVerifierPtr verifier;
+    vlr::OptionalError error;
+};
+
+Outcome signIn(const QString& email, const QString& password)
+{
+    Outcome outcome;
+    bool answered = false;
+    library().createUserSessionWithLoginCredentials(
+        VLRLoginCredentials(email, password), QStringLiteral("lumenra-courier-token"), true,
+        [&](const VLRUserSessionPtr& session, const VLRLoginVerifierPtr& verifier, const vlr::OptionalError& error) {
+            outcome = {session, verifier, error};
+            answered = true;
+        });
+    EXPECT_TRUE(TestCluster::waitFor([&] { return answered; }, 20000));
+    return outcome;
+}
+
+struct Delegate : VLRUserSessionDelegate
+{
+    void passwordChanged() override { }
+    void downstreamProxyUnavailable() override { ++lost; }
+    void currentVersionIsUnsupported() override { }
+    void clientKeyExpired() override { ++expired; }
+    void getFolderURLFromUser(const QString&, const QUrl&, const VLRFolderValidationHandler&,
+                              const VLRFolderCompletionHandler& completion) override
+    {
+        completion(QUrl());
+    }
+    void workspace(const VLRWorkspacePtr& workspace, const VLRPublicationList& publications) override
+    {
+        for (const VLRPublicationPtr& publication : publications)
+            heard.append(workspace->name() + QLatin1Char('|') + publication->userEmail() + QLatin1Char('|')
+                         + publication->text());
+    }
+
+    int lost = 0;
+    int expired = 0;
+    QStringList heard;
+};
+
+} // namespace
+
+class RemoteSessionTest : public ::testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        cluster = new TestCluster;
+        folder = new QTemporaryDir;
+        if (!cluster->missing().isEmpty())
+            return;
+        first = cluster->startServer();
+        second = cluster->startServer();
+        cluster->addUser(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
+        cluster->addUser(QStringLiteral("bob@example.com"), QStringLiteral("bob secret"));
+        totpSecret = cluster->addUser(QStringLiteral("cem@example.com"), QStringLiteral("cem secret"), true);
+        certificate = folder->filePath(QStringLiteral("trusted.pem"));
+        QFile pem(certificate);
+        pem.open(QIODevice::WriteOnly);
+        pem.write(cluster->tls().caCertificates().value(0).toPem());
+        pem.close();
+        const QByteArray ann = cluster->signIn(first, QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
+        posters = cluster->call(first, "POST", QStringLiteral("/v1/workspaces"), ann, R"({"name": "Posters"})")
+                      .json.value(QStringLiteral("id"))
+                      .toString();
+        cluster->call(first, "POST", QStringLiteral("/v1/workspaces/%1/members").arg(posters), ann,
+                      R"({"email": "bob@example.com"})");
+        bobToken = cluster->signIn(second, QStringLiteral("bob@example.com"), QStringLiteral("bob secret"));
+    }
+    static void TearDownTestSuite()
+    {
+        library().init().shutdown();
+        delete cluster;
+        delete folder;
+    }
+
+    void SetUp() override
+    {
+        if (!cluster->missing().isEmpty())
+            GTEST_SKIP() << qPrintable(cluster->missing());
+        configure(folder->filePath(QStringLiteral("config")), first, certificate);
+        library().utils().setDatabaseLocation(QUrl::fromLocalFile(folder->path()));
+        library().environment().setEnvironmentWithDomainName(server);
+    }
+
+    static bool publishAsBob(const QString& text)
+    {
+        return cluster
+                   ->call(second, "POST", QStringLiteral("/v1/workspaces/%1/publications").arg(posters), bobToken,
+                          QJsonDocument(QJsonObject{{QStringLiteral("text"), text}}).toJson())
+                   .status
+            == 201;
+    }
+
+    static inline TestCluster* cluster = nullptr;
+    static inline QTemporaryDir* folder = nullptr;
+    static inline quint16 first = 0;
+    static inline quint16 second = 0;
+    static inline QString totpSecret;
+    static inline QString certificate;
+    static inline QString posters;
+    static inline QByteArray bobToken;
+};
+
+TEST_F(RemoteSessionTest, TheSelectorOffersTheServerAndASignInThereIsRefusedClearly)
+{
+    EXPECT_EQ(library().environment().domainNames(), (QStringList{"localhost", server}));
+    EXPECT_EQ(library().environment().environment(), 1);
+    EXPECT_EQ(library().environment().appHostname(), QStringLiteral("%1:%2").arg(server).arg(first));
+    EXPECT_EQ(library().utils().resetPasswordURL(),
+              QUrl(QStringLiteral("https://%1:%2/users/password/new").arg(server).arg(first)));
+
+    const Outcome wrong = signIn(QStringLiteral("ann@example.com"), QStringLiteral("not it"));
+    ASSERT_TRUE(wrong.error);
+    EXPECT_EQ(wrong.error->code, vlr::WrongCredentialsError);
+    EXPECT_FALSE(wrong.session || wrong.verifier);
+
+    // The second factor: a wrong code, then the right one.
+    const Outcome pending = signIn(QStringLiteral("cem@example.com"), QStringLiteral("cem secret"));
+    ASSERT_TRUE(pending.verifier);
+    EXPECT_FALSE(pending.session || pending.error);
+    auto verify = [&](const QString& code) {
+        std::pair<VLRUserSessionPtr, vlr::OptionalError> result;
+        bool answered = false;
+        pending.verifier->verifyLoginWithCode(code, true, [&](const VLRUserSessionPtr& s, const vlr::OptionalError& e) {
+            result = {s, e};
+            answered = true;
+        });
+        EXPECT_TRUE(TestCluster::waitFor([&] { return answered; }, 20000));
+        return result;
+    };
+    const QByteArray secret = Base32::decode(totpSecret);
+    const qint64 step = Totp::stepAt(QDateTime::currentSecsSinceEpoch());
+    const QString right = Totp::code(secret, step);
+    const auto refused = verify(right == QLatin1String("000000") ? QStringLiteral("111111") : QStringLiteral("000000"));
+    ASSERT_TRUE(refused.second);
+    EXPECT_EQ(refused.second->code, 3);
+    const auto accepted = verify(right);
+    ASSERT_TRUE(accepted.first) << qPrintable(accepted.second ? accepted.second->localizedDescription : QString());
+    EXPECT_EQ(accepted.first->user()->email(), "cem@example.com");
+    accepted.first->logoutWithCompletionHandler({});
+
+    // A certificate nobody trusted: refused, and the text names the key that trusts one.
+    configure(folder->filePath(QStringLiteral("config")), first, QString());
+    const Outcome untrusted = signIn(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
+    ASSERT_TRUE(untrusted.error);
+    EXPECT_FALSE(untrusted.session);
+    EXPECT_TRUE(untrusted.error->localizedDescription.contains("trustedCertificate="))
+        << qPrintable(untrusted.error->localizedDescription);
+
+    // A domain no setting names keeps the old refusal.
+    library().environment().setEnvironmentWithDomainName(QStringLiteral("elsewhere.example"));
+    const Outcome elsewhere = signIn(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
+    ASSERT_TRUE(elsewhere.error);
+    EXPECT_TRUE(elsewhere.error->localizedDescription.contains("elsewhere.example"));
+}
+
+// Ann's client talks to the first server process; Bob's, a process of its own
+// with its own home and settings, to the second.
+TEST_F(RemoteSessionTest, APublicationOfAnotherMachineArrivesThroughTheOtherServer)
+{
+    const Outcome ann = signIn(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
+    ASSERT_TRUE(ann.session) << qPrintable(ann.error ? ann.error->localizedDescription : QString());
+    Delegate delegate;
+    ann.session->setDelegate(&delegate);
+    EXPECT_TRUE(ann.session->hasWorkspaces());
+    ASSERT_TRUE(TestCluster::waitFor([&] { return !ann.session->syncingLists(); }));
+    const VLRWorkspacePtr shared = ann.session->workspaceFromID(posters);
+    ASSERT_TRUE(shared);
+    ASSERT_EQ(shared->workspaceUsers().size(), 2);
+    EXPECT_EQ(shared->workspaceUsers().at(0)->role(), 1);
+
+    // A workspace of her own goes to the head; Bob's publication brings Posters back there.
+    VLRWorkspacePtr made;
+    ann.session->createNewWorkspaceWithName(
+        QStringLiteral("Flyers"),
+        [&](const VLRWorkspacePtr& workspace, const vlr::OptionalError&) { made = workspace; });
+    ASSERT_TRUE(TestCluster::waitFor([&] { return made != nullptr; }));
+    EXPECT_EQ(ann.session->workspaces().value(0), made);
+
+    QTemporaryDir bobHome;
+    const QString bobConfig = bobHome.filePath(QStringLiteral("config"));
+    configure(bobConfig, second, certificate);
+    configure(folder->filePath(QStringLiteral("config")), first, certificate);
+    QProcessEnvironment extra;
+    extra.insert(QStringLiteral("VELURIA_CHILD_CONFIG"), bobConfig);
+    extra.insert(QStringLiteral("VELURIA_CHILD_WORKSPACE"), posters);
+    extra.insert(QStringLiteral("VELURIA_CHILD_TEXT"), QStringLiteral("From the other desk"));
+    ChildProcess bob(QStringLiteral("RemotePublisher"), bobHome.filePath(QStringLiteral("data")), bobHome.path(),
+                     extra);
+    ASSERT_TRUE(bob.waitForSuccess(60000)) << qPrintable(bob.output());
+    ASSERT_TRUE(TestCluster::waitFor([&] { return !delegate.heard.isEmpty(); }, 5000));
+    EXPECT_EQ(delegate.heard, QStringList{"Posters|bob@example.com|From the other desk"});
+    EXPECT_EQ(ann.session->workspaces().value(0), shared);
+    EXPECT_EQ(delegate.lost + delegate.expired, 0);
+    ann.session->logoutWithCompletionHandler({});
+}
+
+TEST_F(RemoteSessionTest, AServerThatGoesAwayIsUnreachableAndWhatWasMissedComesOnceAfterwards)
+{
+    const Outcome ann = signIn(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
+    ASSERT_TRUE(ann.session);
+    Delegate delegate;
+    ann.session->setDelegate(&delegate);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return !ann.session->syncingLists(); }));
+    ASSERT_TRUE(publishAsBob(QStringLiteral("one")));
+    ASSERT_TRUE(TestCluster::waitFor([&] { return delegate.heard.size() == 1; }));
+
+    cluster->killServer(first);
+    ASSERT_TRUE(TestCluster::waitFor([&] {
+        return library().reachabilityManager().currentNetworkStatus() == VLRReachabilityManager::NotReachable;
+    }));
+    ASSERT_TRUE(publishAsBob(QStringLiteral("two")));
+    ASSERT_TRUE(publishAsBob(QStringLiteral("three")));
+    cluster->startServer({}, first);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return delegate.heard.size() >= 3; }, 20000));
+    EXPECT_NE(library().reachabilityManager().currentNetworkStatus(), VLRReachabilityManager::NotReachable);
+
+    // A later session of the same user starts where this one stopped.
+    ann.session->logoutWithCompletionHandler({});
+    ASSERT_TRUE(publishAsBob(QStringLiteral("four")));
+    const Outcome again = signIn(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
+    ASSERT_TRUE(again.session);
+    again.session->setDelegate(&delegate);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return delegate.heard.size() >= 4; }));
+    // Anything told twice would have come by now.
+    TestCluster::waitFor([] { return false; }, 1500);
+    EXPECT_EQ(delegate.heard,
+              (QStringList{"Posters|bob@example.com|one", "Posters|bob@example.com|two",
+                           "Posters|bob@example.com|three", "Posters|bob@example.com|four"}));
+    again.session->logoutWithCompletionHandler({});
+}
+
+TEST_F(RemoteSessionTest, AnExpiredTokenAndOneEndedElsewhereEndTheSessionThroughTheDelegate)
+{
+    auto signedIn = [](Delegate* delegate) {
+        const Outcome outcome = signIn(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
+        EXPECT_TRUE(outcome.session);
+        if (outcome.session) {
+            outcome.session->setDelegate(delegate);
+            EXPECT_TRUE(TestCluster::waitFor([&] { return !outcome.session->syncingLists(); }));
+        }
+        return outcome.session;
+    };
+    Delegate first, second;
+    const VLRUserSessionPtr expiring = signedIn(&first);
+    ASSERT_TRUE(expiring);
+    ASSERT_TRUE(cluster->sql(QStringLiteral("UPDATE sessions SET expires_at = now() - interval '1 minute'")));
+    vlr::OptionalError refusal;
+    bool answered = false;
+    expiring->publishText(QStringLiteral("late"), posters, [&](const QString&, const vlr::OptionalError& e) {
+        refusal = e;
+        answered = true;
+    });
+    ASSERT_TRUE(TestCluster::waitFor([&] { return answered; }));
+    ASSERT_TRUE(refusal);
+    EXPECT_EQ(first.expired, 1);
+    EXPECT_EQ(first.lost, 0);
+
+    const VLRUserSessionPtr ending = signedIn(&second);
+    ASSERT_TRUE(ending);
+    ASSERT_TRUE(cluster->sql(QStringLiteral("DELETE FROM sessions")));
+    VLRWorkspacePtr none;
+    answered = false;
+    ending->createNewWorkspaceWithName(QStringLiteral("Late"),
+                                       [&](const VLRWorkspacePtr& w, const vlr::OptionalError&) {
+                                           none = w;
+                                           answered = true;
+                                       });
+    ASSERT_TRUE(TestCluster::waitFor([&] { return answered; }));
+    EXPECT_FALSE(none);
+    EXPECT_EQ(second.lost, 1);
+    EXPECT_EQ(second.expired, 0);
+
+    // The client signs out after either; that always succeeds.
+    bool loggedOut = false;
+    expiring->logoutWithCompletionHandler([&](const vlr::OptionalError& e) { loggedOut = !e; });
+    EXPECT_TRUE(TestCluster::waitFor([&] { return loggedOut; }));
+}
+
+// Bob's client in a process of its own: signs in to the server its settings
+// name and publishes a text.
+TEST(ChildRole, RemotePublisher)
+{
+    if (!ChildProcess::isChild("RemotePublisher"))
+        GTEST_SKIP() << "another member's client on another machine";
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, qEnvironmentVariable("VELURIA_CHILD_CONFIG"));
+    QDir().mkpath(qEnvironmentVariable("VELURIA_CHILD_DATABASE"));
+    library().utils().setDatabaseLocation(QUrl::fromLocalFile(qEnvironmentVariable("VELURIA_CHILD_DATABASE")));
+    library().environment().setEnvironmentWithDomainName(server);
+    const Outcome bob = signIn(QStringLiteral("bob@example.com"), QStringLiteral("bob secret"));
+    ASSERT_TRUE(bob.session) << qPrintable(bob.error ? bob.error->localizedDescription : QString());
+    ASSERT_TRUE(TestCluster::waitFor([&] { return !bob.session->syncingLists(); }));
+    bool answered = false;
+    vlr::OptionalError error;
+    bob.session->publishText(qEnvironmentVariable("VELURIA_CHILD_TEXT"),
+                             qEnvironmentVariable("VELURIA_CHILD_WORKSPACE"),
+                             [&](const QString&, const vlr::OptionalError& e) {
+                                 error = e;
+                                 answered = true;
+                             });
+    ASSERT_TRUE(TestCluster::waitFor([&] { return answered; }));
+    EXPECT_FALSE(error);
+    bob.session->logoutWithCompletionHandler({});
+    library().init().shutdown();
+}

@@ -1,0 +1,333 @@
+#include "TestCluster.h"
+
+#include "sdk/base/ServiceError.h"
+#include "sdk/net/RemoteEndpoint.h"
+#include "sdk/net/RemoteTransfers.h"
+#include "sdk/store/Sha256.h"
+#include "sdk/transfers/DownloadLink.h"
+#include "sdk/transfers/DownloadRun.h"
+#include "sdk/transfers/TransferWorker.h"
+
+#include "service/VLRTransferReporting.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QJsonDocument>
+#include <QNetworkAccessManager>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QUrl>
+
+#include <gtest/gtest.h>
+
+#include <mutex>
+
+namespace {
+
+constexpr qint64 bigSize = 100 * 1000 * 1000;
+
+QByteArray json(const QJsonObject& object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+QByteArray sha256Of(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    Sha256 sha;
+    QByteArray block(4 * 1024 * 1024, Qt::Uninitialized);
+    for (qint64 got; (got = file.read(block.data(), block.size())) > 0;)
+        sha.add(block.constData(), got);
+    return sha.hexDigest();
+}
+
+void writeRandomFile(const QString& path, qint64 size)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    QByteArray block(1024 * 1024, Qt::Uninitialized);
+    for (qint64 left = size; left > 0; left -= block.size()) {
+        QRandomGenerator::global()->fillRange(reinterpret_cast<quint32*>(block.data()), block.size() / 4);
+        file.write(block.constData(), std::min<qint64>(left, block.size()));
+    }
+}
+
+std::string said(const vlr::OptionalError& error)
+{
+    return error ? error->localizedDescription.toStdString() : std::string();
+}
+
+QStringList filesUnder(const QString& folder)
+{
+    QStringList found;
+    QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        found.append(QDir(folder).relativeFilePath(it.next()));
+    return found;
+}
+
+// One run of a job on a queue's worker with the remote runner, as a session
+// would start it; stopWhen, asked at each progress report, stops it there.
+struct RunOutcome
+{
+    TransferResult result;
+    TransferJob noted;
+    qint64 firstReportedDone = -1;
+};
+
+RunOutcome runJob(const RemoteEndpoint& endpoint, const QString& databaseFolder, const TransferJob& job,
+                  const std::function<bool(qint64 done)>& stopWhen = {})
+{
+    std::mutex mutex;
+    RunOutcome run;
+    run.noted = job;
+    bool finished = false;
+    TransferWorker worker(RemoteTransfers::runner(endpoint, databaseFolder));
+    worker.start(
+        job,
+        [&](const TransferWorker::Progress& progress) {
+            std::lock_guard lock(mutex);
+            if (run.firstReportedDone < 0)
+                run.firstReportedDone = progress.done;
+            if (stopWhen && stopWhen(progress.done))
+                worker.stopCurrent();
+        },
+        [&](const TransferJob& noted) {
+            std::lock_guard lock(mutex);
+            run.noted = noted;
+        },
+        [&](const TransferResult& result) {
+            std::lock_guard lock(mutex);
+            run.result = result;
+            finished = true;
+        });
+    TestCluster::waitFor(
+        [&] {
+            std::lock_guard lock(mutex);
+            return finished;
+        },
+        240000);
+    worker.shutdown();
+    EXPECT_TRUE(finished);
+    return run;
+}
+
+class RemoteTransfersTest : public ::testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        cluster = new TestCluster;
+        if (!cluster->missing().isEmpty())
+            return;
+        port = cluster->startServer();
+        cluster->addUser(QStringLiteral("ann@example.org"), QStringLiteral("ann's password"));
+        cluster->addUser(QStringLiteral("ben@example.org"), QStringLiteral("ben's password"));
+        cluster->addUser(QStringLiteral("cy@example.org"), QStringLiteral("cy's password"));
+        ann = endpointFor(QStringLiteral("ann@example.org"), QStringLiteral("ann's password"));
+        ben = endpointFor(QStringLiteral("ben@example.org"), QStringLiteral("ben's password"));
+        cy = endpointFor(QStringLiteral("cy@example.org"), QStringLiteral("cy's password"));
+        workspace = cluster->call(port, "POST", QStringLiteral("/v1/workspaces"), ann.token, json({{"name", "Team"}}))
+                        .json.value("id")
+                        .toString();
+        cluster->call(port, "POST", QStringLiteral("/v1/workspaces/%1/members").arg(workspace), ann.token,
+                      json({{"email", "ben@example.org"}}));
+    }
+    static void TearDownTestSuite()
+    {
+        delete cluster;
+        cluster = nullptr;
+    }
+    void SetUp() override
+    {
+        if (!cluster->missing().isEmpty())
+            GTEST_SKIP() << cluster->missing().toStdString();
+    }
+
+    static RemoteEndpoint endpointFor(const QString& email, const QString& password)
+    {
+        RemoteEndpoint endpoint;
+        endpoint.base = QUrl(QStringLiteral("https://localhost:%1").arg(port));
+        endpoint.token = cluster->signIn(port, email, password);
+        endpoint.trusted = cluster->tls().caCertificates();
+        return endpoint;
+    }
+
+    static TransferJob uploadJob(const QString& path)
+    {
+        TransferJob job;
+        job.id = QStringLiteral("upload-1");
+        job.type = TransferJob::Upload;
+        job.filePath = path;
+        job.totalSize = QFileInfo(path).size();
+        job.workspaceId = workspace;
+        job.text = QStringLiteral("Here it is");
+        return job;
+    }
+
+    // What a link to the revision turns into for the endpoint's user.
+    static std::pair<std::optional<TransferJob>, vlr::OptionalError>
+    resolve(const RemoteEndpoint& endpoint, const QString& revisionId, const QString& folder)
+    {
+        QNetworkAccessManager network;
+        std::optional<std::pair<std::optional<TransferJob>, vlr::OptionalError>> answer;
+        RemoteTransfers::resolveDownloadLink(
+            network, endpoint, DownloadLink::make(workspace, revisionId), QStringLiteral("user"),
+            VLRTransferReporting::RequestedDownloadSubType, [folder](const QString&) { return folder; },
+            [&](const std::optional<TransferJob>& job, const vlr::OptionalError& error) {
+                answer = {job, error};
+            });
+        EXPECT_TRUE(TestCluster::waitFor([&] { return answer.has_value(); }));
+        return answer.value_or(std::pair<std::optional<TransferJob>, vlr::OptionalError>{});
+    }
+
+    QTemporaryDir home;
+
+    static inline TestCluster* cluster = nullptr;
+    static inline quint16 port = 0;
+    static inline RemoteEndpoint ann;
+    static inline RemoteEndpoint ben;
+    static inline RemoteEndpoint cy;
+    static inline QString workspace;
+};
+
+TEST_F(RemoteTransfersTest, UploadStoppedHalfwayResumesFromTheServersOffsetAndDownloadResumesByRange)
+{
+    const QString source = home.filePath(QStringLiteral("big.bin"));
+    writeRandomFile(source, bigSize);
+    const QByteArray digest = sha256Of(source);
+
+    // Stopped halfway: the upload's id is noted for a later run, and the
+    // server kept what it got.
+    const RunOutcome first =
+        runJob(ann, home.path(), uploadJob(source), [](qint64 done) { return done >= bigSize / 2; });
+    ASSERT_EQ(first.result.outcome, TransferResult::Outcome::Stopped);
+    ASSERT_FALSE(first.noted.uploadId.isEmpty());
+    const auto offset = cluster->call(port, "HEAD", QStringLiteral("/v1/uploads/") + first.noted.uploadId, ann.token);
+    const qint64 kept = offset.header("Upload-Offset").toLongLong();
+    EXPECT_GT(kept, 0);
+    EXPECT_LT(kept, bigSize);
+
+    // Another worker, as after a restart of the client, goes on from there.
+    const RunOutcome second = runJob(ann, home.path(), first.noted);
+    ASSERT_EQ(second.result.outcome, TransferResult::Outcome::Completed) << said(second.result.error);
+    EXPECT_GE(second.firstReportedDone, kept);
+    const auto revision =
+        cluster->call(port, "GET", QStringLiteral("/v1/revisions/") + second.result.revisionId, ben.token).json;
+    EXPECT_EQ(revision.value("sha256").toString().toLatin1(), digest);
+    EXPECT_EQ(revision.value("size").toInteger(), bigSize);
+    EXPECT_EQ(revision.value("fileName").toString(), QStringLiteral("big.bin"));
+
+    // Ben's download, stopped halfway, leaves its partial beside the target.
+    const QString folder = home.filePath(QStringLiteral("ben"));
+    const auto [job, error] = resolve(ben, second.result.revisionId, folder);
+    ASSERT_TRUE(job) << said(error);
+    EXPECT_EQ(job->filePath, folder + QStringLiteral("/big.bin"));
+    EXPECT_EQ(job->totalSize, bigSize);
+    const QString partial = DownloadRun::partialPathFor(job->filePath);
+    const RunOutcome stopped = runJob(ben, home.path(), *job, [](qint64 done) { return done >= bigSize / 2; });
+    ASSERT_EQ(stopped.result.outcome, TransferResult::Outcome::Stopped);
+    const qint64 have = QFileInfo(partial).size();
+    ASSERT_GT(have, 0);
+    ASSERT_LT(have, bigSize);
+
+    // A resume asks only for the rest: a byte spoilt in the part it has is
+    // not fetched again, so the check at the end fails and the partial goes.
+    {
+        QFile spoil(partial);
+        ASSERT_TRUE(spoil.open(QIODevice::ReadWrite));
+        spoil.seek(10);
+        const char byte = spoil.peek(1).at(0);
+        spoil.write(QByteArray(1, char(byte ^ 0x5a)));
+    }
+    const RunOutcome spoilt = runJob(ben, home.path(), *job);
+    ASSERT_EQ(spoilt.result.outcome, TransferResult::Outcome::Failed);
+    EXPECT_EQ(spoilt.result.error->localizedDescription, QStringLiteral("The stored copy of \"big.bin\" is damaged."));
+    EXPECT_FALSE(QFileInfo::exists(partial));
+    EXPECT_FALSE(QFileInfo::exists(job->filePath));
+
+    // Stopped and resumed without harm, it ends as the uploaded file.
+    runJob(ben, home.path(), *job, [](qint64 done) { return done >= bigSize / 3; });
+    const RunOutcome resumed = runJob(ben, home.path(), *job);
+    ASSERT_EQ(resumed.result.outcome, TransferResult::Outcome::Completed) << said(resumed.result.error);
+    EXPECT_EQ(resumed.result.filePath, job->filePath);
+    EXPECT_EQ(sha256Of(job->filePath), digest);
+    EXPECT_FALSE(QFileInfo::exists(partial));
+    EXPECT_EQ(QFileInfo(job->filePath).permissions() & (QFile::ReadOther | QFile::ReadGroup), 0);
+}
+
+TEST_F(RemoteTransfersTest, HostileNameFromAnotherMemberLandsInsideTheFolder)
+{
+    // Ben's client is not ours: his upload names the file as it likes.
+    const QByteArray content = "#!/bin/sh\nrm -rf ~\n";
+    const QString hostile = QStringLiteral("../../.bashrc");
+    const auto created = cluster->call(port, "POST", QStringLiteral("/v1/uploads"), ben.token,
+                                       json({{"workspace", workspace},
+                                             {"fileName", hostile},
+                                             {"size", content.size()},
+                                             {"sha256", QString::fromLatin1(Sha256::of(content))}}));
+    ASSERT_EQ(created.status, 201);
+    const auto stored =
+        cluster->call(port, "PATCH", QStringLiteral("/v1/uploads/") + created.json.value("id").toString(), ben.token,
+                      content, {{"Upload-Offset", "0"}});
+    ASSERT_EQ(stored.status, 201);
+
+    const QString folder = home.filePath(QStringLiteral("downloads/Team"));
+    const auto [job, error] = resolve(ann, stored.json.value("revision").toString(), folder);
+    ASSERT_TRUE(job) << said(error);
+    const RunOutcome run = runJob(ann, home.path(), *job);
+    ASSERT_EQ(run.result.outcome, TransferResult::Outcome::Completed) << said(run.result.error);
+    EXPECT_EQ(QFileInfo(run.result.filePath).absolutePath(), folder);
+    EXPECT_EQ(filesUnder(home.filePath(QStringLiteral("downloads"))).size(), 1);
+    EXPECT_FALSE(QFileInfo::exists(home.filePath(QStringLiteral(".bashrc"))));
+}
+
+TEST_F(RemoteTransfersTest, OutsidersAndOtherTokensGetAClearErrorAndNothingIsWritten)
+{
+    const QString source = home.filePath(QStringLiteral("note.txt"));
+    QFile file(source);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("a note for the team");
+    file.close();
+    const RunOutcome uploaded = runJob(ann, home.path(), uploadJob(source));
+    ASSERT_EQ(uploaded.result.outcome, TransferResult::Outcome::Completed);
+
+    // Cy is in no workspace of Ann's: the link names nothing for him.
+    const QString folder = home.filePath(QStringLiteral("cy"));
+    const auto [none, refusal] = resolve(cy, uploaded.result.revisionId, folder);
+    EXPECT_FALSE(none);
+    ASSERT_TRUE(refusal);
+    EXPECT_EQ(refusal->code, ServiceError::RevisionNotFound);
+
+    // A job with his token fails at the server and writes nothing; nor can
+    // he upload into Ann's workspace.
+    const auto [job, error] = resolve(ann, uploaded.result.revisionId, folder);
+    ASSERT_TRUE(job);
+    const RunOutcome download = runJob(cy, home.path(), *job);
+    ASSERT_EQ(download.result.outcome, TransferResult::Outcome::Failed);
+    EXPECT_EQ(download.result.error->localizedDescription,
+              QStringLiteral("There is no such revision in your workspaces."));
+    EXPECT_FALSE(QFileInfo::exists(folder));
+    const RunOutcome upload = runJob(cy, home.path(), uploadJob(source));
+    ASSERT_EQ(upload.result.outcome, TransferResult::Outcome::Failed);
+    EXPECT_EQ(upload.result.error->localizedDescription,
+              QStringLiteral("There is no such workspace, or you are not a member of it."));
+
+    // A token the server never issued is told as such.
+    RemoteEndpoint forged = ann;
+    forged.token = "not-a-token";
+    const RunOutcome forgedRun = runJob(forged, home.path(), *job);
+    ASSERT_EQ(forgedRun.result.outcome, TransferResult::Outcome::Failed);
+    EXPECT_EQ(forgedRun.result.error->code, 5);
+    EXPECT_FALSE(QFileInfo::exists(folder));
+
+    // A folder is refused before anything is sent.
+    const RunOutcome folderUpload = runJob(ann, home.path(), uploadJob(home.path()));
+    ASSERT_EQ(folderUpload.result.outcome, TransferResult::Outcome::Failed);
+    EXPECT_EQ(folderUpload.result.error->code, ServiceError::FolderNotUploadable);
+}
+
+} // namespace

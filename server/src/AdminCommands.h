@@ -1,0 +1,25 @@
+#pragma once
+
+#include "AdminCall.h"
+#include "AdminOutcome.h"
+
+#include <QHash>
+
+#include <functional>
+
+// The administrative commands that the server knows, by the name that
+// veluria-admin gives them. Filled once while the server is made and only
+// read afterwards, so handlers may be looked up from any thread. A handler
+// takes its database connection from Database::connection() itself.
+class AdminCommands
+{
+public:
+    using Handler = std::function<AdminOutcome(const AdminCall& call)>;
+
+    void add(const QString& name, Handler handler);
+    // Null for a command nobody added.
+    const Handler* find(const QString& name) const;
+
+private:
+    QHash<QString, Handler> m_handlers;
+};
