@@ -12,7 +12,9 @@
 #include "service/VLRRevision.h"
 #include "service/VLRVendor.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace {
 
@@ -105,6 +107,43 @@ TEST_F(MarketLibrary, PackageInstallsFromTheServerAndUpdatesGoOnFromABrokenDownl
     EXPECT_EQ(brush->installedVersionString(), "1.1");
     EXPECT_TRUE(market->updater()->installerUpdates().isEmpty());
     EXPECT_FALSE(QFile::exists(InstallRun::packagePath(revision)));
+    market->end();
+}
+
+TEST_F(MarketLibrary, ADamagedDownloadIsRefusedAndAForgottenInstallIsNewAgain)
+{
+    const QByteArray token = signedUp(QStringLiteral("fay@market.org"));
+    adminOutput({"add-product", "Map Kit"});
+    adminOutput({"add-installer", "Atlas", "--product", "Map Kit"});
+    const QString revision = adminOutput({"publish-installer", "Atlas", package("2.0"), "--version", "2.0"});
+    adminOutput({"grant-purchase", "fay@market.org", "Map Kit", "--renews", "+30"});
+    const auto market = marketplace(token);
+    market->refresh();
+    ASSERT_TRUE(TestCluster::waitFor([&] { return !installers.isEmpty(); }));
+    const VLRInstallerPtr atlas = installers.first();
+
+    // A partial download of the full size whose bytes are not the package's.
+    QFile partial(InstallRun::packagePath(revision));
+    QDir().mkpath(QFileInfo(partial).path());
+    ASSERT_TRUE(partial.open(QIODevice::WriteOnly));
+    QFile real(files->filePath(QStringLiteral("brush-2.0.tar.gz")));
+    ASSERT_TRUE(real.open(QIODevice::ReadOnly));
+    partial.write(QByteArray(real.size(), 'x'));
+    partial.close();
+    const VLRInstallerOperationPtr damaged = atlas->downloadAndInstallLatestRevision();
+    ASSERT_TRUE(TestCluster::waitFor([&] { return damaged->error().has_value(); }, 20000));
+    EXPECT_EQ(damaged->error()->code, 63);
+    EXPECT_FALSE(QFile::exists(InstallRun::packagePath(revision)));
+    EXPECT_TRUE(atlas->installedVersionString().isNull());
+
+    ASSERT_TRUE(finishes(atlas->downloadAndInstallLatestRevision()));
+    EXPECT_EQ(atlas->installedVersionString(), "2.0");
+    bool forgotten = false;
+    atlas->forgetLocalInstallWithCompletionHandler([&](const vlr::OptionalError& error) { forgotten = !error; });
+    ASSERT_TRUE(TestCluster::waitFor([&] { return forgotten; }));
+    EXPECT_TRUE(atlas->installedVersionString().isNull());
+    EXPECT_FALSE(Applications::isPresent(atlas->identifier()));
+    EXPECT_EQ(market->updater()->neverInstalled(), installers);
     market->end();
 }
 
