@@ -13,6 +13,7 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QUrl>
+#include <QUuid>
 
 namespace {
 // Pictures larger than this are not the catalogue's.
@@ -181,8 +182,10 @@ vlr::OptionalError ServerMarketSource::install(ServiceThread&, const InstallRun:
         return MarketError::make(MarketError::InstallerNotFound);
     const QString name = InstallRun::shownName(installer.value(QStringLiteral("name")).toString());
     const QJsonObject revision = installer.value(QStringLiteral("currentRevision")).toObject();
+    // The identifier names the partial package on this disk: it must be
+    // the server's plain UUID and nothing else.
     const QString revisionId = revision.value(QStringLiteral("id")).toString();
-    if (revisionId.isEmpty())
+    if (QUuid::fromString(revisionId).toString(QUuid::WithoutBraces) != revisionId)
         return MarketError::make(MarketError::NoRevision, name);
 
     if (auto failed = download(revisionId, revision.value(QStringLiteral("sha256")).toString(),
