@@ -1,5 +1,7 @@
 #include "MarketFixture.h"
 
+#include "sdk/installs/Applications.h"
+
 #include <QBuffer>
 #include <QImage>
 #include <QJsonArray>
@@ -125,6 +127,15 @@ TEST_F(MarketServer, AdminCommandsSayWhatTheLocalToolSays)
             << command.join(' ').toStdString();
         EXPECT_EQ(remote.err, here.err) << command.join(' ').toStdString();
     }
+
+    // An install of this machine is told as this machine's.
+    const QByteArray cat = cluster->signIn(port, "cat@market.org", "pw");
+    const QJsonObject hammer = cluster->call(port, "GET", "/v1/catalog", cat).json["installers"][0].toObject();
+    const QJsonObject install{{"installer", hammer["id"]},
+                              {"revision", hammer["currentRevision"]["id"]},
+                              {"machine", Applications::thisMachine()}};
+    ASSERT_EQ(cluster->call(port, "POST", "/v1/installs", cat, QJsonDocument(install).toJson()).status, 201);
+    EXPECT_TRUE(admin({"installers", "cat@market.org"}).out.endsWith("  Hammer  2.0  installed 2.0\n"));
 }
 
 } // namespace
