@@ -4,6 +4,7 @@
 // latency of a sign-in, and a session with 10,000 workspaces and 10,000
 // completed transfers loading its lists.
 
+#include "AgainstCp.h"
 #include "BenchFiles.h"
 #include "sdk/accounts/AccountStore.h"
 #include "sdk/base/Clock.h"
@@ -24,7 +25,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
 
@@ -108,61 +108,13 @@ QString makeBigFile(const QString& path)
     return writeRandomFile(path, bigFileSize, 42);
 }
 
-double timeCommand(const QString& program, const QStringList& arguments)
-{
-    QElapsedTimer clock;
-    clock.start();
-    QProcess::execute(program, arguments);
-    return double(clock.nsecsElapsed()) / 1e9;
-}
-
-// cp, and cp followed by a sync of the copy (the library syncs each file
-// once, so that a crash never loses what it reported as done).
-void timeCp(const QString& from, const QString& to, double* cp, double* cpAndSync)
-{
-    QFile::remove(to);
-    *cp = timeCommand(QStringLiteral("cp"), {from, to});
-    QFile::remove(to);
-    *cpAndSync = timeCommand(QStringLiteral("sh"),
-                             {QStringLiteral("-c"), QStringLiteral("cp \"$0\" \"$1\" && sync \"$1\""), from, to});
-    QFile::remove(to);
-}
-
-// Times summed over the rounds; the counters give the averages and ratios.
-struct AgainstCp
-{
-    double library = 0;
-    double cp = 0;
-    double cpAndSync = 0;
-    int rounds = 0;
-
-    void add(benchmark::State& state, double libraryRound, double cpRound, double cpAndSyncRound)
-    {
-        state.SetIterationTime(libraryRound);
-        library += libraryRound;
-        cp += cpRound;
-        cpAndSync += cpAndSyncRound;
-        ++rounds;
-    }
-    void report(benchmark::State& state) const
-    {
-        if (rounds == 0)
-            return;
-        state.counters["MiB/s"] = double(bigFileSize) / (1 << 20) * rounds / library;
-        state.counters["cp_s"] = cp / rounds;
-        state.counters["cp_sync_s"] = cpAndSync / rounds;
-        state.counters["ratio_vs_cp"] = cp / library;
-        state.counters["ratio_vs_cp_sync"] = cpAndSync / library;
-    }
-};
-
 void BM_UploadOneGiBAgainstCp(benchmark::State& state)
 {
     Service service;
     const QString source = makeBigFile(service.home.path() + QStringLiteral("/big.bin"));
     const auto session = service.signIn();
     waitUntil([&] { return !session->syncingLists(); });
-    AgainstCp times;
+    AgainstCp times(bigFileSize);
     for (auto _ : state) {
         double cp = 0;
         double cpAndSync = 0;
@@ -197,7 +149,7 @@ void BM_DownloadOneGiBAgainstCp(benchmark::State& state)
     const auto upload = std::static_pointer_cast<QueuedTransfer>(session->uploader()->transfers().last());
     waitUntil([&] { return upload->isFinished(); });
     const QString link = DownloadLink::make(service.workspaceId, upload->job().revisionId);
-    AgainstCp times;
+    AgainstCp times(bigFileSize);
     for (auto _ : state) {
         double cp = 0;
         double cpAndSync = 0;

@@ -11,6 +11,7 @@ packages=(
   dbus dbus-x11 python3-dbusmock gnome-keyring libsecret-tools
   desktop-file-utils xdg-utils appstream
   libqt6sql6-psql libpq-dev postgresql openssl bc curl
+  chromium libqt6websockets6-dev
 )
 if [ "${1:-}" = "--packaging" ]; then
   # Checking the .deb that cpack makes.

@@ -130,6 +130,8 @@ int RemoteAdmin::run(QStringList arguments)
     if (arguments.isEmpty())
         return AdminTool::printUsage(m_err), 2;
     const QString command = arguments.takeFirst();
+    if (command == QLatin1String("--help") || command == QLatin1String("help"))
+        return AdminTool::printUsage(m_out), 0;
     if (!AdminCommandLine::knows(command)) {
         m_err << "veluria-admin: unknown command " << command << "\n";
         return AdminTool::printUsage(m_err), 2;

@@ -89,9 +89,26 @@ AdminOutcome setAvatar(const AdminCall& call)
     if (format.isEmpty() || reader.read().isNull())
         return AdminOutcome::failed(QStringLiteral("%1 is not a picture").arg(call.arguments.at(1)));
     const QString sha256 = stored.section(QLatin1Char('/'), -1);
-    return update(call.arguments.at(0),
-                  QStringLiteral("UPDATE users SET avatar_sha256 = ?, avatar_type = ? WHERE id = ?"),
-                  {sha256, QStringLiteral("image/") + QString::fromLatin1(format)});
+    AdminLookup::Account account;
+    const AdminOutcome outcome =
+        update(call.arguments.at(0), QStringLiteral("UPDATE users SET avatar_sha256 = ?, avatar_type = ? WHERE id = ?"),
+               {sha256, QStringLiteral("image/") + QString::fromLatin1(format)}, &account);
+    if (outcome.status != 200)
+        return outcome;
+    // Everyone who sees the picture hears that it changed: the person and
+    // whoever shares a workspace with them, each once.
+    QSqlQuery viewers(Database::connection());
+    viewers.prepare(
+        QStringLiteral("SELECT ?::text UNION SELECT theirs.user_id::text FROM members mine JOIN members theirs "
+                       "ON theirs.workspace_id = mine.workspace_id WHERE mine.user_id = ?"));
+    viewers.addBindValue(account.id);
+    viewers.addBindValue(account.id);
+    if (!viewers.exec())
+        return AdminOutcome::databaseFailed();
+    while (viewers.next())
+        EventHub::recordForUser(viewers.value(0).toString(), QStringLiteral("avatar"),
+                                {{QStringLiteral("userID"), account.id}});
+    return AdminOutcome::done();
 }
 
 AdminOutcome changePassword(const AdminCall& call)
@@ -118,7 +135,10 @@ AdminOutcome changePassword(const AdminCall& call)
     QSqlQuery sessions(db);
     sessions.prepare(QStringLiteral("DELETE FROM sessions WHERE user_id = ?"));
     sessions.addBindValue(account->id);
-    if (!change.exec() || !sessions.exec()
+    QSqlQuery browsers(db);
+    browsers.prepare(QStringLiteral("DELETE FROM web_sessions WHERE user_id = ?"));
+    browsers.addBindValue(account->id);
+    if (!change.exec() || !sessions.exec() || !browsers.exec()
         || !EventHub::recordForUser(account->id, QStringLiteral("password"), {{QStringLiteral("userID"), account->id}})
         || !db.commit()) {
         db.rollback();

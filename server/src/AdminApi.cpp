@@ -7,6 +7,7 @@
 #include "HttpConnection.h"
 #include "MarketAdmin.h"
 #include "RequestContext.h"
+#include "SlowWork.h"
 #include "WorkspaceCommands.h"
 
 #include "sdk/store/Sha256.h"
@@ -36,8 +37,19 @@ public:
     ~IncomingBlob() override
     {
         close();
-        remove();
+        if (!m_kept)
+            remove();
     }
+    // The bytes are complete: someone else takes care of them now.
+    QString keep()
+    {
+        m_kept = true;
+        close();
+        return fileName();
+    }
+
+private:
+    bool m_kept = false;
 };
 
 bool isBlobPath(const QStringList& path)
@@ -122,17 +134,36 @@ bool AdminApi::handle(HttpConnection* c, const QStringList& path)
 void AdminApi::storeBlob(HttpConnection* c)
 {
     // Without a sink the headers were answered already (not an administrator).
-    std::unique_ptr<QFile> sink(c->findChild<QFile*>(blobSinkName));
+    std::unique_ptr<IncomingBlob> sink(static_cast<IncomingBlob*>(c->findChild<QFile*>(blobSinkName)));
     if (!sink)
         return;
-    sink->close();
-    const QString uploadId = sink->fileName().section(QLatin1Char('/'), -1);
-    const qint64 size = sink->size();
-    const QString sha256 = sha256Of(*sink);
-    QString failure;
-    if (sha256.isEmpty() || !m_store.commit(uploadId, sha256, &failure))
-        return c->respondError(500, 500, QStringLiteral("The store can't take the file: %1").arg(failure));
-    c->respondJson(201, {{QStringLiteral("sha256"), sha256}, {QStringLiteral("size"), size}});
+    const QString partial = sink->keep();
+    sink.reset();
+    // Hashing a large file takes a while: not on the connection's thread.
+    struct Stored
+    {
+        QString sha256;
+        qint64 size = 0;
+        QString failure;
+    };
+    SlowWork::run<Stored>(
+        c,
+        [partial, store = &m_store] {
+            QFile file(partial);
+            Stored stored{sha256Of(file), file.size(), {}};
+            if (stored.sha256.isEmpty()
+                || !store->commit(partial.section(QLatin1Char('/'), -1), stored.sha256, &stored.failure)) {
+                QFile::remove(partial);
+                stored.sha256.clear();
+            }
+            return stored;
+        },
+        [c](const Stored& stored) {
+            if (stored.sha256.isEmpty())
+                return c->respondError(500, 500,
+                                       QStringLiteral("The store can't take the file: %1").arg(stored.failure));
+            c->respondJson(201, {{QStringLiteral("sha256"), stored.sha256}, {QStringLiteral("size"), stored.size}});
+        });
 }
 
 void AdminApi::run(HttpConnection* c, const QString& command, const QString& userId)
@@ -151,9 +182,13 @@ void AdminApi::run(HttpConnection* c, const QString& command, const QString& use
     call.administratorId = userId;
     call.host = QUrl(QStringLiteral("https://") + QString::fromLatin1(c->request().header("host"))).host();
     call.store = &m_store;
-    const AdminOutcome outcome = (*handler)(call);
-    if (outcome.status == 200)
-        c->respondJson(200, {{QStringLiteral("output"), outcome.output}});
-    else
-        c->respondError(outcome.status, outcome.status, outcome.failure);
+    // Commands hash passwords, read pictures and files: on the pool for slow work.
+    SlowWork::run<AdminOutcome>(
+        c, [handler, call] { return (*handler)(call); },
+        [c](const AdminOutcome& outcome) {
+            if (outcome.status == 200)
+                c->respondJson(200, {{QStringLiteral("output"), outcome.output}});
+            else
+                c->respondError(outcome.status, outcome.status, outcome.failure);
+        });
 }

@@ -10,7 +10,9 @@
 // The administrative commands that the server knows, by the name that
 // veluria-admin gives them. Filled once while the server is made and only
 // read afterwards, so handlers may be looked up from any thread. A handler
-// takes its database connection from Database::connection() itself.
+// runs on the pool for slow work (it may hash a password or read a large
+// file) and takes its thread's database connection from
+// Database::connection() itself.
 class AdminCommands
 {
 public:

@@ -31,6 +31,15 @@ void notFound(HttpConnection* c)
     c->respondError(404, 404, QStringLiteral("There is no such workspace, or you are not a member of it."));
 }
 
+void tooManyFailures(HttpConnection* c, int wait)
+{
+    c->respondError(429, 429,
+                    QStringLiteral("Too many failed sign-ins for this account or from this address. Please try "
+                                   "again in %1 minutes.")
+                        .arg((wait + 59) / 60),
+                    {{"Retry-After", QByteArray::number(wait)}});
+}
+
 void databaseFailed(HttpConnection* c)
 {
     c->respondError(500, 500, QStringLiteral("The server's database failed; nothing was changed."));
@@ -106,12 +115,7 @@ void Api::signIn(HttpConnection* c)
     const QString password = body.value(QStringLiteral("password")).toString();
     const QString address = c->peerAddress().toString();
     if (const int wait = SignInLimit::retryAfter(address, email))
-        return c->respondError(
-            429, 429,
-            QStringLiteral("Too many failed sign-ins for this account or from this address. Please try again "
-                           "in %1 minutes.")
-                .arg((wait + 59) / 60),
-            {{"Retry-After", QByteArray::number(wait)}});
+        return tooManyFailures(c, wait);
     Accounts::Candidate account;
     const bool known = m_accounts.candidate(email, &account);
     // The hash takes a processor for a while: not this connection thread's.
@@ -151,12 +155,17 @@ void Api::verify(HttpConnection* c)
     QJsonObject body;
     if (!jsonBody(c, &body))
         return;
+    // Wrong codes count against the address like wrong passwords: six
+    // digits must not be guessed by trying them all.
+    const QString address = c->peerAddress().toString();
+    if (const int wait = SignInLimit::retryAfter(address, {}))
+        return tooManyFailures(c, wait);
     QByteArray token;
     if (m_accounts.verify(body.value(QStringLiteral("verification")).toString().toLatin1(),
                           body.value(QStringLiteral("code")).toString(), &token))
-        c->respondJson(201, {{QStringLiteral("token"), QString::fromLatin1(token)}});
-    else
-        c->respondError(401, WrongCode, QStringLiteral("The code is wrong or has expired."));
+        return c->respondJson(201, {{QStringLiteral("token"), QString::fromLatin1(token)}});
+    SignInLimit::failed(address, {});
+    c->respondError(401, WrongCode, QStringLiteral("The code is wrong or has expired."));
 }
 
 void Api::user(HttpConnection* c, const QString& userId)

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QStorageInfo>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -54,20 +55,24 @@ bool BlobStore::isDigest(const QString& text)
     return hex.match(text).hasMatch();
 }
 
-bool BlobStore::commit(const QString& uploadId, const QString& sha256, QString* failure) const
+bool BlobStore::commit(const QString& uploadId, const QString& sha256, QString* failure,
+                       const QByteArray& knownDigest) const
 {
     const QString partial = uploadPath(uploadId);
-    QFile file(partial);
-    if (!file.open(QIODevice::ReadOnly)) {
-        *failure = QStringLiteral("The upload's bytes are missing.");
-        return false;
+    QByteArray digest = knownDigest;
+    if (digest.isEmpty()) {
+        QFile file(partial);
+        if (!file.open(QIODevice::ReadOnly)) {
+            *failure = QStringLiteral("The upload's bytes are missing.");
+            return false;
+        }
+        Sha256 hash;
+        QByteArray chunk(1 << 20, Qt::Uninitialized);
+        for (qint64 n; (n = file.read(chunk.data(), chunk.size())) > 0;)
+            hash.add(chunk.constData(), n);
+        digest = hash.hexDigest();
     }
-    Sha256 hash;
-    QByteArray chunk(1 << 20, Qt::Uninitialized);
-    for (qint64 n; (n = file.read(chunk.data(), chunk.size())) > 0;)
-        hash.add(chunk.constData(), n);
-    file.close();
-    if (QString::fromLatin1(hash.hexDigest()) != sha256) {
+    if (QString::fromLatin1(digest) != sha256) {
         discard(uploadId);
         *failure = QStringLiteral("The uploaded bytes don't match their SHA-256; the upload was discarded.");
         return false;
@@ -90,4 +95,10 @@ bool BlobStore::commit(const QString& uploadId, const QString& sha256, QString* 
 void BlobStore::discard(const QString& uploadId) const
 {
     QFile::remove(uploadPath(uploadId));
+}
+
+bool BlobStore::hasRoomFor(qint64 bytes) const
+{
+    QStorageInfo disk(m_root);
+    return !disk.isValid() || disk.bytesAvailable() >= bytes;
 }

@@ -18,9 +18,14 @@ public:
     QString contentPath(const QString& sha256) const;
 
     // Moves a complete upload into place when its bytes have this digest;
-    // false (and the upload removed) when they don't.
-    bool commit(const QString& uploadId, const QString& sha256, QString* failure) const;
+    // false (and the upload removed) when they don't. The bytes are read
+    // back to be hashed unless their digest is known (hashed as received).
+    bool commit(const QString& uploadId, const QString& sha256, QString* failure,
+                const QByteArray& knownDigest = {}) const;
     void discard(const QString& uploadId) const;
+
+    // Whether the store's disk can take this many more bytes now.
+    bool hasRoomFor(qint64 bytes) const;
 
     static bool isDigest(const QString& text);
 

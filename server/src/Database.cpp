@@ -131,6 +131,11 @@ bool Database::available()
     return available(connection());
 }
 
+bool Database::stands(const QSqlDatabase& db)
+{
+    return db.isValid() && healthy(db);
+}
+
 bool Database::available(QSqlDatabase db)
 {
     if (!db.isValid())

@@ -27,6 +27,8 @@ public:
     // it. Cheap: no round trip while the connection is healthy.
     static bool available();
     static bool available(QSqlDatabase db);
+    // Whether the connection stands, without opening it again.
+    static bool stands(const QSqlDatabase& db);
     // Several processes may start at once: an advisory lock lets one migrate
     // while the others wait.
     static bool migrate(QString* failure);

@@ -59,12 +59,11 @@ bool EventHub::subscribe()
 void EventHub::watchListener()
 {
     QSqlDatabase db = Database::connection(listenPurpose);
-    if (m_listening && Database::available(db))
+    if (m_listening && Database::stands(db))
         return;
-    if (m_listening) {
-        m_listening = false;
-        db.driver()->unsubscribeFromNotification(QString::fromLatin1(channel));
-    }
+    // A connection made anew (by this or by anybody asking for it) listens
+    // to nothing until told again.
+    m_listening = false;
     if (!Database::available(db) || !subscribe())
         return;
     // Whatever was published while nobody listened is in the table.

@@ -50,6 +50,10 @@ void EventStreams::deliverAll()
         users.insert(stream.userId);
         from = qMin(from, stream.lastId);
     }
+    if (!Database::available()) {
+        m_retry.start();
+        return;
+    }
     // One query for the whole thread. Membership is read at each delivery:
     // a member who was removed gets nothing more from that workspace.
     QSqlQuery query(Database::connection());
@@ -64,7 +68,7 @@ void EventStreams::deliverAll()
     query.addBindValue(from);
     query.addBindValue(audience);
     query.addBindValue(from);
-    if (!Database::available() || !query.exec()) {
+    if (!query.exec()) {
         m_retry.start();
         return;
     }

@@ -3,13 +3,17 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTcpSocket>
+#include <QSslSocket>
 #include <QUrl>
+
+#include <fcntl.h>
 
 namespace {
 constexpr qsizetype maxHeaderBytes = 16 * 1024;
 constexpr qint64 fileChunk = 256 * 1024;
 constexpr qint64 lowWater = 1024 * 1024;
+constexpr qint64 writeBehindBytes = 8 * 1024 * 1024;
+constexpr qsizetype sinkBatchBytes = 1024 * 1024;
 
 QByteArray reasonOf(int status)
 {
@@ -64,12 +68,16 @@ HttpConnection::HttpConnection(QTcpSocket* socket, QObject* parent)
     connect(&m_idle, &QTimer::timeout, socket, &QTcpSocket::abort);
     m_idle.start();
     connect(socket, &QTcpSocket::bytesWritten, &m_idle, qOverload<>(&QTimer::start));
+    m_headersDeadline.setSingleShot(true);
+    m_headersDeadline.setInterval(headersTimeoutMs);
+    connect(&m_headersDeadline, &QTimer::timeout, socket, &QTcpSocket::abort);
+    m_headersDeadline.start();
     connect(socket, &QTcpSocket::readyRead, this, &HttpConnection::readMore);
     connect(socket, &QTcpSocket::bytesWritten, this, &HttpConnection::pumpFile);
     connect(socket, &QTcpSocket::disconnected, this, [this] {
         // What came with the last packets still counts for an upload.
         if (m_state == State::Body && m_sink)
-            readMore();
+            writeBufferedBody();
         m_sink = nullptr;
         emit closed(this);
         deleteLater();
@@ -79,15 +87,29 @@ HttpConnection::HttpConnection(QTcpSocket* socket, QObject* parent)
 void HttpConnection::readMore()
 {
     m_idle.start();
-    m_buffer += m_socket->readAll();
+    // Straight into the buffer's end: no array of its own for each TLS record.
+    if (const qint64 available = m_socket->bytesAvailable(); available > 0) {
+        const qsizetype old = m_buffer.size();
+        m_buffer.resize(old + available);
+        m_buffer.resize(old + qMax<qint64>(0, m_socket->read(m_buffer.data() + old, available)));
+    }
+    // While an answer is awaited, a peer may send the next request, but not
+    // without end.
+    if (m_state != State::Headers && m_state != State::Body && m_buffer.size() > maxHeaderBytes + maxBufferedBody) {
+        m_socket->abort();
+        return;
+    }
     while (true) {
         if (m_state == State::Headers) {
             const qsizetype end = m_buffer.indexOf("\r\n\r\n");
             if (end < 0) {
                 if (m_buffer.size() > maxHeaderBytes)
                     fail(431, QStringLiteral("The request's headers are too long."));
+                else if (!m_buffer.isEmpty() && !m_headersDeadline.isActive())
+                    m_headersDeadline.start();
                 return;
             }
+            m_headersDeadline.stop();
             if (!parseHeaders(end))
                 return;
             m_state = State::Body;
@@ -99,15 +121,32 @@ void HttpConnection::readMore()
                 fail(413, QStringLiteral("The request's body is too large."));
                 return;
             }
+            // A client that waits to hear whether to send the body (curl does
+            // for large ones) hears it now, not after a pause of its own.
+            if (!m_discardBody && m_request.contentLength > 0 && m_request.header("expect").toLower() == "100-continue")
+                m_socket->write("HTTP/1.1 100 Continue\r\n\r\n");
         }
         if (m_state != State::Body)
             return;
+        // TLS hands the body over in small records: they are gathered and
+        // written to the sink in large pieces, once the socket has no more
+        // for now or enough has come.
+        if (m_sink && !m_writeNow && m_buffer.size() < sinkBatchBytes
+            && m_bodyReceived + m_buffer.size() < m_request.contentLength) {
+            if (!m_writeQueued) {
+                m_writeQueued = true;
+                QMetaObject::invokeMethod(this, &HttpConnection::writeBufferedBody, Qt::QueuedConnection);
+            }
+            return;
+        }
         takeBody();
         if (m_state != State::Body || m_bodyReceived < m_request.contentLength)
             return;
         m_state = State::Handling;
-        if (m_sink)
+        if (m_sink) {
             m_sink->flush();
+            writeBehind(true);
+        }
         m_sink = nullptr;
         if (m_discardBody) {
             m_discardBody = false;
@@ -161,10 +200,17 @@ void HttpConnection::takeBody()
     const qint64 piece = qMin<qint64>(m_request.contentLength - m_bodyReceived, m_buffer.size());
     if (m_sink) {
         if (m_sink->write(m_buffer.constData(), piece) != piece) {
+            const bool full = m_sink->error() == QFileDevice::ResourceError;
             m_sink = nullptr;
-            fail(500, QStringLiteral("The server could not store the bytes."));
+            if (full)
+                fail(507,
+                     QStringLiteral("The server's store is full. The bytes received so far are kept; please "
+                                    "try again later."));
+            else
+                fail(500, QStringLiteral("The server could not store the bytes."));
             return;
         }
+        writeBehind(false);
     } else if (!m_discardBody) {
         m_request.body.append(m_buffer.constData(), qsizetype(piece));
     }
@@ -172,9 +218,29 @@ void HttpConnection::takeBody()
     m_bodyReceived += piece;
 }
 
+void HttpConnection::writeBufferedBody()
+{
+    m_writeQueued = false;
+    m_writeNow = true;
+    readMore();
+    m_writeNow = false;
+}
+
 void HttpConnection::streamBodyInto(QFile* sink)
 {
     m_sink = sink;
+    m_unsynced = sink->pos();
+}
+
+void HttpConnection::writeBehind(bool all)
+{
+    // The disk starts writing what came while more is coming, so that the
+    // fsync that makes an upload whole finds little left to do.
+    const qint64 end = m_sink->pos();
+    if (end - m_unsynced < writeBehindBytes && !all)
+        return;
+    ::sync_file_range(m_sink->handle(), m_unsynced, end - m_unsynced, SYNC_FILE_RANGE_WRITE);
+    m_unsynced = end;
 }
 
 void HttpConnection::sendHead(int status, qint64 length, const QList<std::pair<QByteArray, QByteArray>>& headers,
@@ -247,18 +313,23 @@ void HttpConnection::pumpFile()
     while (m_source && m_socket->bytesToWrite() < lowWater) {
         if (m_sourceLeft == 0) {
             m_source.reset();
+            m_chunk = QByteArray();
             finishResponse();
             return;
         }
-        const QByteArray piece = m_source->read(qMin(fileChunk, m_sourceLeft));
-        if (piece.isEmpty()) {
+        // One buffer for the whole file: a fresh one per piece would be
+        // mapped and faulted in anew each time.
+        if (m_chunk.isEmpty())
+            m_chunk.resize(fileChunk);
+        const qint64 n = m_source->read(m_chunk.data(), qMin(fileChunk, m_sourceLeft));
+        if (n <= 0) {
             // The content is shorter than its record: nothing honest can follow.
             m_source.reset();
             m_socket->abort();
             return;
         }
-        m_sourceLeft -= piece.size();
-        m_socket->write(piece);
+        m_sourceLeft -= n;
+        m_socket->write(m_chunk.constData(), n);
     }
 }
 
@@ -289,10 +360,25 @@ void HttpConnection::beginEventStream()
 
 void HttpConnection::sendEvent(qint64 id, const QByteArray& kind, const QByteArray& data)
 {
+    if (backlogged())
+        return;
     m_socket->write("id: " + QByteArray::number(id) + "\nevent: " + kind + "\ndata: " + data + "\n\n");
 }
 
 void HttpConnection::sendKeepAlive()
 {
+    if (backlogged())
+        return;
     m_socket->write(": ping\n\n");
+}
+
+bool HttpConnection::backlogged()
+{
+    qint64 waiting = m_socket->bytesToWrite();
+    if (auto* tls = qobject_cast<QSslSocket*>(m_socket))
+        waiting += tls->encryptedBytesToWrite();
+    if (waiting <= maxStreamBacklog)
+        return false;
+    m_socket->abort();
+    return true;
 }

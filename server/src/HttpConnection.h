@@ -26,6 +26,12 @@ public:
     // A peer that sends and takes nothing this long is let go; an event
     // stream's pings keep a live one, and a dead one fills its buffer.
     static constexpr int idleTimeoutMs = 120 * 1000;
+    // A request's headers (and before the first, the TLS handshake) must be
+    // complete this soon: a peer trickling bytes is not kept for ever.
+    static constexpr int headersTimeoutMs = 30 * 1000;
+    // An event stream whose peer takes nothing while this much waits for it
+    // is let go, rather than growing in the server's memory.
+    static constexpr qint64 maxStreamBacklog = 1 << 20;
 
     explicit HttpConnection(QTcpSocket* socket, QObject* parent = nullptr);
 
@@ -58,11 +64,15 @@ private:
     void readMore();
     bool parseHeaders(qsizetype end);
     void takeBody();
+    void writeBufferedBody();
+    void writeBehind(bool all);
     void sendHead(int status, qint64 length, const QList<std::pair<QByteArray, QByteArray>>& headers,
                   const QByteArray& contentType);
     void pumpFile();
     void finishResponse();
     void fail(int status, const QString& message);
+    // True (and the peer let go) when a stream's peer stopped taking bytes.
+    bool backlogged();
 
     QTcpSocket* m_socket;
     QByteArray m_buffer;
@@ -70,11 +80,17 @@ private:
     enum class State { Headers, Body, Handling, Closing } m_state = State::Headers;
     QFile* m_sink = nullptr;
     qint64 m_bodyReceived = 0;
+    // Where the bytes not yet handed to the disk begin in the sink.
+    qint64 m_unsynced = 0;
+    bool m_writeQueued = false;
+    bool m_writeNow = false;
     std::unique_ptr<QFile> m_source;
     qint64 m_sourceLeft = 0;
+    QByteArray m_chunk;
     bool m_eventStream = false;
     bool m_keepAlive = true;
     // Answered before its body came: the rest of the body is read and dropped.
     bool m_discardBody = false;
     QTimer m_idle;
+    QTimer m_headersDeadline;
 };

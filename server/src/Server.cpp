@@ -62,6 +62,7 @@ Server::Server(const ServerConfig& config, QObject* parent)
     , m_admin(m_accounts, m_store)
     , m_avatars(m_accounts, m_store)
     , m_manifest(config.manifestPath)
+    , m_web(config, m_accounts, m_store)
     , m_market(m_accounts, m_store)
 { }
 
@@ -130,7 +131,7 @@ void Server::headersReceived(HttpConnection* c)
 
 void Server::requestReceived(HttpConnection* c)
 {
-    if (!databaseReachable(c))
+    if (!databaseReachable(c) || m_web.handle(c))
         return;
     const QStringList path = segmentsOf(c->request().path);
     if (path == QStringList{QStringLiteral("events")} && c->request().method == "GET")

@@ -10,6 +10,7 @@
 #include "MarketApi.h"
 #include "ServerConfig.h"
 #include "TransferApi.h"
+#include "WebPages.h"
 
 #include <QObject>
 
@@ -23,9 +24,10 @@ class UploadSweeper;
 
 // One server process: takes connections (TLS unless configured off) on its
 // own thread, spreads them over connection threads, and hands each request
-// to the endpoint that serves its path under /v1/. The handlers run on the
-// request's connection thread. It keeps no state that another process would
-// need: sessions, uploads and events live in the database and the store.
+// to the endpoint that serves its path under /v1/, or to the web pages
+// outside it. The handlers run on the request's connection thread. It keeps
+// no state that another process would need: sessions, uploads and events
+// live in the database and the store.
 class Server : public QObject
 {
     Q_OBJECT
@@ -53,6 +55,7 @@ private:
     AdminApi m_admin;
     Avatars m_avatars;
     ManifestFile m_manifest;
+    WebPages m_web;
     MarketApi m_market;
     std::unique_ptr<UploadSweeper> m_sweeper;
     std::vector<std::unique_ptr<ConnectionThread>> m_threads;

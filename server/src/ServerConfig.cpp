@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QSettings>
+#include <QSysInfo>
 #include <QThread>
 
 bool ServerConfig::load(const QString& path, ServerConfig* config, QString* failure)
@@ -62,6 +63,14 @@ bool ServerConfig::load(const QString& path, ServerConfig* config, QString* fail
     c.databaseName = ini.value(QStringLiteral("database/name"), c.databaseName).toString();
     c.databaseUser = ini.value(QStringLiteral("database/user")).toString();
     c.databasePassword = ini.value(QStringLiteral("database/password")).toString();
+    const bool anyAddress = c.listenAddress == QHostAddress::AnyIPv4 || c.listenAddress == QHostAddress::Any;
+    const QString host = c.listenAddress.isLoopback() ? QStringLiteral("localhost")
+        : anyAddress                                  ? QSysInfo::machineHostName()
+                                                      : c.listenAddress.toString();
+    c.webAddress =
+        ini.value(QStringLiteral("web/address"), QStringLiteral("https://%1:%2").arg(host).arg(c.port)).toString();
+    c.mailCommand = ini.value(QStringLiteral("mail/command")).toString();
+    c.mailFrom = ini.value(QStringLiteral("mail/from"), QStringLiteral("Veluria <veluria@%1>").arg(host)).toString();
     *config = c;
     return true;
 }

@@ -28,6 +28,11 @@ struct ServerConfig
     QString databaseUser;
     QString databasePassword;
 
+    // The web pages: the address that mailed links begin with, and how mail leaves.
+    QString webAddress;
+    QString mailCommand;
+    QString mailFrom;
+
     // A null config and the reason in failure when the file can't be used.
     static bool load(const QString& path, ServerConfig* config, QString* failure);
 };

@@ -49,7 +49,8 @@ int SignInLimit::retryAfter(const QString& address, const QString& email)
 void SignInLimit::failed(const QString& address, const QString& email)
 {
     count(QStringLiteral("address"), address);
-    count(QStringLiteral("account"), accountKey(email));
+    if (!email.trimmed().isEmpty())
+        count(QStringLiteral("account"), accountKey(email));
 }
 
 void SignInLimit::succeeded(const QString& email)

@@ -2,6 +2,7 @@
 
 #include "BlobStore.h"
 #include "Database.h"
+#include "HashingFile.h"
 #include "Publications.h"
 #include "RequestContext.h"
 #include "UploadLock.h"
@@ -98,7 +99,8 @@ void TransferApi::headersReceived(HttpConnection* c, const QStringList& path)
     }
     // Unbuffered: every byte received is the kernel's at once, so a killed
     // server process loses nothing that the offset reports.
-    auto* sink = new QFile(partial, lock.get());
+    // From the first byte on, the bytes are hashed as they come.
+    auto* sink = offset == 0 ? new HashingFile(partial, lock.get()) : new QFile(partial, lock.get());
     if (!sink->open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
         c->respondError(500, 500, QStringLiteral("The server can't write the upload."));
         return;
@@ -150,6 +152,8 @@ void TransferApi::createUpload(HttpConnection* c, const QString& userId)
     if (!acceptableName(fileName) || size < 0 || !BlobStore::isDigest(sha256))
         return c->respondError(
             422, 422, QStringLiteral("An upload needs a file name, its size and its SHA-256 in lower-case hex."));
+    if (!m_store.hasRoomFor(size))
+        return c->respondError(507, 507, QStringLiteral("The server's store has no room for this file at the moment."));
     QSqlQuery insert(Database::connection());
     insert.prepare(QStringLiteral("INSERT INTO uploads(user_id, workspace_id, file_name, size, sha256, publish, "
                                   "publication_text) VALUES (?, ?, ?, ?, ?, ?, coalesce(?, '')) RETURNING id"));
@@ -183,7 +187,12 @@ void TransferApi::reportOffset(HttpConnection* c, const QString& userId, const Q
 
 void TransferApi::finishPatch(HttpConnection* c, const QString& userId, const QString& segment)
 {
-    delete c->findChild<UploadLock*>();
+    QByteArray received;
+    if (auto* lock = c->findChild<UploadLock*>()) {
+        if (auto* hashed = lock->findChild<HashingFile*>(); hashed && hashed->isOpen())
+            received = hashed->pos() == hashed->size() ? hashed->hexDigest() : QByteArray();
+        delete lock;
+    }
     Upload upload;
     if (!loadUpload(c, segment, userId, &upload))
         return;
@@ -192,7 +201,7 @@ void TransferApi::finishPatch(HttpConnection* c, const QString& userId, const QS
         return c->respond(204, {}, {{"Upload-Offset", QByteArray::number(offset)}});
 
     QString failure;
-    if (!m_store.commit(upload.id, upload.revision.sha256, &failure)) {
+    if (!m_store.commit(upload.id, upload.revision.sha256, &failure, received)) {
         QSqlQuery gone(Database::connection());
         gone.prepare(QStringLiteral("DELETE FROM uploads WHERE id = ?"));
         gone.addBindValue(upload.id);

@@ -1,5 +1,9 @@
 #include "TestCluster.h"
 
+#include "sdk/accounts/Base32.h"
+#include "sdk/accounts/Totp.h"
+
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -8,6 +12,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSettings>
+#include <QSslSocket>
 #include <QTemporaryDir>
 #include <QUrlQuery>
 
@@ -152,6 +157,44 @@ TEST_F(AdminTest, OnlyAnAdministratorIsServed)
                    administratorPassword.toUtf8() + '\n');
     EXPECT_EQ(untrusted.status, 1);
     EXPECT_TRUE(untrusted.err.contains(QStringLiteral("--trust"))) << untrusted.err.toStdString();
+}
+
+TEST_F(AdminTest, AnAdministratorWithASecondFactorGivesTheCode)
+{
+    const QString secret = cluster->addUser(QStringLiteral("guard@example.org"), QStringLiteral("guard pw"), true);
+    ASSERT_TRUE(
+        cluster->sql(QStringLiteral("UPDATE users SET administrator = true WHERE email = 'guard@example.org'")));
+    const QString code = Totp::code(Base32::decode(secret), Totp::stepAt(QDateTime::currentSecsSinceEpoch()));
+    const auto run = [&](const QString& typed) {
+        return runProgram(QStringLiteral(VELURIA_ADMIN_BINARY),
+                          {QStringLiteral("--server"), QStringLiteral("https://localhost:%1").arg(port),
+                           QStringLiteral("--trust"), cluster->folder() + QStringLiteral("/tls/server.crt"),
+                           QStringLiteral("--admin"), QStringLiteral("guard@example.org"), QStringLiteral("confirm"),
+                           QStringLiteral("guard@example.org")},
+                          "guard pw\n" + typed.toLatin1() + '\n');
+    };
+    const Finished wrong = run(code == QLatin1String("000000") ? QStringLiteral("111111") : QStringLiteral("000000"));
+    EXPECT_EQ(wrong.status, 1);
+    EXPECT_TRUE(wrong.err.contains(QStringLiteral("code"))) << wrong.err.toStdString();
+    const Finished right = run(code);
+    EXPECT_EQ(right.status, 0) << right.err.toStdString();
+}
+
+TEST_F(AdminTest, AFileCutOffOnItsWayLeavesNothingInTheStore)
+{
+    QSslSocket socket;
+    socket.setSslConfiguration(cluster->tls());
+    socket.connectToHostEncrypted(QStringLiteral("localhost"), port);
+    ASSERT_TRUE(socket.waitForEncrypted(5000));
+    socket.write("POST /v1/admin/blobs HTTP/1.1\r\nHost: localhost\r\nAuthorization: Bearer " + adminToken()
+                 + "\r\nContent-Length: 1000000\r\n\r\n" + QByteArray(4000, 'x'));
+    const QDir uploads(cluster->folder() + QStringLiteral("/store/uploads"));
+    EXPECT_TRUE(TestCluster::waitFor([&] {
+        socket.waitForBytesWritten(50);
+        return !uploads.isEmpty();
+    }));
+    socket.abort();
+    EXPECT_TRUE(TestCluster::waitFor([&] { return uploads.isEmpty(); }));
 }
 
 TEST_F(AdminTest, PasswordChangeReachesTheAccountsStreamsAndEndsItsSessions)

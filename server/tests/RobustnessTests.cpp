@@ -54,8 +54,8 @@ TEST_F(RobustnessTest, DatabaseRestartAnswers503ThenRecoversWithoutLosingEvents)
     EXPECT_FALSE(away.header("Retry-After").isEmpty());
 
     ASSERT_TRUE(cluster.startDatabase());
-    ASSERT_TRUE(TestCluster::waitFor([&] { return cluster.call(port, "GET", "/v1/workspaces", token).status == 200; },
-                                     10000));
+    ASSERT_TRUE(
+        TestCluster::waitFor([&] { return cluster.call(port, "GET", "/v1/workspaces", token).status == 200; }, 10000));
     // Published at once: possibly before the server listens for it again.
     ASSERT_EQ(cluster
                   .call(port, "POST", "/v1/workspaces/" + workspace + "/publications", token,
@@ -96,10 +96,11 @@ TEST_F(RobustnessTest, AbandonedUploadIsRemovedAndActiveOneKept)
     const auto start = [&] {
         const auto made = cluster.call(
             port, "POST", "/v1/uploads", token,
-            json({{"workspace", workspace},
-                  {"fileName", "f.bin"},
-                  {"size", data.size()},
-                  {"sha256", QString::fromLatin1(QCryptographicHash::hash(data, QCryptographicHash::Sha256).toHex())}}));
+            json(
+                {{"workspace", workspace},
+                 {"fileName", "f.bin"},
+                 {"size", data.size()},
+                 {"sha256", QString::fromLatin1(QCryptographicHash::hash(data, QCryptographicHash::Sha256).toHex())}}));
         return made.json["id"].toString();
     };
     const QString abandoned = start();

@@ -302,13 +302,18 @@ TEST_F(LoginTest, TheEnvironmentSelectorShowsOnlyWhileTheChordIsHeld)
     page->toggleEnvironmentPopUp();
     EXPECT_TRUE(selector->isHidden());
 
-    // A choice is applied and stored beside the other keys of the domain.
+    // A choice among the library's domain names is applied and stored beside
+    // the other keys of the domain.
+    service().domainNames = {"localhost", "team.example.org"};
+    auto offered = makePage();
+    QComboBox* servers = offered->environmentButton();
+    ASSERT_EQ(servers->count(), 2);
     defaults()->setPersistentDomain({{"other", "kept"}}, VLRUserDefaultsPersistentDomain);
-    selector->setCurrentIndex(2);
-    emit selector->activated(2);
-    EXPECT_EQ(service().log.lastArguments("setEnvironmentWithDomainName"), QVariantList{"staging.veluria.com"});
+    servers->setCurrentIndex(1);
+    emit servers->activated(1);
+    EXPECT_EQ(service().log.lastArguments("setEnvironmentWithDomainName"), QVariantList{"team.example.org"});
     const QVariantMap domain = *defaults()->persistentDomainForName(VLRUserDefaultsPersistentDomain);
-    EXPECT_EQ(domain.value(VLRUserDefaultsKeyEnvironment), QVariant("staging.veluria.com"));
+    EXPECT_EQ(domain.value(VLRUserDefaultsKeyEnvironment), QVariant("team.example.org"));
     EXPECT_EQ(domain.value("other"), QVariant("kept"));
 }
 

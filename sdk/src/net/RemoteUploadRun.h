@@ -3,10 +3,10 @@
 #include "sdk/net/RemoteEndpoint.h"
 #include "sdk/transfers/TransferRunner.h"
 
+#include <chrono>
 #include <optional>
 
 class QNetworkAccessManager;
-class RemoteCall;
 
 // One run of an upload to the team server, on the queue's worker: the
 // file's SHA-256 first, then an upload announced to the server (its id is

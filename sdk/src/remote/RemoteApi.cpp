@@ -50,6 +50,7 @@ void RemoteApi::send(const RemoteEndpoint& endpoint, const QByteArray& method, c
     const QByteArray bytes = body ? QJsonDocument(*body).toJson(QJsonDocument::Compact) : QByteArray();
     QNetworkReply* reply = network(endpoint)->sendCustomRequest(request, method, bytes);
     watchCertificate(reply);
+    capSize(reply);
     QObject::connect(reply, &QNetworkReply::finished, reply,
                      [reply, handler = std::move(handler)] { finish(reply, true, handler); });
 }
@@ -60,8 +61,19 @@ void RemoteApi::fetch(const RemoteEndpoint& endpoint, const QString& path, Handl
     request.setTransferTimeout(TimeoutMilliseconds);
     QNetworkReply* reply = network(endpoint)->get(request);
     watchCertificate(reply);
+    capSize(reply);
     QObject::connect(reply, &QNetworkReply::finished, reply,
                      [reply, handler = std::move(handler)] { finish(reply, false, handler); });
+}
+
+void RemoteApi::capSize(QNetworkReply* reply)
+{
+    // A server that sends more than any answer of ours can be is cut off
+    // before it fills the memory.
+    QObject::connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received, qint64 total) {
+        if (received > MaximumAnswerBytes || total > MaximumAnswerBytes)
+            reply->abort();
+    });
 }
 
 void RemoteApi::finish(QNetworkReply* reply, bool json, const Handler& handler)

@@ -48,5 +48,6 @@ public:
     static bool certificateRefused(QNetworkReply* reply);
 
 private:
+    static void capSize(QNetworkReply* reply);
     static void finish(QNetworkReply* reply, bool json, const Handler& handler);
 };

@@ -20,13 +20,10 @@ QString describe(RemoteError::Code code, const QString& detail)
     case RemoteError::NotSignedIn:
         return QStringLiteral("You are signed out. Please sign in again.");
     case RemoteError::Unreachable:
-        return QStringLiteral("The Veluria server %1 can't be reached. Check the network connection and the "
-                              "server's address in %2.")
-            .arg(detail, settingsFile);
+        return QStringLiteral("The Veluria server %1 can't be reached. Check the network connection.").arg(detail);
     case RemoteError::UntrustedCertificate:
-        return QStringLiteral("The Veluria server %1 shows a certificate that this computer does not trust. If it is "
-                              "your team's server, name its certificate file as trustedCertificate= under [server] in "
-                              "%2.")
+        // Short enough for the sign-in page, and it names the setting.
+        return QStringLiteral("The certificate of %1 is not trusted. To trust it, set trustedCertificate= in %2.")
             .arg(detail, settingsFile);
     case RemoteError::UnreadableAnswer:
         return QStringLiteral("The Veluria server %1 gave an answer that Veluria can't read.").arg(detail);

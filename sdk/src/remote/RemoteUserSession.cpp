@@ -2,14 +2,17 @@
 
 #include "sdk/accounts/LocalUser.h"
 #include "sdk/accounts/SessionRegistry.h"
+#include "sdk/base/DatabaseLocation.h"
 #include "sdk/base/MainThread.h"
 #include "sdk/marketplace/ServerMarketSource.h"
+#include "sdk/net/RemoteTransfers.h"
 #include "sdk/remote/RemoteError.h"
 #include "sdk/remote/RemoteLog.h"
-#include "sdk/remote/RemoteTransferQueue.h"
 #include "sdk/remote/RemoteWorkspaceUser.h"
+#include "sdk/transfers/TransferQueue.h"
 #include "sdk/workspaces/LocalPublication.h"
 
+#include "service/VLRUser.h"
 #include "service/VLRUserSessionDelegate.h"
 
 #include <algorithm>
@@ -56,8 +59,10 @@ RemoteUserSession::RemoteUserSession(const RemoteEndpoint& endpoint, const QStri
     , m_position(endpoint.base, userId)
 {
     setUserID(userId);
-    setUploader(std::make_shared<RemoteTransferQueue>());
-    setDownloader(std::make_shared<RemoteTransferQueue>());
+    const QUrl folder = DatabaseLocation::current();
+    m_databaseFolder = folder.isLocalFile() ? folder.toLocalFile() : QString();
+    setUploader(std::make_shared<TransferQueue>(RemoteTransfers::runner(endpoint, m_databaseFolder), *this));
+    setDownloader(std::make_shared<TransferQueue>(RemoteTransfers::runner(endpoint, m_databaseFolder), *this));
 }
 
 RemoteUserSession::~RemoteUserSession()
@@ -292,6 +297,25 @@ void RemoteUserSession::eventArrived(const EventStream::Event& event)
         return;
     if (event.kind == "catalog")
         m_market->refresh();
+    if (event.kind == "password") {
+        // The server ended every session of the account; the position is
+        // kept first, so that the next session is not told again.
+        if (!m_pending.isEmpty())
+            announcePending(m_pending.size());
+        rememberPosition();
+        qCInfo(lcRemote, "The password of %s changed elsewhere", qUtf8Printable(user()->email()));
+        end();
+        if (delegate())
+            delegate()->passwordChanged();
+        return;
+    }
+    if (event.kind == "avatar") {
+        // Somebody's picture changed: asked for again, it replaces the one shown.
+        const QString person = text(event.data, "userID");
+        m_avatarsAsked.remove(person);
+        rememberPosition();
+        return wantAvatar(person);
+    }
     if (event.kind != "publication")
         return rememberPosition();
     m_pending.append(event);
@@ -367,6 +391,8 @@ void RemoteUserSession::end()
     if (m_stream)
         m_stream->stop();
     m_market->end();
+    for (const VLRTransferQueuePtr& queue : {uploader(), downloader()})
+        std::static_pointer_cast<TransferQueue>(queue)->suspend();
     if (syncingLists())
         setSyncingLists(false);
     if (syncingWorkspaces())
@@ -406,19 +432,6 @@ void RemoteUserSession::setDownloadCacheSize(qint64 bytes)
 {
     if (bytes >= 0)
         m_downloadCacheSize = bytes;
-}
-
-void RemoteUserSession::downloadUrl(const QString& url, const VLRTransferHandler& completionHandler)
-{
-    downloadUrl(url, QUrl(), completionHandler);
-}
-
-void RemoteUserSession::downloadUrl(const QString&, const QUrl&, const VLRTransferHandler& completionHandler)
-{
-    if (completionHandler)
-        MainThread::post([completionHandler] {
-            completionHandler(nullptr, RemoteError::make(RemoteError::NotAvailable, QStringLiteral("Downloading")));
-        });
 }
 
 VLRWorkspacePtr RemoteUserSession::workspaceFromID(const QString& identifier) const
@@ -476,13 +489,6 @@ void RemoteUserSession::publishText(const QString& text, const QString& intoWork
                     });
 }
 
-void RemoteUserSession::uploadAndPublishNewRevision(const QUrl&, const QString&, bool, const QString&,
-                                                    vlr::OptionalError* error)
-{
-    if (error)
-        *error = RemoteError::make(RemoteError::NotAvailable, QStringLiteral("Uploading files"));
-}
-
 void RemoteUserSession::createNewInstallerWithName(
     const QString&, const QVariant&, const QVariant&, const QVariant&, const QVariant&, const QList<QUrl>&, bool,
     const QVariant&, const QUrl&,
@@ -501,12 +507,3 @@ void RemoteUserSession::uploadAndPublishNewInstaller(const QUrl&, const QString&
     if (error)
         *error = RemoteError::make(RemoteError::NotAvailable, QStringLiteral("Publishing installers"));
 }
-
-void RemoteUserSession::pauseAllTransfers(bool pause)
-{
-    if (pause != transfersPaused())
-        setTransfersPaused(pause);
-}
-
-void RemoteUserSession::clearCompletedTransfers()
-{ }

@@ -6,6 +6,7 @@
 #include "sdk/remote/PushPosition.h"
 #include "sdk/remote/RemoteApi.h"
 #include "sdk/remote/RemoteWorkspace.h"
+#include "sdk/transfers/TransferQueueHost.h"
 
 #include "service/VLRUserSession.h"
 
@@ -26,8 +27,15 @@ class RemoteWorkspaceUser;
 // date (its order and dates, and a workspace the user was just added to),
 // then goes to the delegate, one call per workspace. Members are read at
 // the start, for workspaces new to the list, and whenever the stream stands
-// again after a break.
-class RemoteUserSession : public VLRUserSession
+// again after a break. A changed password (the server ends the account's
+// sessions and says so on the stream) ends the session through the
+// delegate's passwordChanged.
+//
+// Files go up and down on the two queues' workers, by the team server's
+// runner; downloads are recorded in the local database as the embedded
+// service's are. The queues live as long as the session: a transfer that a
+// sign-out interrupts is not taken up by the next session.
+class RemoteUserSession : public VLRUserSession, public TransferQueueHost
 {
 public:
     static constexpr qint64 DefaultDownloadCacheSize = 1000000000;
@@ -61,6 +69,14 @@ public:
 
     // Whether the push stream stands.
     bool isReachable() const;
+
+    // TransferQueueHost
+    bool allTransfersPaused() const override;
+    void transferCompleted(const QueuedTransferPtr& transfer) override;
+    bool takeCompletedTransfer(const QueuedTransferPtr& transfer) override;
+    void persistTransfer(const TransferJob& job) override;
+    void forgetTransfer(const QString& id) override;
+    void discardPartials(const TransferJob& job) override;
     bool hasEnded() const { return m_ended; }
 
 private:
@@ -88,8 +104,10 @@ private:
     // session and tells the delegate.
     void failed(const vlr::Error& error);
     void end();
+    void requestDownload(const QString& url, const QString& folder, const VLRTransferHandler& completionHandler);
 
     RemoteEndpoint m_endpoint;
+    QString m_databaseFolder;
     PushPosition m_position;
     std::unique_ptr<EventStream> m_stream;
     std::shared_ptr<SessionMarketplace> m_market;

@@ -9,12 +9,13 @@
 
 std::shared_ptr<VLRVersionChecker> VeluriaServiceLibrary::createVersionChecker()
 {
-    // A manifest named in the library's settings wins; else a team server's.
+    // A manifest named in the library's settings wins; else a team server's,
+    // which may publish none.
     const QUrl configured = LibrarySettings::versionManifest();
     const RemoteEndpoint server = RemoteEnvironment::chosenServer();
     if (configured.isEmpty() && server.isValid())
         return std::make_shared<LocalVersionChecker>(server.apiUrl(QStringLiteral("manifest")),
-                                                     server.sslConfiguration());
+                                                     server.sslConfiguration(), true);
     return m_embedded.createVersionChecker();
 }
 

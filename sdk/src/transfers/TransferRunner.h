@@ -20,7 +20,8 @@ public:
         std::function<bool()> shouldStop;
         // The total, once the runner knows it better than the job did.
         std::function<void(qint64 total)> sized;
-        // Bytes done since the last call, verified ones of a resume included.
+        // Bytes done since the last call, verified ones of a resume included;
+        // less than 0 when bytes counted before turned out lost.
         std::function<void(qint64 bytes)> advanced;
         // The job as it must be kept for a resume after a restart of the
         // client (an upload's id on the server); the queue saves it.

@@ -2,6 +2,8 @@
 
 #include "sdk/transfers/ThroughputMeter.h"
 
+#include <algorithm>
+
 TransferWorker::TransferWorker(TransferRunner::Factory runnerFactory)
     : m_runnerFactory(std::move(runnerFactory))
     , m_thread([this] { run(); })
@@ -74,7 +76,8 @@ TransferResult TransferWorker::perform(const TransferJob& job, const ProgressHan
         if (now - lastReport < reportInterval)
             return;
         meter.sample(now, state.done);
-        state.bytesPerSecond = meter.bytesPerSecond();
+        // Bytes taken back after a cut-off are no speed.
+        state.bytesPerSecond = std::max(0.0, meter.bytesPerSecond());
         lastReport = now;
         progress(state);
     };

@@ -18,9 +18,10 @@ constexpr int TimeoutMilliseconds = 15000;
 
 } // namespace
 
-LocalVersionChecker::LocalVersionChecker(const QUrl& manifestURL, const QSslConfiguration& tls)
+LocalVersionChecker::LocalVersionChecker(const QUrl& manifestURL, const QSslConfiguration& tls, bool absentIsCurrent)
     : m_manifestURL(manifestURL)
     , m_tls(tls)
+    , m_absentIsCurrent(absentIsCurrent)
 { }
 
 void LocalVersionChecker::checkVersion(const VLRVersionCheckHandler& handler)
@@ -80,7 +81,8 @@ void LocalVersionChecker::readManifest(const ManifestHandler& handler)
     // comes and runs at the next turn, so that the checker never goes while
     // its reply is being torn down.
     auto pending = std::make_shared<ManifestHandler>(handler);
-    QObject::connect(reply, &QNetworkReply::finished, reply, [weakSelf, reply, pending, running, url] {
+    const bool absentIsCurrent = m_absentIsCurrent;
+    QObject::connect(reply, &QNetworkReply::finished, reply, [weakSelf, reply, pending, running, url, absentIsCurrent] {
         reply->deleteLater();
         ManifestHandler handler = std::exchange(*pending, nullptr);
         vlr::OptionalError error;
@@ -88,6 +90,8 @@ void LocalVersionChecker::readManifest(const ManifestHandler& handler)
         if (reply->property("tooLarge").toBool())
             error = ServiceError::make(ServiceError::VersionInfoUnreadable,
                                        QStringLiteral("it is larger than %1 bytes").arg(VersionManifest::MaximumSize));
+        else if (absentIsCurrent && reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() == 404)
+            ; // a server that publishes no manifest: the running version is the current one
         else if (reply->error() != QNetworkReply::NoError)
             error = ServiceError::make(ServiceError::VersionInfoUnreadable, reply->errorString());
         else

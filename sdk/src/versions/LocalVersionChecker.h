@@ -14,12 +14,15 @@
 // One check of the running version against the version manifest that the
 // library's settings name (a file or a web address). With none named, the
 // running version is the current one. An https address is trusted as the
-// TLS configuration says (a team server's own certificate).
+// TLS configuration says (a team server's own certificate); with
+// absentIsCurrent, an address that has no manifest (404) means the same as
+// none named.
 class LocalVersionChecker : public VLRVersionChecker, public std::enable_shared_from_this<LocalVersionChecker>
 {
 public:
     explicit LocalVersionChecker(const QUrl& manifestURL,
-                                 const QSslConfiguration& tls = QSslConfiguration::defaultConfiguration());
+                                 const QSslConfiguration& tls = QSslConfiguration::defaultConfiguration(),
+                                 bool absentIsCurrent = false);
 
     void checkVersion(const VLRVersionCheckHandler& handler) override;
     void getVersionInfo(const VLRVersionInfoHandler& handler) override;
@@ -32,6 +35,7 @@ private:
 
     QUrl m_manifestURL;
     QSslConfiguration m_tls;
+    bool m_absentIsCurrent = false;
     std::optional<VersionManifest> m_manifest;
     vlr::OptionalError m_error;
     std::unique_ptr<QNetworkAccessManager> m_network;

@@ -6,20 +6,26 @@
 #include "sdk/accounts/Base32.h"
 #include "sdk/accounts/Totp.h"
 #include "sdk/remote/VeluriaServiceLibrary.h"
+#include "sdk/transfers/QueuedTransfer.h"
 
 #include "service/VLREnvironment.h"
 #include "service/VLRLoginVerifier.h"
 #include "service/VLRPublication.h"
 #include "service/VLRReachabilityManager.h"
+#include "service/VLRTransferReporting.h"
 #include "service/VLRUser.h"
 #include "service/VLRUserSessionDelegate.h"
 #include "service/VLRUtils.h"
+#include "service/VLRVersionChecker.h"
 #include "service/VLRWorkspace.h"
 #include "service/VLRWorkspaceUser.h"
 
+#include <QBuffer>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QImage>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -70,7 +76,7 @@ Outcome signIn(const QString& email, const QString& password)
 
 struct Delegate : VLRUserSessionDelegate
 {
-    void passwordChanged() override { }
+    void passwordChanged() override { ++passwordChanges; }
     void downstreamProxyUnavailable() override { ++lost; }
     void currentVersionIsUnsupported() override { }
     void clientKeyExpired() override { ++expired; }
@@ -88,6 +94,7 @@ struct Delegate : VLRUserSessionDelegate
 
     int lost = 0;
     int expired = 0;
+    int passwordChanges = 0;
     QStringList heard;
 };
 
@@ -193,6 +200,16 @@ TEST_F(RemoteSessionTest, TheSelectorOffersTheServerAndASignInThereIsRefusedClea
     EXPECT_EQ(accepted.first->user()->email(), "cem@example.com");
     accepted.first->logoutWithCompletionHandler({});
 
+    // The server publishes no version manifest: the running version is the current one.
+    const auto checker = library().createVersionChecker();
+    std::optional<vlr::OptionalError> checked;
+    checker->checkVersion([&](bool, bool outOfDate, const vlr::OptionalError& error) {
+        EXPECT_FALSE(outOfDate);
+        checked = error;
+    });
+    ASSERT_TRUE(TestCluster::waitFor([&] { return checked.has_value(); }));
+    EXPECT_FALSE(*checked);
+
     // A certificate nobody trusted: refused, and the text names the key that trusts one.
     configure(folder->filePath(QStringLiteral("config")), first, QString());
     const Outcome untrusted = signIn(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
@@ -249,6 +266,48 @@ TEST_F(RemoteSessionTest, APublicationOfAnotherMachineArrivesThroughTheOtherServ
     ann.session->logoutWithCompletionHandler({});
 }
 
+TEST_F(RemoteSessionTest, AFileGoesUpOnTheUploadQueueAndComesBackThroughItsLink)
+{
+    const Outcome ann = signIn(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
+    ASSERT_TRUE(ann.session);
+    Delegate delegate;
+    ann.session->setDelegate(&delegate);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return !ann.session->syncingLists(); }));
+    const QByteArray content = QByteArray("poster ").repeated(20000);
+    const QString source = folder->filePath(QStringLiteral("poster.pdf"));
+    QFile file(source);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(content);
+    file.close();
+
+    vlr::OptionalError refusal;
+    ann.session->uploadAndPublishNewRevision(QUrl::fromLocalFile(source), posters, true, QStringLiteral("Draft"),
+                                             &refusal);
+    ASSERT_FALSE(refusal);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return ann.session->completedTransfers().size() == 1; }, 20000));
+    const auto upload = std::static_pointer_cast<QueuedTransfer>(ann.session->completedTransfers().first());
+    ASSERT_FALSE(upload->error()) << qPrintable(upload->error()->localizedDescription);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return delegate.heard.contains("Posters|ann@example.com|Draft"); }));
+
+    QTemporaryDir target;
+    VLRTransferReportingPtr download;
+    vlr::OptionalError failure;
+    ann.session->downloadUrl(
+        QStringLiteral("veluria://download?workspace=%1&revision=%2").arg(posters, upload->job().revisionId),
+        QUrl::fromLocalFile(target.path()), [&](const VLRTransferReportingPtr& transfer, const vlr::OptionalError& e) {
+            download = transfer;
+            failure = e;
+        });
+    ASSERT_TRUE(TestCluster::waitFor([&] { return download || failure; }));
+    ASSERT_TRUE(download) << qPrintable(failure->localizedDescription);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return download->isFinished(); }, 20000));
+    EXPECT_FALSE(download->error());
+    QFile copy(target.filePath(QStringLiteral("poster.pdf")));
+    ASSERT_TRUE(copy.open(QIODevice::ReadOnly));
+    EXPECT_EQ(copy.readAll(), content);
+    ann.session->logoutWithCompletionHandler({});
+}
+
 TEST_F(RemoteSessionTest, AServerThatGoesAwayIsUnreachableAndWhatWasMissedComesOnceAfterwards)
 {
     const Outcome ann = signIn(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
@@ -284,7 +343,7 @@ TEST_F(RemoteSessionTest, AServerThatGoesAwayIsUnreachableAndWhatWasMissedComesO
     again.session->logoutWithCompletionHandler({});
 }
 
-TEST_F(RemoteSessionTest, AnExpiredTokenAndOneEndedElsewhereEndTheSessionThroughTheDelegate)
+TEST_F(RemoteSessionTest, AnExpiredTokenOneEndedElsewhereAndAChangedPasswordEndTheSessionThroughTheDelegate)
 {
     auto signedIn = [](Delegate* delegate) {
         const Outcome outcome = signIn(QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
@@ -325,10 +384,65 @@ TEST_F(RemoteSessionTest, AnExpiredTokenAndOneEndedElsewhereEndTheSessionThrough
     EXPECT_EQ(second.lost, 1);
     EXPECT_EQ(second.expired, 0);
 
-    // The client signs out after either; that always succeeds.
+    // A password changed elsewhere is said on the stream, once.
+    Delegate third;
+    const VLRUserSessionPtr changed = signedIn(&third);
+    ASSERT_TRUE(changed);
+    ASSERT_TRUE(cluster->sql(QStringLiteral(
+        "WITH u AS (SELECT id FROM users WHERE email = 'ann@example.com'), e AS (INSERT INTO events(user_id, kind, "
+        "data) SELECT id, 'password', json_build_object('userID', id)::jsonb FROM u RETURNING id) "
+        "SELECT pg_notify('veluria_events', id::text) FROM e")));
+    ASSERT_TRUE(TestCluster::waitFor([&] { return third.passwordChanges == 1; }));
+    EXPECT_EQ(third.lost + third.expired, 0);
+    Delegate fourth;
+    const VLRUserSessionPtr next = signedIn(&fourth);
+    TestCluster::waitFor([] { return false; }, 1000);
+    EXPECT_EQ(fourth.passwordChanges, 0);
+
+    // The client signs out after any of them; that always succeeds.
     bool loggedOut = false;
     expiring->logoutWithCompletionHandler([&](const vlr::OptionalError& e) { loggedOut = !e; });
     EXPECT_TRUE(TestCluster::waitFor([&] { return loggedOut; }));
+}
+
+TEST_F(RemoteSessionTest, APictureAndAPasswordSetByAnAdministratorReachTheSignedInClient)
+{
+    cluster->addUser(QStringLiteral("dee@example.com"), QStringLiteral("dee secret"));
+    ASSERT_TRUE(cluster->sql(QStringLiteral("UPDATE users SET administrator = true WHERE email = 'dee@example.com'")));
+    const Outcome outcome = signIn(QStringLiteral("dee@example.com"), QStringLiteral("dee secret"));
+    ASSERT_TRUE(outcome.session);
+    Delegate delegate;
+    outcome.session->setDelegate(&delegate);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return !outcome.session->syncingLists(); }));
+    ASSERT_TRUE(outcome.session->user()->avatar().isNull());
+
+    const QByteArray admin = cluster->signIn(first, QStringLiteral("dee@example.com"), QStringLiteral("dee secret"));
+    QImage picture(4, 4, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, "PNG");
+    const QString sha256 = cluster->call(first, "POST", QStringLiteral("/v1/admin/blobs"), admin, png)
+                               .json[QStringLiteral("sha256")]
+                               .toString();
+    const auto command = [&](const QString& name, const QJsonObject& body) {
+        return cluster->call(first, "POST", QStringLiteral("/v1/admin/") + name, admin, QJsonDocument(body).toJson())
+            .status;
+    };
+    ASSERT_EQ(command(QStringLiteral("avatar"),
+                      {{QStringLiteral("arguments"),
+                        QJsonArray{QStringLiteral("dee@example.com"), QStringLiteral("dee.png")}},
+                       {QStringLiteral("files"), QJsonObject{{QStringLiteral("1"), sha256}}}}),
+              200);
+    EXPECT_TRUE(TestCluster::waitFor([&] { return !outcome.session->user()->avatar().isNull(); }));
+
+    ASSERT_EQ(command(QStringLiteral("passwd"),
+                      {{QStringLiteral("arguments"),
+                        QJsonArray{QStringLiteral("dee@example.com"), QStringLiteral("new secret")}}}),
+              200);
+    EXPECT_TRUE(TestCluster::waitFor([&] { return delegate.passwordChanges == 1; }));
+    EXPECT_EQ(delegate.lost, 0);
 }
 
 // Bob's client in a process of its own: signs in to the server its settings

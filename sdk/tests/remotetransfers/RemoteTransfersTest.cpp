@@ -16,6 +16,7 @@
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
 #include <QRandomGenerator>
+#include <QTcpServer>
 #include <QTemporaryDir>
 #include <QUrl>
 
@@ -156,6 +157,16 @@ protected:
         return endpoint;
     }
 
+    // The same server's address with its port closed.
+    static RemoteEndpoint nowhere()
+    {
+        QTcpServer closed;
+        closed.listen(QHostAddress::LocalHost);
+        RemoteEndpoint endpoint = ann;
+        endpoint.base.setPort(closed.serverPort());
+        return endpoint;
+    }
+
     static TransferJob uploadJob(const QString& path)
     {
         TransferJob job;
@@ -211,6 +222,12 @@ TEST_F(RemoteTransfersTest, UploadStoppedHalfwayResumesFromTheServersOffsetAndDo
     EXPECT_GT(kept, 0);
     EXPECT_LT(kept, bigSize);
 
+    // A server out of reach fails the run and keeps the upload for a retry.
+    const RunOutcome unreachable = runJob(nowhere(), home.path(), first.noted);
+    ASSERT_EQ(unreachable.result.outcome, TransferResult::Outcome::Failed);
+    EXPECT_EQ(unreachable.result.error->code, ServiceError::ServerUnreachable);
+    EXPECT_EQ(unreachable.noted.uploadId, first.noted.uploadId);
+
     // Another worker, as after a restart of the client, goes on from there.
     const RunOutcome second = runJob(ann, home.path(), first.noted);
     ASSERT_EQ(second.result.outcome, TransferResult::Outcome::Completed) << said(second.result.error);
@@ -233,6 +250,8 @@ TEST_F(RemoteTransfersTest, UploadStoppedHalfwayResumesFromTheServersOffsetAndDo
     const qint64 have = QFileInfo(partial).size();
     ASSERT_GT(have, 0);
     ASSERT_LT(have, bigSize);
+    EXPECT_EQ(runJob(nowhere(), home.path(), *job).result.error->code, ServiceError::ServerUnreachable);
+    EXPECT_EQ(QFileInfo(partial).size(), have);
 
     // A resume asks only for the rest: a byte spoilt in the part it has is
     // not fetched again, so the check at the end fails and the partial goes.

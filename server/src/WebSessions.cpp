@@ -1,0 +1,185 @@
+#include "WebSessions.h"
+
+#include "Database.h"
+
+#include <QCryptographicHash>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <sodium.h>
+
+namespace {
+QByteArray hashOf(const QByteArray& secret)
+{
+    return QCryptographicHash::hash(secret, QCryptographicHash::Sha256);
+}
+
+QVariant orNull(const QString& id)
+{
+    return id.isEmpty() ? QVariant(QMetaType(QMetaType::QString)) : QVariant(id);
+}
+
+QByteArray cookieValueOf(const HttpRequest& request)
+{
+    const QByteArray prefix = QByteArray(WebSessions::cookieName) + '=';
+    const QList<QByteArray> cookies = request.header("cookie").split(';');
+    for (const QByteArray& cookie : cookies) {
+        const QByteArray trimmed = cookie.trimmed();
+        if (trimmed.startsWith(prefix))
+            return trimmed.mid(prefix.size());
+    }
+    return {};
+}
+} // namespace
+
+WebSessions::WebSessions(qint64 signedInLifetime)
+    : m_lifetime(signedInLifetime)
+{ }
+
+QByteArray WebSessions::newSecret()
+{
+    QByteArray raw(32, '\0');
+    randombytes_buf(raw.data(), size_t(raw.size()));
+    return raw.toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
+}
+
+WebSessions::Session WebSessions::find(const HttpRequest& request) const
+{
+    const QByteArray token = cookieValueOf(request);
+    if (token.isEmpty())
+        return {};
+    QSqlQuery query(Database::connection());
+    query.prepare(QStringLiteral("SELECT user_id, pending_user_id, csrf FROM web_sessions WHERE token_hash = ? AND "
+                                 "expires_at > now()"));
+    query.addBindValue(hashOf(token));
+    if (!query.exec() || !query.next())
+        return {};
+    Session session;
+    session.token = token;
+    session.userId = query.value(0).toString();
+    session.pendingUserId = query.value(1).toString();
+    session.csrf = query.value(2).toString();
+    return session;
+}
+
+WebSessions::Session WebSessions::findOrStart(const HttpRequest& request) const
+{
+    const Session found = find(request);
+    return found.isValid() ? found : open({}, {}, anonymousLifetime);
+}
+
+WebSessions::Session WebSessions::replace(const Session& old, const QString& userId, const QString& pendingUserId) const
+{
+    end(old);
+    const qint64 lifetime = !userId.isEmpty() ? m_lifetime
+        : !pendingUserId.isEmpty()            ? pendingLifetime
+                                              : anonymousLifetime;
+    return open(userId, pendingUserId, lifetime);
+}
+
+WebSessions::Session WebSessions::open(const QString& userId, const QString& pendingUserId, qint64 lifetime) const
+{
+    QSqlQuery sweep(Database::connection());
+    sweep.exec(QStringLiteral("DELETE FROM web_sessions WHERE expires_at < now() - interval '1 day'"));
+    Session session;
+    session.token = newSecret();
+    session.userId = userId;
+    session.pendingUserId = pendingUserId;
+    session.csrf = QString::fromLatin1(newSecret());
+    session.lifetime = lifetime;
+    session.isNew = true;
+    QSqlQuery insert(Database::connection());
+    insert.prepare(QStringLiteral("INSERT INTO web_sessions(token_hash, user_id, pending_user_id, csrf, expires_at) "
+                                  "VALUES (?, ?, ?, ?, now() + make_interval(secs => ?))"));
+    insert.addBindValue(hashOf(session.token));
+    insert.addBindValue(orNull(userId));
+    insert.addBindValue(orNull(pendingUserId));
+    insert.addBindValue(session.csrf);
+    insert.addBindValue(double(lifetime));
+    return insert.exec() ? session : Session();
+}
+
+void WebSessions::end(const Session& session) const
+{
+    if (!session.isValid())
+        return;
+    QSqlQuery remove(Database::connection());
+    remove.prepare(QStringLiteral("DELETE FROM web_sessions WHERE token_hash = ?"));
+    remove.addBindValue(hashOf(session.token));
+    remove.exec();
+}
+
+bool WebSessions::endAllOf(const QString& userId)
+{
+    for (const QString& table : {QStringLiteral("web_sessions"), QStringLiteral("sessions")}) {
+        QSqlQuery remove(Database::connection());
+        remove.prepare(QStringLiteral("DELETE FROM %1 WHERE user_id = ?").arg(table));
+        remove.addBindValue(userId);
+        if (!remove.exec())
+            return false;
+    }
+    return true;
+}
+
+QByteArray WebSessions::cookieOf(const Session& session)
+{
+    return QByteArray(cookieName) + '=' + session.token + "; Path=/; Max-Age=" + QByteArray::number(session.lifetime)
+        + "; HttpOnly; Secure; SameSite=Strict";
+}
+
+QByteArray WebSessions::expiredCookie()
+{
+    return QByteArray(cookieName) + "=; Path=/; Max-Age=0; HttpOnly; Secure; SameSite=Strict";
+}
+
+bool WebSessions::acceptsForm(const Session& session, const QUrlQuery& form)
+{
+    const QByteArray given = form.queryItemValue(QStringLiteral("csrf"), QUrl::FullyDecoded).toLatin1();
+    const QByteArray expected = session.csrf.toLatin1();
+    return session.isValid() && !expected.isEmpty() && given.size() == expected.size()
+        && sodium_memcmp(given.constData(), expected.constData(), size_t(given.size())) == 0;
+}
+
+QByteArray WebSessions::makeLink(const QString& userId, const QString& purpose, const QString& path, qint64 lifetime)
+{
+    QSqlQuery sweep(Database::connection());
+    sweep.exec(QStringLiteral("DELETE FROM web_links WHERE expires_at < now()"));
+    const QByteArray secret = newSecret();
+    QSqlQuery insert(Database::connection());
+    insert.prepare(QStringLiteral("INSERT INTO web_links(token_hash, user_id, purpose, path, expires_at) VALUES (?, ?, "
+                                  "?, coalesce(?, ''), now() + make_interval(secs => ?))"));
+    insert.addBindValue(hashOf(secret));
+    insert.addBindValue(userId);
+    insert.addBindValue(purpose);
+    insert.addBindValue(path);
+    insert.addBindValue(double(lifetime));
+    return insert.exec() ? secret : QByteArray();
+}
+
+bool WebSessions::linkIsLive(const QByteArray& secret, const QString& purpose)
+{
+    QSqlQuery query(Database::connection());
+    query.prepare(
+        QStringLiteral("SELECT 1 FROM web_links WHERE token_hash = ? AND purpose = ? AND expires_at > now()"));
+    query.addBindValue(hashOf(secret));
+    query.addBindValue(purpose);
+    return !secret.isEmpty() && query.exec() && query.next();
+}
+
+bool WebSessions::takeLink(const QByteArray& secret, const QString& purpose, QString* userId, QString* path)
+{
+    if (secret.isEmpty())
+        return false;
+    // Deleting and reading in one statement: of two processes that get the
+    // same link at once, only one sees the row.
+    QSqlQuery take(Database::connection());
+    take.prepare(QStringLiteral("DELETE FROM web_links WHERE token_hash = ? AND purpose = ? RETURNING user_id, path, "
+                                "expires_at > now()"));
+    take.addBindValue(hashOf(secret));
+    take.addBindValue(purpose);
+    if (!take.exec() || !take.next() || !take.value(2).toBool())
+        return false;
+    *userId = take.value(0).toString();
+    *path = take.value(1).toString();
+    return true;
+}
