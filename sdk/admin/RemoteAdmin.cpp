@@ -4,6 +4,7 @@
 #include "AdminTool.h"
 
 #include "sdk/accounts/ConsolePrompt.h"
+#include "sdk/installs/Applications.h"
 
 #include <QBuffer>
 #include <QEventLoop>
@@ -166,10 +167,14 @@ int RemoteAdmin::run(QStringList arguments)
             status = fail(stored.failure);
         files.insert(each.key(), stored.json.value(QStringLiteral("sha256")));
     }
+    QJsonObject options = parsed->options;
+    // As the local tool, installers tells this machine's installs apart.
+    if (command == QLatin1String("installers"))
+        options.insert(QStringLiteral("machine"), Applications::thisMachine());
     if (status == 0) {
         const Reply done = send("POST", QStringLiteral("admin/") + command,
                                 {{QStringLiteral("arguments"), QJsonArray::fromStringList(parsed->arguments)},
-                                 {QStringLiteral("options"), parsed->options},
+                                 {QStringLiteral("options"), options},
                                  {QStringLiteral("files"), files}});
         if (done.status == 200)
             m_out << done.json.value(QStringLiteral("output")).toString();

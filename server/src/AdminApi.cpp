@@ -5,6 +5,7 @@
 #include "Database.h"
 #include "DemoCommand.h"
 #include "HttpConnection.h"
+#include "MarketAdmin.h"
 #include "RequestContext.h"
 #include "SlowWork.h"
 #include "WorkspaceCommands.h"
@@ -76,6 +77,7 @@ AdminApi::AdminApi(const Accounts& accounts, const BlobStore& store)
     AccountCommands::addTo(m_commands);
     WorkspaceCommands::addTo(m_commands);
     DemoCommand::addTo(m_commands);
+    MarketAdmin::addTo(m_commands);
 }
 
 bool AdminApi::isAdministrator(const QString& userId)

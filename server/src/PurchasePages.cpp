@@ -2,6 +2,7 @@
 
 #include "Database.h"
 #include "HttpConnection.h"
+#include "MarketCatalogue.h"
 #include "RequestContext.h"
 #include "WebReply.h"
 #include "WebTemplate.h"
@@ -124,5 +125,7 @@ void PurchasePages::change(HttpConnection* c, const WebSessions::Session& sessio
     update.addBindValue(session.userId);
     if (!update.exec() || update.numRowsAffected() != 1)
         return notFound(c, session);
+    // The buyer's signed-in clients show the change (a card warning gone).
+    MarketCatalogue::changedFor(session.userId);
     redirect(c, QStringLiteral("/purchases/") + purchaseId);
 }

@@ -63,6 +63,7 @@ Server::Server(const ServerConfig& config, QObject* parent)
     , m_avatars(m_accounts, m_store)
     , m_manifest(config.manifestPath)
     , m_web(config, m_accounts, m_store)
+    , m_market(m_accounts, m_store)
 { }
 
 Server::~Server()
@@ -136,7 +137,7 @@ void Server::requestReceived(HttpConnection* c)
     if (path == QStringList{QStringLiteral("events")} && c->request().method == "GET")
         return events(c);
     if (!m_api.handle(c, path) && !m_transfers.handle(c, path) && !m_admin.handle(c, path) && !m_avatars.handle(c, path)
-        && !m_manifest.handle(c, path))
+        && !m_manifest.handle(c, path) && !m_market.handle(c, path))
         c->respondError(404, 404, QStringLiteral("There is nothing at this address."));
 }
 

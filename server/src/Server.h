@@ -7,6 +7,7 @@
 #include "BlobStore.h"
 #include "EventHub.h"
 #include "ManifestFile.h"
+#include "MarketApi.h"
 #include "ServerConfig.h"
 #include "TransferApi.h"
 #include "WebPages.h"
@@ -55,6 +56,7 @@ private:
     Avatars m_avatars;
     ManifestFile m_manifest;
     WebPages m_web;
+    MarketApi m_market;
     std::unique_ptr<UploadSweeper> m_sweeper;
     std::vector<std::unique_ptr<ConnectionThread>> m_threads;
     std::unique_ptr<QTcpServer> m_listener;

@@ -247,11 +247,14 @@ void TransferApi::download(HttpConnection* c, const QString& userId, const QStri
     query.addBindValue(id);
     if (id.isEmpty() || !query.exec() || !query.next())
         return c->respondError(404, 404, QStringLiteral("There is no such revision in your workspaces."));
-    const qint64 size = query.value(0).toLongLong();
-    const QString sha256 = query.value(1).toString();
-    auto file = std::make_unique<QFile>(m_store.contentPath(sha256));
+    serveContent(c, m_store, query.value(0).toLongLong(), query.value(1).toString());
+}
+
+void TransferApi::serveContent(HttpConnection* c, const BlobStore& store, qint64 size, const QString& sha256)
+{
+    auto file = std::make_unique<QFile>(store.contentPath(sha256));
     if (!file->open(QIODevice::ReadOnly) || file->size() != size)
-        return c->respondError(500, 500, QStringLiteral("The revision's content is missing from the store."));
+        return c->respondError(500, 500, QStringLiteral("The content is missing from the store."));
 
     qint64 first = 0;
     qint64 last = size - 1;

@@ -19,6 +19,9 @@ public:
     void headersReceived(HttpConnection* c, const QStringList& path);
     // False when the path is none of these endpoints.
     bool handle(HttpConnection* c, const QStringList& path);
+    // Answers with a content of the store, whole or the part that the
+    // request's Range names, with its digest for the check at the end.
+    static void serveContent(HttpConnection* c, const BlobStore& store, qint64 size, const QString& sha256);
 
 private:
     struct Upload;

@@ -8,7 +8,8 @@
 #include "sdk/base/ServiceError.h"
 #include "sdk/base/ServiceThread.h"
 #include "sdk/catalogue/SessionWatcher.h"
-#include "sdk/local/LocalMarketplace.h"
+#include "sdk/marketplace/DatabaseMarketSource.h"
+#include "sdk/marketplace/SessionMarketplace.h"
 #include "sdk/transfers/DownloadCache.h"
 #include "sdk/transfers/LocalTransferRunner.h"
 #include "sdk/transfers/Reaper.h"
@@ -149,7 +150,7 @@ void LocalUserSession::listsLoaded(const Loaded& loaded)
 void LocalUserSession::openMarketplace()
 {
     const auto weak = weakSelf();
-    LocalMarketplace::Hooks hooks;
+    SessionMarketplace::Hooks hooks;
     hooks.installersChanged = [weak](const VLRInstallerList& installers) {
         if (auto self = weak.lock())
             self->setInstallers(installers);
@@ -165,7 +166,8 @@ void LocalUserSession::openMarketplace()
         if (auto self = weak.lock(); self && self->m_watcher)
             self->m_watcher->poke();
     };
-    m_market = std::make_shared<LocalMarketplace>(m_databaseFolder, userID(), hooks);
+    m_market = std::make_shared<SessionMarketplace>(std::make_shared<DatabaseMarketSource>(m_databaseFolder, userID()),
+                                                    userID(), hooks);
     setUpdater(m_market->updater());
 }
 

@@ -9,7 +9,7 @@
 
 #include "service/VLRUserSession.h"
 
-class LocalMarketplace;
+class SessionMarketplace;
 class ServiceThread;
 class SessionWatcher;
 
@@ -102,7 +102,7 @@ private:
     WorkspaceDirectory m_directory;
     std::unique_ptr<ServiceThread> m_service;
     std::unique_ptr<SessionWatcher> m_watcher;
-    std::shared_ptr<LocalMarketplace> m_market;
+    std::shared_ptr<SessionMarketplace> m_market;
     std::shared_ptr<void> m_registration;
     bool m_ended = false;
 };

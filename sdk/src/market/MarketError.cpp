@@ -19,6 +19,11 @@ QString describe(MarketError::Code code, const QString& name, const QString& det
         return QStringLiteral("The installer's description can't be used: %1").arg(detail);
     case MarketError::PublishFailed:
         return QStringLiteral("%1 could not be published: %2").arg(name, detail);
+    case MarketError::ServerFailed:
+        return QStringLiteral("The Veluria server could not be reached: %1").arg(detail);
+    case MarketError::NotOnServer:
+        return QStringLiteral("The catalogue of a Veluria server is changed by its administrators, with "
+                              "veluria-admin --server.");
     }
     return detail;
 }

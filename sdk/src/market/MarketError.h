@@ -15,6 +15,8 @@ public:
         InstallFailed = 64,
         InvalidDescription = 65,
         PublishFailed = 66,
+        ServerFailed = 67,
+        NotOnServer = 68,
     };
 
     static vlr::Error make(Code code, const QString& name = QString(), const QString& detail = QString());

@@ -5,7 +5,7 @@
 #include "sdk/base/DatabaseLocation.h"
 #include "sdk/base/MainThread.h"
 #include "sdk/base/ServiceThread.h"
-#include "sdk/local/LocalInstallerUpdater.h"
+#include "sdk/marketplace/ServerMarketSource.h"
 #include "sdk/net/RemoteTransfers.h"
 #include "sdk/remote/PendingSignOuts.h"
 #include "sdk/remote/RemoteError.h"
@@ -53,6 +53,7 @@ std::shared_ptr<RemoteUserSession> RemoteUserSession::create(const RemoteEndpoin
             self->end();
     });
     session->resumeSavedTransfers();
+    session->openMarketplace();
     session->startStream();
     return session;
 }
@@ -68,7 +69,6 @@ RemoteUserSession::RemoteUserSession(const RemoteEndpoint& endpoint, const QStri
         m_service = std::make_unique<ServiceThread>();
     setUploader(std::make_shared<TransferQueue>(RemoteTransfers::runner(endpoint, m_databaseFolder), *this));
     setDownloader(std::make_shared<TransferQueue>(RemoteTransfers::runner(endpoint, m_databaseFolder), *this));
-    setUpdater(std::make_shared<LocalInstallerUpdater>());
 }
 
 RemoteUserSession::~RemoteUserSession()
@@ -259,6 +259,26 @@ void RemoteUserSession::refreshed(qsizetype announceable)
         setSyncingWorkspaces(false);
 }
 
+void RemoteUserSession::openMarketplace()
+{
+    const auto weak = weakSelf();
+    SessionMarketplace::Hooks hooks;
+    hooks.installersChanged = [weak](const VLRInstallerList& installers) {
+        if (auto self = weak.lock())
+            self->setInstallers(installers);
+    };
+    // hasPurchases is read when purchases change: it is set first.
+    hooks.purchasesChanged = [weak](const VLRPurchaseList& purchases) {
+        if (auto self = weak.lock()) {
+            self->setHasPurchases(!purchases.isEmpty());
+            self->setPurchases(purchases);
+        }
+    };
+    m_market = std::make_shared<SessionMarketplace>(std::make_shared<ServerMarketSource>(m_endpoint), userID(), hooks);
+    setUpdater(m_market->updater());
+    m_market->refresh();
+}
+
 void RemoteUserSession::startStream()
 {
     EventStream::Handlers handlers;
@@ -281,6 +301,8 @@ void RemoteUserSession::eventArrived(const EventStream::Event& event)
 {
     if (m_ended)
         return;
+    if (event.kind == "catalog")
+        m_market->refresh();
     if (event.kind == "password") {
         // The server ended every session of the account; the position is
         // kept first, so that the next session is not told again.
@@ -375,6 +397,7 @@ void RemoteUserSession::end()
     m_registration.reset();
     if (m_stream)
         m_stream->stop();
+    m_market->end();
     for (const VLRTransferQueuePtr& queue : {uploader(), downloader()})
         std::static_pointer_cast<TransferQueue>(queue)->suspend();
     // The last writes of the transfers' state still go to the database.

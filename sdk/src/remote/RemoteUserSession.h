@@ -1,5 +1,6 @@
 #pragma once
 
+#include "sdk/marketplace/SessionMarketplace.h"
 #include "sdk/net/RemoteEndpoint.h"
 #include "sdk/remote/EventStream.h"
 #include "sdk/remote/PushPosition.h"
@@ -97,6 +98,9 @@ private:
     void refresh(bool allMembers);
     void refreshed(qsizetype announceable);
     void startStream();
+    // The marketplace from the server's catalogue, read again on each
+    // catalog event.
+    void openMarketplace();
     void eventArrived(const EventStream::Event& event);
     // The first `count` publications that wait for the list.
     void announcePending(qsizetype count);
@@ -118,6 +122,7 @@ private:
     std::unique_ptr<ServiceThread> m_service;
     PushPosition m_position;
     std::unique_ptr<EventStream> m_stream;
+    std::shared_ptr<SessionMarketplace> m_market;
     std::shared_ptr<void> m_registration;
     QHash<QString, RemoteWorkspacePtr> m_byId;
     QHash<QString, QImage> m_avatars;

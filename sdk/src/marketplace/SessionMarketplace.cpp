@@ -1,12 +1,10 @@
-#include "sdk/local/LocalMarketplace.h"
+#include "sdk/marketplace/SessionMarketplace.h"
 
 #include "sdk/base/Clock.h"
 #include "sdk/base/Database.h"
 #include "sdk/base/MainThread.h"
 #include "sdk/base/ServiceError.h"
 #include "sdk/base/ServiceThread.h"
-#include "sdk/installs/Applications.h"
-#include "sdk/installs/Installation.h"
 #include "sdk/market/InstallRun.h"
 #include "sdk/market/LocalProduct.h"
 #include "sdk/market/LocalPurchase.h"
@@ -50,8 +48,8 @@ QByteArray readImage(const QUrl& url)
 
 } // namespace
 
-LocalMarketplace::LocalMarketplace(const QString& databaseFolder, const QString& userId, Hooks hooks)
-    : m_databaseFolder(databaseFolder)
+SessionMarketplace::SessionMarketplace(std::shared_ptr<MarketSource> source, const QString& userId, Hooks hooks)
+    : m_source(std::move(source))
     , m_userId(userId)
     , m_hooks(std::move(hooks))
     , m_updater(std::make_shared<LocalInstallerUpdater>())
@@ -59,12 +57,12 @@ LocalMarketplace::LocalMarketplace(const QString& databaseFolder, const QString&
     , m_writeThread(std::make_unique<ServiceThread>())
 { }
 
-LocalMarketplace::~LocalMarketplace()
+SessionMarketplace::~SessionMarketplace()
 {
     end();
 }
 
-void LocalMarketplace::end()
+void SessionMarketplace::end()
 {
     if (m_ended)
         return;
@@ -78,7 +76,7 @@ void LocalMarketplace::end()
     });
 }
 
-void LocalMarketplace::apply(const MarketSnapshot& snapshot)
+void SessionMarketplace::apply(const MarketSnapshot& snapshot)
 {
     if (m_ended)
         return;
@@ -88,7 +86,7 @@ void LocalMarketplace::apply(const MarketSnapshot& snapshot)
     applyGroups();
 }
 
-void LocalMarketplace::applyProducts(const MarketSnapshot& snapshot)
+void SessionMarketplace::applyProducts(const MarketSnapshot& snapshot)
 {
     for (const MarketSnapshot::Vendor& vendor : snapshot.vendors) {
         auto& record = m_vendors[vendor.id];
@@ -110,7 +108,7 @@ void LocalMarketplace::applyProducts(const MarketSnapshot& snapshot)
     }
 }
 
-void LocalMarketplace::applyPurchases(const MarketSnapshot& snapshot)
+void SessionMarketplace::applyPurchases(const MarketSnapshot& snapshot)
 {
     VLRPurchaseList list;
     QHash<QString, std::shared_ptr<LocalPurchase>> kept;
@@ -138,7 +136,7 @@ void LocalMarketplace::applyPurchases(const MarketSnapshot& snapshot)
     }
 }
 
-void LocalMarketplace::applyInstallers(const MarketSnapshot& snapshot)
+void SessionMarketplace::applyInstallers(const MarketSnapshot& snapshot)
 {
     VLRInstallerList list;
     QHash<QString, LocalInstallerPtr> kept;
@@ -176,7 +174,7 @@ void LocalMarketplace::applyInstallers(const MarketSnapshot& snapshot)
     }
 }
 
-void LocalMarketplace::applyGroups()
+void SessionMarketplace::applyGroups()
 {
     VLRInstallerList updates;
     VLRInstallerList never;
@@ -198,14 +196,14 @@ void LocalMarketplace::applyGroups()
         m_updater->setNotInstalled(notHere);
 }
 
-void LocalMarketplace::announceGroups()
+void SessionMarketplace::announceGroups()
 {
     m_updater->setNotInstalled(VLRInstallerList(m_updater->notInstalled()));
     m_updater->setNeverInstalled(VLRInstallerList(m_updater->neverInstalled()));
     m_updater->setInstallerUpdates(VLRInstallerList(m_updater->installerUpdates()));
 }
 
-VLRInstallerOperationPtr LocalMarketplace::downloadAndInstall(const LocalInstallerPtr& installer)
+VLRInstallerOperationPtr SessionMarketplace::downloadAndInstall(const LocalInstallerPtr& installer)
 {
     if (installer->overallOperation())
         return installer->overallOperation();
@@ -230,18 +228,8 @@ VLRInstallerOperationPtr LocalMarketplace::downloadAndInstall(const LocalInstall
     publishDownloads();
 
     const auto weak = weakSelf();
-    const QString folder = m_databaseFolder;
     const InstallRun::Job job{m_userId, installer->identifier(), installer->revisionId()};
-    m_installThread->post([weak, folder, job, stop = install.stop](ServiceThread& thread) {
-        QString failure;
-        Database* database = thread.database(folder, &failure);
-        if (!database) {
-            const vlr::Error error = ServiceError::make(ServiceError::DatabaseFailure, failure);
-            return MainThread::post([weak, job, error] {
-                if (auto self = weak.lock())
-                    self->finished(job.installerId, error, std::nullopt);
-            });
-        }
+    m_installThread->post([weak, source = m_source, job, stop = install.stop](ServiceThread& thread) {
         auto lastReport = std::chrono::steady_clock::now() - TransferWorker::reportInterval;
         bool installing = false;
         auto progress = [&](InstallRun::Phase phase, double fraction) {
@@ -256,10 +244,9 @@ VLRInstallerOperationPtr LocalMarketplace::downloadAndInstall(const LocalInstall
                     self->progressed(id, installing, fraction);
             });
         };
-        const vlr::OptionalError error = InstallRun(
-                                             job, *database, [stop] { return stop->load(); }, progress)
-                                             .run();
-        const auto snapshot = MarketSnapshot::read(*database, job.userId, Applications::thisMachine());
+        const vlr::OptionalError error = source->install(
+            thread, job, [stop] { return stop->load(); }, progress);
+        const auto snapshot = source->snapshot(thread, nullptr);
         MainThread::post([weak, job, error, snapshot] {
             if (auto self = weak.lock())
                 self->finished(job.installerId, error, snapshot);
@@ -268,7 +255,7 @@ VLRInstallerOperationPtr LocalMarketplace::downloadAndInstall(const LocalInstall
     return install.overall;
 }
 
-void LocalMarketplace::publishDownloads()
+void SessionMarketplace::publishDownloads()
 {
     VLRObjectList downloads;
     VLRObjectPtr current;
@@ -283,7 +270,7 @@ void LocalMarketplace::publishDownloads()
     m_updater->overallOperationsDidChange();
 }
 
-void LocalMarketplace::progressed(const QString& installerId, bool installing, double fraction)
+void SessionMarketplace::progressed(const QString& installerId, bool installing, double fraction)
 {
     for (Install& install : m_installs) {
         if (install.installer->identifier() != installerId)
@@ -302,8 +289,8 @@ void LocalMarketplace::progressed(const QString& installerId, bool installing, d
     }
 }
 
-void LocalMarketplace::finished(const QString& installerId, const vlr::OptionalError& error,
-                                const std::optional<MarketSnapshot>& snapshot)
+void SessionMarketplace::finished(const QString& installerId, const vlr::OptionalError& error,
+                                  const std::optional<MarketSnapshot>& snapshot)
 {
     const auto at = std::find_if(m_installs.begin(), m_installs.end(), [&](const Install& install) {
         return install.installer->identifier() == installerId;
@@ -328,24 +315,35 @@ void LocalMarketplace::finished(const QString& installerId, const vlr::OptionalE
     install.overall->setFinished(true);
 }
 
-void LocalMarketplace::write(std::function<vlr::OptionalError(Database&, QString*)> task,
-                             std::function<void(const vlr::OptionalError&, const QString&)> answer)
+void SessionMarketplace::refresh()
+{
+    if (m_ended)
+        return;
+    m_writeThread->post([weak = weakSelf(), source = m_source](ServiceThread& thread) {
+        QString failure;
+        const auto snapshot = source->snapshot(thread, &failure);
+        if (!snapshot)
+            qWarning("The marketplace's catalogue can't be read: %s", qUtf8Printable(failure));
+        MainThread::post([weak, snapshot] {
+            auto self = weak.lock();
+            if (self && snapshot && !self->m_ended)
+                self->apply(*snapshot);
+        });
+    });
+}
+
+void SessionMarketplace::write(std::function<vlr::OptionalError(MarketSource&, ServiceThread&, QString*)> task,
+                               std::function<void(const vlr::OptionalError&, const QString&)> answer)
 {
     if (m_ended) {
         MainThread::post([answer] { answer(ServiceError::make(ServiceError::SignedOut), QString()); });
         return;
     }
     const auto weak = weakSelf();
-    const QString folder = m_databaseFolder;
-    const QString userId = m_userId;
-    m_writeThread->post([weak, folder, userId, task, answer](ServiceThread& thread) {
-        QString failure;
-        Database* database = thread.database(folder, &failure);
+    m_writeThread->post([weak, source = m_source, task, answer](ServiceThread& thread) {
         QString installerId;
-        vlr::OptionalError error =
-            database ? task(*database, &installerId) : ServiceError::make(ServiceError::DatabaseFailure, failure);
-        const auto snapshot =
-            database && !error ? MarketSnapshot::read(*database, userId, Applications::thisMachine()) : std::nullopt;
+        const vlr::OptionalError error = task(*source, thread, &installerId);
+        const auto snapshot = error ? std::nullopt : source->snapshot(thread, nullptr);
         MainThread::post([weak, error, installerId, snapshot, answer] {
             auto self = weak.lock();
             if (self && snapshot && !self->m_ended) {
@@ -358,27 +356,30 @@ void LocalMarketplace::write(std::function<vlr::OptionalError(Database&, QString
     });
 }
 
-void LocalMarketplace::forgetInstall(const LocalInstallerPtr& installer, const VLRErrorHandler& handler)
+void SessionMarketplace::edit(MarketSource::Edit change,
+                              std::function<void(const vlr::OptionalError&, const QString&)> answer)
+{
+    write([change](MarketSource& source, ServiceThread& thread,
+                   QString* installerId) { return source.edit(thread, change, installerId); },
+          std::move(answer));
+}
+
+void SessionMarketplace::forgetInstall(const LocalInstallerPtr& installer, const VLRErrorHandler& handler)
 {
     const QString id = installer->identifier();
     const QString userId = m_userId;
-    write(
-        [id, userId](Database& database, QString*) -> vlr::OptionalError {
-            Installation::remove(id);
-            if (!MarketStore(database).forgetInstall(userId, id, Applications::thisMachine()))
-                return ServiceError::make(ServiceError::DatabaseFailure, database.errorMessage());
-            return std::nullopt;
-        },
-        [handler](const vlr::OptionalError& error, const QString&) {
-            if (handler)
-                handler(error);
-        });
+    write([id, userId](MarketSource& source, ServiceThread& thread,
+                       QString*) { return source.forgetInstall(thread, userId, id); },
+          [handler](const vlr::OptionalError& error, const QString&) {
+              if (handler)
+                  handler(error);
+          });
 }
 
-void LocalMarketplace::deleteInstaller(const LocalInstallerPtr& installer, const VLRErrorHandler& handler)
+void SessionMarketplace::deleteInstaller(const LocalInstallerPtr& installer, const VLRErrorHandler& handler)
 {
     const QString id = installer->identifier();
-    write(
+    edit(
         [id](Database& database, QString*) -> vlr::OptionalError {
             if (!MarketStore(database).deleteInstaller(id))
                 return ServiceError::make(ServiceError::DatabaseFailure, database.errorMessage());
@@ -390,11 +391,11 @@ void LocalMarketplace::deleteInstaller(const LocalInstallerPtr& installer, const
         });
 }
 
-vlr::OptionalError LocalMarketplace::fieldsFrom(MarketStore& store, const QString& name, const QVariant& type,
-                                                const QVariant& description, const QVariant& platform,
-                                                const QVariant& packageIdentifiers, const QList<QUrl>& fileURLs,
-                                                bool silentInstall, const QVariant& productIDs, const QUrl& imageURL,
-                                                MarketStore::InstallerFields* fields, QByteArray* image)
+vlr::OptionalError SessionMarketplace::fieldsFrom(MarketStore& store, const QString& name, const QVariant& type,
+                                                  const QVariant& description, const QVariant& platform,
+                                                  const QVariant& packageIdentifiers, const QList<QUrl>& fileURLs,
+                                                  bool silentInstall, const QVariant& productIDs, const QUrl& imageURL,
+                                                  MarketStore::InstallerFields* fields, QByteArray* image)
 {
     auto invalid = [](const QString& why) { return MarketError::make(MarketError::InvalidDescription, {}, why); };
     auto text = [](const QVariant& value, QString* out) {
@@ -449,14 +450,14 @@ vlr::OptionalError LocalMarketplace::fieldsFrom(MarketStore& store, const QStrin
     return std::nullopt;
 }
 
-void LocalMarketplace::saveInstaller(const QString& installerId, const QString& name, const QVariant& type,
-                                     const QVariant& description, const QVariant& platform,
-                                     const QVariant& packageIdentifiers, const QList<QUrl>& fileURLs,
-                                     bool silentInstall, const QVariant& productIDs, const QUrl& imageURL,
-                                     const VLRInstallerHandler& handler)
+void SessionMarketplace::saveInstaller(const QString& installerId, const QString& name, const QVariant& type,
+                                       const QVariant& description, const QVariant& platform,
+                                       const QVariant& packageIdentifiers, const QList<QUrl>& fileURLs,
+                                       bool silentInstall, const QVariant& productIDs, const QUrl& imageURL,
+                                       const VLRInstallerHandler& handler)
 {
     const auto weak = weakSelf();
-    write(
+    edit(
         [=](Database& database, QString* savedId) -> vlr::OptionalError {
             MarketStore store(database);
             MarketStore::InstallerFields fields;
@@ -489,8 +490,8 @@ void LocalMarketplace::saveInstaller(const QString& installerId, const QString& 
         });
 }
 
-void LocalMarketplace::publishRevision(const QUrl& fileURL, const QString& installerID, const QVariantMap& versionInfo,
-                                       vlr::OptionalError* error)
+void SessionMarketplace::publishRevision(const QUrl& fileURL, const QString& installerID,
+                                         const QVariantMap& versionInfo, vlr::OptionalError* error)
 {
     auto refuse = [error](const vlr::Error& why) {
         if (error)
@@ -509,7 +510,7 @@ void LocalMarketplace::publishRevision(const QUrl& fileURL, const QString& insta
     if (installerID.isEmpty())
         return refuse(MarketError::make(MarketError::InstallerNotFound));
     const QString fileName = QFileInfo(path).fileName();
-    write(
+    edit(
         [installerID, path, version, fileName](Database& database, QString*) -> vlr::OptionalError {
             MarketStore store(database);
             const QString name = store.installerName(installerID);

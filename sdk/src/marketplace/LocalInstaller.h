@@ -6,7 +6,7 @@
 
 #include <memory>
 
-class LocalMarketplace;
+class SessionMarketplace;
 
 // An installer of the local catalogue. One record lives per identifier for
 // as long as the session lists it, changed in place when the catalogue
@@ -15,7 +15,7 @@ class LocalMarketplace;
 class LocalInstaller : public VLRInstaller
 {
 public:
-    LocalInstaller(const QString& identifier, const std::weak_ptr<LocalMarketplace>& marketplace);
+    LocalInstaller(const QString& identifier, const std::weak_ptr<SessionMarketplace>& marketplace);
 
     using VLRInstaller::setCurrentRevision;
     using VLRInstaller::setDownloadOperation;
@@ -49,7 +49,7 @@ public:
                             const VLRInstallerHandler& completionHandler) override;
 
 private:
-    std::weak_ptr<LocalMarketplace> m_marketplace;
+    std::weak_ptr<SessionMarketplace> m_marketplace;
     QString m_revisionId;
     QString m_installedRevisionId;
     QByteArray m_imageBytes;

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "sdk/local/LocalInstaller.h"
-#include "sdk/local/LocalInstallerOperation.h"
-#include "sdk/local/LocalInstallerUpdater.h"
 #include "sdk/market/MarketSnapshot.h"
 #include "sdk/market/MarketStore.h"
+#include "sdk/marketplace/LocalInstaller.h"
+#include "sdk/marketplace/LocalInstallerOperation.h"
+#include "sdk/marketplace/LocalInstallerUpdater.h"
+#include "sdk/marketplace/MarketSource.h"
 
 #include "service/VLRPurchase.h"
 
@@ -19,12 +20,13 @@ class LocalProduct;
 class LocalVendor;
 class LocalPurchase;
 
-// The marketplace of one session: the records of its purchases and
-// installers, kept one per identifier and changed in place from each
-// snapshot of the catalogue, the updater's three groups, and the installs.
+// The marketplace of one session, of the local service or of a team server
+// alike: the records of its purchases and installers, kept one per
+// identifier and changed in place from each snapshot of the catalogue that
+// its source reads, the updater's three groups, and the installs.
 // Installs run one after the other on a thread of their own; every change
 // that the client observes is made on the GUI thread.
-class LocalMarketplace : public std::enable_shared_from_this<LocalMarketplace>
+class SessionMarketplace : public std::enable_shared_from_this<SessionMarketplace>
 {
 public:
     struct Hooks
@@ -36,12 +38,15 @@ public:
         std::function<void()> catalogueWritten;
     };
 
-    LocalMarketplace(const QString& databaseFolder, const QString& userId, Hooks hooks);
-    ~LocalMarketplace();
+    SessionMarketplace(std::shared_ptr<MarketSource> source, const QString& userId, Hooks hooks);
+    ~SessionMarketplace();
 
     const std::shared_ptr<LocalInstallerUpdater>& updater() const { return m_updater; }
 
     void apply(const MarketSnapshot& snapshot);
+    // Reads the catalogue from the source again, away from the GUI thread,
+    // and applies it: for a source that tells of changes (a server's push).
+    void refresh();
     // Tells the three groups again, unchanged.
     void announceGroups();
     // Stops every install at its next step; nothing new starts.
@@ -69,7 +74,7 @@ private:
         std::shared_ptr<std::atomic_bool> stop;
     };
 
-    std::weak_ptr<LocalMarketplace> weakSelf() { return weak_from_this(); }
+    std::weak_ptr<SessionMarketplace> weakSelf() { return weak_from_this(); }
     void applyProducts(const MarketSnapshot& snapshot);
     void applyPurchases(const MarketSnapshot& snapshot);
     void applyInstallers(const MarketSnapshot& snapshot);
@@ -78,17 +83,20 @@ private:
     void finished(const QString& installerId, const vlr::OptionalError& error,
                   const std::optional<MarketSnapshot>& snapshot);
     void publishDownloads();
-    // Runs a database task off the GUI thread; its answer comes back on the
-    // GUI thread with a fresh snapshot after writes.
-    void write(std::function<vlr::OptionalError(Database& database, QString* installerId)> task,
-               std::function<void(const vlr::OptionalError& error, const QString& installerId)> answer);
+    // Runs a task on the source off the GUI thread; its answer comes back on
+    // the GUI thread with a fresh snapshot after writes.
+    void
+    write(std::function<vlr::OptionalError(MarketSource& source, ServiceThread& thread, QString* installerId)> task,
+          std::function<void(const vlr::OptionalError& error, const QString& installerId)> answer);
+    void edit(MarketSource::Edit change,
+              std::function<void(const vlr::OptionalError& error, const QString& installerId)> answer);
     static vlr::OptionalError fieldsFrom(MarketStore& store, const QString& name, const QVariant& type,
                                          const QVariant& description, const QVariant& platform,
                                          const QVariant& packageIdentifiers, const QList<QUrl>& fileURLs,
                                          bool silentInstall, const QVariant& productIDs, const QUrl& imageURL,
                                          MarketStore::InstallerFields* fields, QByteArray* image);
 
-    QString m_databaseFolder;
+    std::shared_ptr<MarketSource> m_source;
     QString m_userId;
     Hooks m_hooks;
     std::shared_ptr<LocalInstallerUpdater> m_updater;

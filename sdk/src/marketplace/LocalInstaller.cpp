@@ -1,8 +1,8 @@
-#include "sdk/local/LocalInstaller.h"
+#include "sdk/marketplace/LocalInstaller.h"
 
-#include "sdk/local/LocalMarketplace.h"
+#include "sdk/marketplace/SessionMarketplace.h"
 
-LocalInstaller::LocalInstaller(const QString& identifier, const std::weak_ptr<LocalMarketplace>& marketplace)
+LocalInstaller::LocalInstaller(const QString& identifier, const std::weak_ptr<SessionMarketplace>& marketplace)
     : m_marketplace(marketplace)
 {
     setIdentifier(identifier);
