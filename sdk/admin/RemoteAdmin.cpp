@@ -15,6 +15,8 @@
 #include <QNetworkReply>
 #include <QSslError>
 
+#include <memory>
+
 namespace {
 QString takeOption(QStringList& arguments, const QString& name)
 {
@@ -70,16 +72,16 @@ RemoteAdmin::Reply RemoteAdmin::send(const QByteArray& method, const QString& pa
 {
     QNetworkRequest request = m_endpoint.request(path);
     request.setHeader(QNetworkRequest::ContentLengthHeader, size);
-    QNetworkReply* reply = m_network.sendCustomRequest(request, method, body);
+    // Gone before the body it reads from: the caller's device ends with the call.
+    const std::unique_ptr<QNetworkReply> reply(m_network.sendCustomRequest(request, method, body));
     QString certificateProblem;
-    QObject::connect(reply, &QNetworkReply::sslErrors, reply, [&](const QList<QSslError>& errors) {
+    QObject::connect(reply.get(), &QNetworkReply::sslErrors, reply.get(), [&](const QList<QSslError>& errors) {
         if (!errors.isEmpty())
             certificateProblem = errors.first().errorString();
     });
     QEventLoop loop;
-    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    QObject::connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
     loop.exec();
-    reply->deleteLater();
     Reply result;
     result.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     result.json = QJsonDocument::fromJson(reply->readAll()).object();
