@@ -13,6 +13,7 @@
 #include "widgets/VLRButton.h"
 #include "widgets/VLRFonts.h"
 #include "widgets/VLRImageCatalogue.h"
+#include "widgets/VLRLayoutConstraints.h"
 #include "widgets/VLRTextView.h"
 #include "widgets/VLRView.h"
 #include "widgets/VLRViewAdditions.h"
@@ -611,6 +612,13 @@ void FileDropViewController::moveAddFileButtonToCenter(bool center, bool animate
     m_fileStateAnimation->addAnimation(move(m_addFileButton, buttonFrom, buttonTo, FileStateAnimationMilliseconds));
     m_fileStateAnimation->addAnimation(move(m_fileInfoView, infoFrom, infoTo, FileStateAnimationMilliseconds));
     m_fileStateAnimation->addAnimation(fade(m_fileInfoView, alpha, FileStateAnimationMilliseconds));
+    // The page may have been resized during the move, shown for the first
+    // time with files handed to it while hidden: the move ends where the
+    // constraints place the elements now.
+    connect(m_fileStateAnimation, &QAbstractAnimation::finished, this, [this] {
+        if (VLRLayoutConstraints* constraints = VLRLayoutConstraints::constraintsOfView(m_view))
+            constraints->layout();
+    });
     m_fileStateAnimation->start(QAbstractAnimation::DeleteWhenStopped);
 }
 

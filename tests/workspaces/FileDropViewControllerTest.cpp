@@ -129,6 +129,18 @@ TEST_F(FileDropTest, FilesMoveTheButtonUpAndEachNewListReplacesTheLast)
     EXPECT_EQ(page.addFileButton()->mouseOverStyle(), VLRMouseOverStyleImage);
 }
 
+TEST_F(FileDropTest, FilesHandedWhileThePageIsNarrowEndWhereTheResizedPagePlacesThem)
+{
+    // As when files come from the command line before the page was first shown.
+    writeFile(folder.filePath("poster.pdf"), "p");
+    page.view()->resize(100, 472);
+    page.updateFiles({folder.filePath("poster.pdf")});
+    page.view()->resize(360, 472);
+    finish(page.fileStateAnimation());
+    EXPECT_EQ(page.fileInfoView()->geometry().center().x(), page.view()->rect().center().x());
+    EXPECT_GT(page.fileInfoView()->width(), 200);
+}
+
 TEST_F(FileDropTest, PublishSendsWhatTheFormHoldsAndAnswersEveryOutcome)
 {
     page.updateWorkspaces({posters, flyers});
