@@ -80,7 +80,6 @@ QWidget* PurchaseViewController::loadView()
     m_productNameField = layout.textField(VLRFonts::muli(13, QFont::DemiBold), VLRColors::textColor());
     m_manufacturerField = layout.textField(VLRFonts::muli(11), VLRColors::grey(151));
     m_renewsAtField = layout.textField(VLRFonts::muli(11), VLRColors::grey(151));
-    layout.stackTexts({m_productNameField, m_manufacturerField, m_renewsAtField}, 30);
 
     const QString image = QStringLiteral("marketplace_manage_inactive");
     const QPixmap mouseOver = VLRImageCatalogue::imageNamed(QStringLiteral("marketplace_manage_mouseover"));
@@ -91,6 +90,8 @@ QWidget* PurchaseViewController::loadView()
     // It comes with the pointer.
     m_manageButton->hide();
     layout.placeAction(m_manageButton, VLRImageCatalogue::naturalSize(image), 0);
+    layout.stackTextsBeside({m_productNameField, m_manufacturerField, m_renewsAtField}, 30,
+                            VLRImageCatalogue::naturalSize(image).width());
     connect(m_manageButton, &QAbstractButton::clicked, this, &PurchaseViewController::manage);
     root->trackMouseWithOwner(this);
     return root;

@@ -11,6 +11,8 @@ constexpr qreal TextLeft = 96;
 constexpr qreal TextRightInset = 112;
 constexpr qreal TextHeight = 17;
 constexpr qreal ActionRightInset = 20;
+// Between a text and the action beside it.
+constexpr qreal ActionGap = 8;
 
 } // namespace
 
@@ -59,6 +61,16 @@ VLRTextField* RowLayout::textField(const QFont& font, const QColor& colour, Qt::
 
 void RowLayout::stackTexts(const QList<VLRTextField*>& fields, qreal top, bool wide)
 {
+    stackTextsTo(fields, top, wide ? ActionRightInset : TextRightInset);
+}
+
+void RowLayout::stackTextsBeside(const QList<VLRTextField*>& fields, qreal top, qreal actionWidth)
+{
+    stackTextsTo(fields, top, ActionRightInset + actionWidth + ActionGap);
+}
+
+void RowLayout::stackTextsTo(const QList<VLRTextField*>& fields, qreal top, qreal rightInset)
+{
     QWidget* above = nullptr;
     for (VLRTextField* field : fields) {
         if (above)
@@ -66,8 +78,7 @@ void RowLayout::stackTexts(const QList<VLRTextField*>& fields, qreal top, bool w
         else
             pin(field, VLRLayoutAttributeTop, m_root, VLRLayoutAttributeTop, top);
         pin(field, VLRLayoutAttributeLeft, m_root, VLRLayoutAttributeLeft, TextLeft);
-        pin(field, VLRLayoutAttributeRight, m_root, VLRLayoutAttributeRight,
-            wide ? -ActionRightInset : -TextRightInset);
+        pin(field, VLRLayoutAttributeRight, m_root, VLRLayoutAttributeRight, -rightInset);
         pin(field, VLRLayoutAttributeHeight, nullptr, VLRLayoutAttributeNotAnAttribute, TextHeight);
         above = field;
     }

@@ -32,10 +32,14 @@ public:
     // (or, with wide, the card's right edge); the first one's top is a
     // constraint to the root's top.
     void stackTexts(const QList<VLRTextField*>& fields, qreal top, bool wide = false);
+    // The same beside one action of that width alone, so that long texts
+    // (a date in a long style) keep all the room it leaves.
+    void stackTextsBeside(const QList<VLRTextField*>& fields, qreal top, qreal actionWidth);
     // At the right, centred in height but for the offset.
     void placeAction(QWidget* action, const QSize& size, qreal verticalOffset);
 
 private:
+    void stackTextsTo(const QList<VLRTextField*>& fields, qreal top, qreal rightInset);
     void pin(QWidget* item, int attribute, QWidget* to, int toAttribute, qreal constant);
 
     VLRView* m_root;

@@ -18,6 +18,12 @@ TEST_F(MarketplaceTest, APurchaseRowTellsRenewalExpiryAndLateDetails)
     row.view();
     EXPECT_EQ(row.productNameField()->stringValue(), "Suite");
     EXPECT_EQ(row.renewsAtField()->stringValue(), "Renews: December 2, 2026");
+    // The longest long dates fit a popover's row beside the manage button.
+    row.view()->resize(344, 111);
+    row.view()->show();
+    purchase->setRenewsAt(QDateTime(QDate(2027, 9, 30), QTime(12, 0)));
+    const QFontMetrics metrics(row.renewsAtField()->attributedStringValue().font);
+    EXPECT_LE(metrics.horizontalAdvance(row.renewsAtField()->stringValue()), row.renewsAtField()->width());
     purchase->setCanceled(true);
     purchase->setRenewsAt(now.addDays(11));
     EXPECT_TRUE(row.renewsAtField()->stringValue().startsWith("Expires: "));
