@@ -152,14 +152,6 @@ void LocalUserSession::queueRevisionDownloads(const QList<WorkspaceStore::Public
                 jobs.append(downloadJob(userId, *revision, earlier.text(0), VLRTransferReporting::AutoRevisionSubType));
             }
         }
-        if (jobs.isEmpty())
-            return;
-        MainThread::post([weak, jobs] {
-            auto self = weak.lock();
-            if (!self || self->m_ended)
-                return;
-            for (const TransferJob& job : jobs)
-                std::static_pointer_cast<TransferQueue>(self->downloader())->add(job);
-        });
+        queueDownloadsLater(weak, jobs);
     });
 }

@@ -112,14 +112,6 @@ void RemoteUserSession::queueRevisionDownload(const EventStream::Event& event)
             job.filePath = earlier.text(0);
             jobs.append(job);
         }
-        if (jobs.isEmpty())
-            return;
-        MainThread::post([weak, jobs] {
-            auto self = weak.lock();
-            if (!self || self->m_ended)
-                return;
-            for (const TransferJob& job : jobs)
-                std::static_pointer_cast<TransferQueue>(self->downloader())->add(job);
-        });
+        queueDownloadsLater(weak, jobs);
     });
 }

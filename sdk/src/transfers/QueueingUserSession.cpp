@@ -136,6 +136,20 @@ void QueueingUserSession::uploadAndPublishNewRevision(const QUrl& fileURL, const
     std::static_pointer_cast<TransferQueue>(uploader())->add(job);
 }
 
+void QueueingUserSession::queueDownloadsLater(const std::weak_ptr<QueueingUserSession>& session,
+                                              const QList<TransferJob>& jobs)
+{
+    if (jobs.isEmpty())
+        return;
+    MainThread::post([session, jobs] {
+        auto self = session.lock();
+        if (!self || self->m_ended)
+            return;
+        for (const TransferJob& job : jobs)
+            std::static_pointer_cast<TransferQueue>(self->downloader())->add(job);
+    });
+}
+
 void QueueingUserSession::onService(std::function<void(Database& database)> task,
                                     std::function<void(const QString&)> failed)
 {

@@ -47,6 +47,9 @@ protected:
     // Why the file can't be uploaded into the workspace now, if it can't.
     virtual vlr::OptionalError uploadRefusal(const QUrl& fileURL, const QFileInfo& source,
                                              const QString& workspaceIdentifier) const = 0;
+    // From any thread: the downloads join the queue on the GUI thread,
+    // unless the session has ended by then.
+    static void queueDownloadsLater(const std::weak_ptr<QueueingUserSession>& session, const QList<TransferJob>& jobs);
     // Runs a database task of this session off the GUI thread; `failed`
     // hears when the database can't be opened.
     void onService(std::function<void(Database& database)> task, std::function<void(const QString&)> failed = {});
