@@ -8,13 +8,9 @@
 #include "sdk/store/SafeName.h"
 #include "sdk/store/UserFolders.h"
 #include "sdk/transfers/DownloadLink.h"
-#include "sdk/transfers/TransferLeftovers.h"
-#include "sdk/transfers/TransferStore.h"
-#include "sdk/transfers/TransfersLog.h"
 
 #include "service/VLRTransferReporting.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 namespace {
@@ -58,124 +54,19 @@ TransferJob downloadJob(const QString& userId, const WorkspaceStore::Revision& r
 
 } // namespace
 
-bool LocalUserSession::allTransfersPaused() const
+vlr::OptionalError LocalUserSession::uploadRefusal(const QUrl& fileURL, const QFileInfo& source,
+                                                   const QString& workspaceIdentifier) const
 {
-    return transfersPaused();
-}
-
-void LocalUserSession::transferCompleted(const QueuedTransferPtr& transfer)
-{
-    VLRTransferList list = completedTransfers();
-    list.append(transfer);
-    setCompletedTransfers(list);
-}
-
-bool LocalUserSession::takeCompletedTransfer(const QueuedTransferPtr& transfer)
-{
-    VLRTransferList list = completedTransfers();
-    if (!list.removeOne(transfer))
-        return false;
-    setCompletedTransfers(list);
-    return true;
-}
-
-void LocalUserSession::persistTransfer(const TransferJob& job)
-{
-    onService([job](Database& database) {
-        if (!TransferStore(database).save(job))
-            qCWarning(lcTransfers, "A transfer could not be saved: %s", qUtf8Printable(database.errorMessage()));
-    });
-}
-
-void LocalUserSession::forgetTransfer(const QString& id)
-{
-    onService([id](Database& database) {
-        if (!TransferStore(database).remove(id))
-            qCWarning(lcTransfers, "A transfer could not be removed: %s", qUtf8Printable(database.errorMessage()));
-    });
-}
-
-void LocalUserSession::discardPartials(const TransferJob& job)
-{
-    const QString folder = m_databaseFolder;
-    onService([job, folder](Database&) { TransferLeftovers::discard(job, folder); });
-}
-
-void LocalUserSession::uploadAndPublishNewRevision(const QUrl& fileURL, const QString& workspaceIdentifier, bool,
-                                                   const QString& publicationText, vlr::OptionalError* error)
-{
-    if (error)
-        error->reset();
-    auto refuse = [error](const vlr::Error& reason) {
-        if (error)
-            *error = reason;
-    };
-    const QFileInfo source(fileURL.toLocalFile());
     if (m_ended)
-        return refuse(ServiceError::make(ServiceError::SignedOut));
+        return ServiceError::make(ServiceError::SignedOut);
     if (!fileURL.isLocalFile() || !source.exists())
-        return refuse(ServiceError::make(ServiceError::FileUnreadable,
-                                         QStringLiteral("\"%1\": No such file or directory").arg(source.fileName())));
+        return ServiceError::make(ServiceError::FileUnreadable,
+                                  QStringLiteral("\"%1\": No such file or directory").arg(source.fileName()));
     if (m_account.needsConfirmation)
-        return refuse(ServiceError::make(ServiceError::NeedsConfirmation));
+        return ServiceError::make(ServiceError::NeedsConfirmation);
     if (!m_directory.find(workspaceIdentifier))
-        return refuse(ServiceError::make(ServiceError::WorkspaceNotFound));
-    TransferJob job;
-    job.id = Clock::newIdentifier();
-    job.userId = userID();
-    job.type = TransferJob::Upload;
-    job.filePath = source.absoluteFilePath();
-    job.totalSize = source.isDir() ? 0 : source.size();
-    job.workspaceId = workspaceIdentifier;
-    job.text = publicationText.isNull() ? QStringLiteral("") : publicationText;
-    job.createdAt = Clock::nowMs();
-    std::static_pointer_cast<TransferQueue>(uploader())->add(job);
-}
-
-void LocalUserSession::pauseAllTransfers(bool pause)
-{
-    if (m_ended || pause == transfersPaused())
-        return;
-    setTransfersPaused(pause);
-    for (const auto& queue : {uploader(), downloader()}) {
-        auto local = std::static_pointer_cast<TransferQueue>(queue);
-        if (pause)
-            local->interrupt();
-        else
-            local->schedule();
-    }
-}
-
-void LocalUserSession::clearCompletedTransfers()
-{
-    if (m_ended || completedTransfers().isEmpty())
-        return;
-    // A failed transfer kept what it had copied for a retry; that goes now.
-    for (const VLRTransferReportingPtr& transfer : completedTransfers())
-        if (transfer->error())
-            discardPartials(std::static_pointer_cast<QueuedTransfer>(transfer)->job());
-    setCompletedTransfers({});
-    const QString userId = userID();
-    onService([userId](Database& database) {
-        if (!TransferStore(database).removeFinished(userId))
-            qCWarning(lcTransfers, "The completed transfers could not be removed: %s",
-                      qUtf8Printable(database.errorMessage()));
-    });
-}
-
-void LocalUserSession::downloadUrl(const QString& url, const VLRTransferHandler& completionHandler)
-{
-    requestDownload(url, QString(), completionHandler);
-}
-
-void LocalUserSession::downloadUrl(const QString& url, const QUrl& toURL, const VLRTransferHandler& completionHandler)
-{
-    if (!toURL.isLocalFile()) {
-        if (completionHandler)
-            MainThread::post([completionHandler] { completionHandler(nullptr, ServiceError::cancelled()); });
-        return;
-    }
-    requestDownload(url, QDir::cleanPath(toURL.toLocalFile()), completionHandler);
+        return ServiceError::make(ServiceError::WorkspaceNotFound);
+    return std::nullopt;
 }
 
 // Resolves the link on the service thread, then queues the download on the
@@ -261,14 +152,6 @@ void LocalUserSession::queueRevisionDownloads(const QList<WorkspaceStore::Public
                 jobs.append(downloadJob(userId, *revision, earlier.text(0), VLRTransferReporting::AutoRevisionSubType));
             }
         }
-        if (jobs.isEmpty())
-            return;
-        MainThread::post([weak, jobs] {
-            auto self = weak.lock();
-            if (!self || self->m_ended)
-                return;
-            for (const TransferJob& job : jobs)
-                std::static_pointer_cast<TransferQueue>(self->downloader())->add(job);
-        });
+        queueDownloadsLater(weak, jobs);
     });
 }

@@ -6,13 +6,11 @@
 #include "sdk/base/Database.h"
 #include "sdk/base/MainThread.h"
 #include "sdk/base/ServiceError.h"
-#include "sdk/base/ServiceThread.h"
 #include "sdk/catalogue/SessionWatcher.h"
 #include "sdk/marketplace/DatabaseMarketSource.h"
 #include "sdk/marketplace/SessionMarketplace.h"
 #include "sdk/transfers/DownloadCache.h"
 #include "sdk/transfers/LocalTransferRunner.h"
-#include "sdk/transfers/Reaper.h"
 #include "sdk/transfers/TransferLeftovers.h"
 #include "sdk/workspaces/LocalProject.h"
 
@@ -62,10 +60,9 @@ std::shared_ptr<LocalUserSession> LocalUserSession::create(const Start& start)
 }
 
 LocalUserSession::LocalUserSession(const Start& start)
-    : m_account(start.account)
-    , m_databaseFolder(start.databaseFolder)
+    : QueueingUserSession(start.databaseFolder)
+    , m_account(start.account)
     , m_lastPublicationSeq(start.lastPublicationSeq)
-    , m_service(std::make_unique<ServiceThread>())
 {
     setUserID(start.account.id);
     setUser(userRecord(start.account));
@@ -82,23 +79,6 @@ LocalUserSession::~LocalUserSession()
 std::weak_ptr<LocalUserSession> LocalUserSession::weakSelf()
 {
     return std::static_pointer_cast<LocalUserSession>(shared_from_this());
-}
-
-void LocalUserSession::onService(std::function<void(Database& database)> task,
-                                 std::function<void(const QString&)> failed)
-{
-    if (!m_service)
-        return;
-    const QString folder = m_databaseFolder;
-    m_service->post([folder, task = std::move(task), failed = std::move(failed)](ServiceThread& thread) {
-        QString failure;
-        if (Database* database = thread.database(folder, &failure))
-            task(*database);
-        else if (failed)
-            failed(failure);
-        else
-            qCWarning(lcAccounts, "The database can't be opened: %s", qUtf8Printable(failure));
-    });
 }
 
 void LocalUserSession::loadLists()
@@ -296,18 +276,10 @@ void LocalUserSession::end()
     m_registration.reset();
     if (m_market)
         m_market->end();
-    if (auto uploads = std::static_pointer_cast<TransferQueue>(uploader()))
-        uploads->suspend();
-    if (auto downloads = std::static_pointer_cast<TransferQueue>(downloader()))
-        downloads->suspend();
-    // The watcher and the service thread end on their own thread: the last
-    // writes of the transfers' state still go to the database.
-    Reaper::retire([watcher = std::shared_ptr<SessionWatcher>(std::move(m_watcher)),
-                    service = std::shared_ptr<ServiceThread>(std::move(m_service))] {
+    // The watcher ends on the service thread's way out.
+    stopTransfers([watcher = std::shared_ptr<SessionWatcher>(std::move(m_watcher))] {
         if (watcher)
             watcher->stop();
-        if (service)
-            service->finishAndStop();
     });
 }
 

@@ -4,55 +4,17 @@
 #include "sdk/base/Database.h"
 #include "sdk/base/MainThread.h"
 #include "sdk/base/ServiceError.h"
-#include "sdk/base/ServiceThread.h"
 #include "sdk/base/SqlStatement.h"
 #include "sdk/net/RemoteTransfers.h"
 #include "sdk/remote/RemoteError.h"
 #include "sdk/store/UserFolders.h"
 #include "sdk/transfers/SavedTransfers.h"
-#include "sdk/transfers/TransferLeftovers.h"
 #include "sdk/transfers/TransferQueue.h"
-#include "sdk/transfers/TransferStore.h"
 #include "sdk/transfers/TransfersLog.h"
 
 #include "service/VLRTransferReporting.h"
 
-#include <QDir>
 #include <QFileInfo>
-
-bool RemoteUserSession::allTransfersPaused() const
-{
-    return transfersPaused();
-}
-
-void RemoteUserSession::transferCompleted(const QueuedTransferPtr& transfer)
-{
-    VLRTransferList list = completedTransfers();
-    list.append(transfer);
-    setCompletedTransfers(list);
-}
-
-bool RemoteUserSession::takeCompletedTransfer(const QueuedTransferPtr& transfer)
-{
-    VLRTransferList list = completedTransfers();
-    if (!list.removeOne(transfer))
-        return false;
-    setCompletedTransfers(list);
-    return true;
-}
-
-void RemoteUserSession::onService(std::function<void(Database& database)> task)
-{
-    if (!m_service)
-        return;
-    m_service->post([folder = m_databaseFolder, task = std::move(task)](ServiceThread& thread) {
-        QString failure;
-        if (Database* database = thread.database(folder, &failure))
-            task(*database);
-        else
-            qCWarning(lcTransfers, "The database can't be opened: %s", qUtf8Printable(failure));
-    });
-}
 
 void RemoteUserSession::resumeSavedTransfers()
 {
@@ -77,99 +39,17 @@ void RemoteUserSession::resumeSavedTransfers()
     });
 }
 
-void RemoteUserSession::persistTransfer(const TransferJob& job)
+vlr::OptionalError RemoteUserSession::uploadRefusal(const QUrl& fileURL, const QFileInfo& source,
+                                                    const QString& workspaceIdentifier) const
 {
-    onService([job](Database& database) {
-        if (!TransferStore(database).save(job))
-            qCWarning(lcTransfers, "A transfer could not be saved: %s", qUtf8Printable(database.errorMessage()));
-    });
-}
-
-void RemoteUserSession::forgetTransfer(const QString& id)
-{
-    onService([id](Database& database) {
-        if (!TransferStore(database).remove(id))
-            qCWarning(lcTransfers, "A transfer could not be removed: %s", qUtf8Printable(database.errorMessage()));
-    });
-}
-
-void RemoteUserSession::discardPartials(const TransferJob& job)
-{
-    onService([job](Database& database) { TransferLeftovers::discard(job, database.folder()); });
-}
-
-void RemoteUserSession::uploadAndPublishNewRevision(const QUrl& fileURL, const QString& workspaceIdentifier, bool,
-                                                    const QString& publicationText, vlr::OptionalError* error)
-{
-    if (error)
-        error->reset();
-    auto refuse = [error](const vlr::Error& reason) {
-        if (error)
-            *error = reason;
-    };
-    const QFileInfo source(fileURL.toLocalFile());
     if (m_ended)
-        return refuse(RemoteError::make(RemoteError::NotSignedIn));
+        return RemoteError::make(RemoteError::NotSignedIn);
     if (!fileURL.isLocalFile() || !source.isFile())
-        return refuse(ServiceError::make(ServiceError::FileUnreadable,
-                                         QStringLiteral("\"%1\": No such file").arg(source.fileName())));
+        return ServiceError::make(ServiceError::FileUnreadable,
+                                  QStringLiteral("\"%1\": No such file").arg(source.fileName()));
     if (!m_byId.contains(workspaceIdentifier))
-        return refuse(ServiceError::make(ServiceError::WorkspaceNotFound));
-    TransferJob job;
-    job.id = Clock::newIdentifier();
-    job.userId = userID();
-    job.type = TransferJob::Upload;
-    job.filePath = source.absoluteFilePath();
-    job.totalSize = source.size();
-    job.workspaceId = workspaceIdentifier;
-    job.text = publicationText.isNull() ? QStringLiteral("") : publicationText;
-    job.createdAt = Clock::nowMs();
-    std::static_pointer_cast<TransferQueue>(uploader())->add(job);
-}
-
-void RemoteUserSession::pauseAllTransfers(bool pause)
-{
-    if (m_ended || pause == transfersPaused())
-        return;
-    setTransfersPaused(pause);
-    for (const VLRTransferQueuePtr& queue : {uploader(), downloader()}) {
-        auto transfers = std::static_pointer_cast<TransferQueue>(queue);
-        if (pause)
-            transfers->interrupt();
-        else
-            transfers->schedule();
-    }
-}
-
-void RemoteUserSession::clearCompletedTransfers()
-{
-    if (m_ended || completedTransfers().isEmpty())
-        return;
-    // A failed transfer kept what it had copied for a retry; that goes now.
-    for (const VLRTransferReportingPtr& transfer : completedTransfers())
-        if (transfer->error())
-            discardPartials(std::static_pointer_cast<QueuedTransfer>(transfer)->job());
-    setCompletedTransfers({});
-    onService([userId = userID()](Database& database) {
-        if (!TransferStore(database).removeFinished(userId))
-            qCWarning(lcTransfers, "The completed transfers could not be removed: %s",
-                      qUtf8Printable(database.errorMessage()));
-    });
-}
-
-void RemoteUserSession::downloadUrl(const QString& url, const VLRTransferHandler& completionHandler)
-{
-    requestDownload(url, QString(), completionHandler);
-}
-
-void RemoteUserSession::downloadUrl(const QString& url, const QUrl& toURL, const VLRTransferHandler& completionHandler)
-{
-    if (!toURL.isLocalFile()) {
-        if (completionHandler)
-            MainThread::post([completionHandler] { completionHandler(nullptr, ServiceError::cancelled()); });
-        return;
-    }
-    requestDownload(url, QDir::cleanPath(toURL.toLocalFile()), completionHandler);
+        return ServiceError::make(ServiceError::WorkspaceNotFound);
+    return std::nullopt;
 }
 
 // The server says what the link names; the download then goes to the given
@@ -232,14 +112,6 @@ void RemoteUserSession::queueRevisionDownload(const EventStream::Event& event)
             job.filePath = earlier.text(0);
             jobs.append(job);
         }
-        if (jobs.isEmpty())
-            return;
-        MainThread::post([weak, jobs] {
-            auto self = weak.lock();
-            if (!self || self->m_ended)
-                return;
-            for (const TransferJob& job : jobs)
-                std::static_pointer_cast<TransferQueue>(self->downloader())->add(job);
-        });
+        queueDownloadsLater(weak, jobs);
     });
 }

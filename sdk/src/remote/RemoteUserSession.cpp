@@ -4,14 +4,12 @@
 #include "sdk/accounts/SessionRegistry.h"
 #include "sdk/base/DatabaseLocation.h"
 #include "sdk/base/MainThread.h"
-#include "sdk/base/ServiceThread.h"
 #include "sdk/marketplace/ServerMarketSource.h"
 #include "sdk/net/RemoteTransfers.h"
 #include "sdk/remote/PendingSignOuts.h"
 #include "sdk/remote/RemoteError.h"
 #include "sdk/remote/RemoteLog.h"
 #include "sdk/remote/RemoteWorkspaceUser.h"
-#include "sdk/transfers/Reaper.h"
 #include "sdk/transfers/TransferQueue.h"
 #include "sdk/workspaces/LocalPublication.h"
 
@@ -25,6 +23,11 @@ namespace {
 QString text(const QJsonObject& object, const char* key)
 {
     return object.value(QLatin1String(key)).toString();
+}
+
+QString localFolder(const QUrl& folder)
+{
+    return folder.isLocalFile() ? folder.toLocalFile() : QString();
 }
 
 void answerLater(const VLRTextHandler& handler, const vlr::Error& error)
@@ -59,14 +62,11 @@ std::shared_ptr<RemoteUserSession> RemoteUserSession::create(const RemoteEndpoin
 }
 
 RemoteUserSession::RemoteUserSession(const RemoteEndpoint& endpoint, const QString& userId)
-    : m_endpoint(endpoint)
+    : QueueingUserSession(localFolder(DatabaseLocation::current()))
+    , m_endpoint(endpoint)
     , m_position(endpoint.base, userId)
 {
     setUserID(userId);
-    const QUrl folder = DatabaseLocation::current();
-    m_databaseFolder = folder.isLocalFile() ? folder.toLocalFile() : QString();
-    if (!m_databaseFolder.isEmpty())
-        m_service = std::make_unique<ServiceThread>();
     setUploader(std::make_shared<TransferQueue>(RemoteTransfers::runner(endpoint, m_databaseFolder), *this));
     setDownloader(std::make_shared<TransferQueue>(RemoteTransfers::runner(endpoint, m_databaseFolder), *this));
 }
@@ -398,13 +398,7 @@ void RemoteUserSession::end()
     if (m_stream)
         m_stream->stop();
     m_market->end();
-    for (const VLRTransferQueuePtr& queue : {uploader(), downloader()})
-        std::static_pointer_cast<TransferQueue>(queue)->suspend();
-    // The last writes of the transfers' state still go to the database.
-    Reaper::retire([service = std::shared_ptr<ServiceThread>(std::move(m_service))] {
-        if (service)
-            service->finishAndStop();
-    });
+    stopTransfers();
     if (syncingLists())
         setSyncingLists(false);
     if (syncingWorkspaces())

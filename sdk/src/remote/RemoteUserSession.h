@@ -6,9 +6,7 @@
 #include "sdk/remote/PushPosition.h"
 #include "sdk/remote/RemoteApi.h"
 #include "sdk/remote/RemoteWorkspace.h"
-#include "sdk/transfers/TransferQueueHost.h"
-
-#include "service/VLRUserSession.h"
+#include "sdk/transfers/QueueingUserSession.h"
 
 #include <QHash>
 #include <QImage>
@@ -17,9 +15,7 @@
 
 #include <memory>
 
-class Database;
 class RemoteWorkspaceUser;
-class ServiceThread;
 
 // A session of a team server, signed in with a token. Its lists come from
 // the server's API, its news from the push stream; every change that the
@@ -40,7 +36,7 @@ class ServiceThread;
 // sign-out or quit interrupts goes on in the next session of that user. A
 // newer revision of a file that the user downloaded comes down by itself,
 // into the place of the earlier one.
-class RemoteUserSession : public VLRUserSession, public TransferQueueHost
+class RemoteUserSession : public QueueingUserSession
 {
 public:
     static constexpr qint64 DefaultDownloadCacheSize = 1000000000;
@@ -54,14 +50,10 @@ public:
     void logoutWithCompletionHandler(const VLRErrorHandler& handler) override;
     void getDownloadCacheSizeWithCompletionHandler(const VLRSizeHandler& handler) override;
     void setDownloadCacheSize(qint64 bytes) override;
-    void downloadUrl(const QString& url, const VLRTransferHandler& completionHandler) override;
-    void downloadUrl(const QString& url, const QUrl& toURL, const VLRTransferHandler& completionHandler) override;
     VLRWorkspacePtr workspaceFromID(const QString& identifier) const override;
     void createNewWorkspaceWithName(const QString& name, const VLRWorkspaceHandler& completionHandler) override;
     void publishText(const QString& text, const QString& intoWorkspaceWithID,
                      const VLRTextHandler& completionHandler) override;
-    void uploadAndPublishNewRevision(const QUrl& fileURL, const QString& workspaceIdentifier, bool publish,
-                                     const QString& publicationText, vlr::OptionalError* error) override;
     void createNewInstallerWithName(
         const QString& name, const QVariant& type, const QVariant& description, const QVariant& platform,
         const QVariant& packageIdentifiers, const QList<QUrl>& fileURLs, bool silentInstall, const QVariant& productIDs,
@@ -69,20 +61,9 @@ public:
         const std::function<void(const VLRInstallerPtr&, const vlr::OptionalError&)>& completionHandler) override;
     void uploadAndPublishNewInstaller(const QUrl& fileURL, const QString& installerID,
                                       const QVariantMap& installerVersionInfo, vlr::OptionalError* error) override;
-    void pauseAllTransfers(bool pause) override;
-    void clearCompletedTransfers() override;
 
     // Whether the push stream stands.
     bool isReachable() const;
-
-    // TransferQueueHost
-    bool allTransfersPaused() const override;
-    void transferCompleted(const QueuedTransferPtr& transfer) override;
-    bool takeCompletedTransfer(const QueuedTransferPtr& transfer) override;
-    void persistTransfer(const TransferJob& job) override;
-    void forgetTransfer(const QString& id) override;
-    void discardPartials(const TransferJob& job) override;
-    bool hasEnded() const { return m_ended; }
 
 private:
     RemoteUserSession(const RemoteEndpoint& endpoint, const QString& userId);
@@ -109,17 +90,16 @@ private:
     // session and tells the delegate.
     void failed(const vlr::Error& error);
     void end();
-    void requestDownload(const QString& url, const QString& folder, const VLRTransferHandler& completionHandler);
-    // Off the GUI thread, on the local database, in order.
-    void onService(std::function<void(Database& database)> task);
+    vlr::OptionalError uploadRefusal(const QUrl& fileURL, const QFileInfo& source,
+                                     const QString& workspaceIdentifier) const override;
+    void requestDownload(const QString& url, const QString& folder,
+                         const VLRTransferHandler& completionHandler) override;
     void resumeSavedTransfers();
     // The revision of a publication or of a "revision" event, when somebody
     // else's.
     void queueRevisionDownload(const EventStream::Event& event);
 
     RemoteEndpoint m_endpoint;
-    QString m_databaseFolder;
-    std::unique_ptr<ServiceThread> m_service;
     PushPosition m_position;
     std::unique_ptr<EventStream> m_stream;
     std::shared_ptr<SessionMarketplace> m_market;
@@ -133,5 +113,4 @@ private:
     bool m_refreshAllMembers = false;
     bool m_streamWasDown = false;
     qint64 m_downloadCacheSize = DefaultDownloadCacheSize;
-    bool m_ended = false;
 };
