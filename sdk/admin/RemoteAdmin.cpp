@@ -7,13 +7,11 @@
 #include "sdk/installs/Applications.h"
 
 #include <QBuffer>
-#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QNetworkReply>
-#include <QSslError>
 
 #include <memory>
 
@@ -72,16 +70,14 @@ RemoteAdmin::Reply RemoteAdmin::send(const QByteArray& method, const QString& pa
 {
     QNetworkRequest request = m_endpoint.request(path);
     request.setHeader(QNetworkRequest::ContentLengthHeader, size);
+    // A command-line tool may wait: a synchronous request runs in this
+    // thread, so no network thread of Qt's is still at work when the
+    // process ends and its TLS library is torn down.
+    request.setAttribute(QNetworkRequest::SynchronousRequestAttribute, true);
     // Gone before the body it reads from: the caller's device ends with the call.
     const std::unique_ptr<QNetworkReply> reply(m_network.sendCustomRequest(request, method, body));
-    QString certificateProblem;
-    QObject::connect(reply.get(), &QNetworkReply::sslErrors, reply.get(), [&](const QList<QSslError>& errors) {
-        if (!errors.isEmpty())
-            certificateProblem = errors.first().errorString();
-    });
-    QEventLoop loop;
-    QObject::connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    loop.exec();
+    const QString certificateProblem =
+        reply->error() == QNetworkReply::SslHandshakeFailedError ? reply->errorString() : QString();
     Reply result;
     result.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     result.json = QJsonDocument::fromJson(reply->readAll()).object();
