@@ -8,34 +8,12 @@
 set -euo pipefail
 build="$(realpath "${1:?usage: $0 BUILD_DIR [MiB]}")"
 mib="${2:-256}"
-bin="$(ls -d /usr/lib/postgresql/*/bin | tail -1)"
-work="$(mktemp -d /tmp/veluria-admin-bench.XXXXXX)"
-as_pg=()
-if [ "$(id -u)" -eq 0 ]; then chown postgres "$work"; as_pg=(runuser -u postgres --); fi
-cleanup() {
-  [ -n "${pid:-}" ] && kill "$pid" 2>/dev/null || true
-  "${as_pg[@]}" "$bin/pg_ctl" -D "$work/data" -m immediate stop >/dev/null 2>&1 || true
-  rm -rf "$work"
-}
-trap cleanup EXIT
-"${as_pg[@]}" "$bin/initdb" -D "$work/data" -U veluria --auth=trust >/dev/null
-"${as_pg[@]}" "$bin/pg_ctl" -D "$work/data" -w -l "$work/pg.log" -o "-k $work -c listen_addresses=''" start >/dev/null
-"$(dirname "$0")/../scripts/server-cert.sh" "$work/tls" >/dev/null
+source "$(dirname "$0")/server-cluster.sh" veluria-admin-bench
 # A free port: other servers may run on this machine.
 port=$(python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])')
-cat > "$work/server.ini" <<INI
-[server]
-port=$port
-certificate=$work/tls/server.crt
-key=$work/tls/server.key
-store=$work/store
-[database]
-host=$work
-name=postgres
-user=veluria
-INI
+server_ini "$work/server.ini" "$port"
 printf 'root@example.org\nroot password\n' | "$build/server/veluria-server" --config "$work/server.ini" --init >/dev/null
-"$build/server/veluria-server" --config "$work/server.ini" 2>"$work/server.log" & pid=$!
+"$build/server/veluria-server" --config "$work/server.ini" 2>"$work/server.log" & pids+=($!)
 for _ in $(seq 100); do grep -q listening "$work/server.log" && break; sleep 0.1; done
 grep -q listening "$work/server.log" || { cat "$work/server.log" >&2; exit 1; }
 admin() { echo 'root password' | "$build/sdk/veluria-admin" --server "https://localhost:$port" \

@@ -15,33 +15,8 @@ clients="${3:-200}"
 seconds="${4:-60}"
 server="$build/server/veluria-server"
 probe="$build/bench/server_push_benchmark"
-bin="$(ls -d /usr/lib/postgresql/*/bin | tail -1)"
-work="$(mktemp -d /tmp/veluria-push.XXXXXX)"
-as_pg=()
-if [ "$(id -u)" -eq 0 ]; then chown postgres "$work"; as_pg=(runuser -u postgres --); fi
-pids=()
-cleanup() {
-  for p in "${pids[@]}"; do kill "$p" 2>/dev/null || true; done
-  "${as_pg[@]}" "$bin/pg_ctl" -D "$work/data" -m immediate stop >/dev/null 2>&1 || true
-  rm -rf "$work"
-}
-trap cleanup EXIT
-"${as_pg[@]}" "$bin/initdb" -D "$work/data" -U veluria --auth=trust >/dev/null
-"${as_pg[@]}" "$bin/pg_ctl" -D "$work/data" -w -l "$work/pg.log" -o "-k $work -c listen_addresses=''" start >/dev/null
-"$(dirname "$0")/../scripts/server-cert.sh" "$work/tls" >/dev/null
-for port in 18551 18552; do
-  cat > "$work/server-$port.ini" <<INI
-[server]
-port=$port
-certificate=$work/tls/server.crt
-key=$work/tls/server.key
-store=$work/store
-[database]
-host=$work
-name=postgres
-user=veluria
-INI
-done
+source "$(dirname "$0")/server-cluster.sh" veluria-push
+for port in 18551 18552; do server_ini "$work/server-$port.ini" "$port"; done
 echo 'ann password' | "$server" --config "$work/server-18551.ini" --add-user ann@example.org
 echo 'ben password' | "$server" --config "$work/server-18551.ini" --add-user ben@example.org
 for port in 18551 18552; do

@@ -13,32 +13,10 @@ build="${1:?usage: $0 BUILD_DIR [MiB]}"
 mib="${2:-1024}"
 rounds="${3:-3}"
 server="$(realpath "$build")/server/veluria-server"
-bin="$(ls -d /usr/lib/postgresql/*/bin | tail -1)"
-work="$(mktemp -d /tmp/veluria-bench.XXXXXX)"
-as_pg=()
-if [ "$(id -u)" -eq 0 ]; then chown postgres "$work"; as_pg=(runuser -u postgres --); fi
-cleanup() {
-  [ -n "${pid:-}" ] && kill "$pid" 2>/dev/null || true
-  "${as_pg[@]}" "$bin/pg_ctl" -D "$work/data" -m immediate stop >/dev/null 2>&1 || true
-  rm -rf "$work"
-}
-trap cleanup EXIT
-"${as_pg[@]}" "$bin/initdb" -D "$work/data" -U veluria --auth=trust >/dev/null
-"${as_pg[@]}" "$bin/pg_ctl" -D "$work/data" -w -l "$work/pg.log" -o "-k $work -c listen_addresses=''" start >/dev/null
-"$(dirname "$0")/../scripts/server-cert.sh" "$work/tls" >/dev/null
-cat > "$work/server.ini" <<INI
-[server]
-port=18443
-certificate=$work/tls/server.crt
-key=$work/tls/server.key
-store=$work/store
-[database]
-host=$work
-name=postgres
-user=veluria
-INI
+source "$(dirname "$0")/server-cluster.sh" veluria-bench
+server_ini "$work/server.ini" 18443
 echo 'bench password' | "$server" --config "$work/server.ini" --add-user bench@example.org
-"$server" --config "$work/server.ini" 2>/dev/null & pid=$!
+"$server" --config "$work/server.ini" 2>/dev/null & pids+=($!)
 sleep 1
 api=(curl -sS --cacert "$work/tls/server.crt")
 url=https://localhost:18443/v1
