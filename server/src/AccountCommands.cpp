@@ -1,5 +1,6 @@
 #include "AccountCommands.h"
 
+#include "Accounts.h"
 #include "AdminCommands.h"
 #include "AdminLookup.h"
 #include "Database.h"
@@ -124,23 +125,9 @@ AdminOutcome changePassword(const AdminCall& call)
     const QString hash = PasswordHasher::hash(call.arguments.at(1));
     if (hash.isNull())
         return AdminOutcome::failed(QStringLiteral("the password could not be hashed"));
-    // The account's signed-in clients hear of it on their event streams; its
-    // sessions end, so whoever knew the old password is out.
     QSqlDatabase db = Database::connection();
     db.transaction();
-    QSqlQuery change(db);
-    change.prepare(QStringLiteral("UPDATE users SET password_hash = ? WHERE id = ?"));
-    change.addBindValue(hash);
-    change.addBindValue(account->id);
-    QSqlQuery sessions(db);
-    sessions.prepare(QStringLiteral("DELETE FROM sessions WHERE user_id = ?"));
-    sessions.addBindValue(account->id);
-    QSqlQuery browsers(db);
-    browsers.prepare(QStringLiteral("DELETE FROM web_sessions WHERE user_id = ?"));
-    browsers.addBindValue(account->id);
-    if (!change.exec() || !sessions.exec() || !browsers.exec()
-        || !EventHub::recordForUser(account->id, QStringLiteral("password"), {{QStringLiteral("userID"), account->id}})
-        || !db.commit()) {
+    if (!Accounts::replacePassword(account->id, hash) || !db.commit()) {
         db.rollback();
         return AdminOutcome::databaseFailed();
     }

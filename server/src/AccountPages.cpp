@@ -2,7 +2,6 @@
 
 #include "Accounts.h"
 #include "Database.h"
-#include "EventHub.h"
 #include "HttpConnection.h"
 #include "Mailer.h"
 #include "SignInLimit.h"
@@ -332,15 +331,7 @@ void AccountPages::setPassword(HttpConnection* c, const WebSessions::Session& se
                        QStringLiteral("The link was used in the meantime. Ask for a new one."),
                        QStringLiteral("Ask for a new link"), QStringLiteral("/users/password/new"));
     }
-    QSqlQuery update(db);
-    update.prepare(QStringLiteral("UPDATE users SET password_hash = ? WHERE id = ?"));
-    update.addBindValue(hash);
-    update.addBindValue(userId);
-    // Whoever knew the old password is signed out everywhere; signed-in
-    // clients hear of it on their event streams.
-    if (!update.exec() || !WebSessions::endAllOf(userId)
-        || !EventHub::recordForUser(userId, QStringLiteral("password"), {{QStringLiteral("userID"), userId}})
-        || !db.commit()) {
+    if (!Accounts::replacePassword(userId, hash) || !db.commit()) {
         db.rollback();
         return message(c, 500, session, QStringLiteral("Password not changed"),
                        QStringLiteral("The server's database failed. Please ask for a new link later."));

@@ -1,12 +1,14 @@
 #include "Accounts.h"
 
 #include "Database.h"
+#include "EventHub.h"
 #include "sdk/accounts/Base32.h"
 #include "sdk/accounts/PasswordHasher.h"
 #include "sdk/accounts/Totp.h"
 
 #include <QCryptographicHash>
 #include <QDateTime>
+#include <QJsonObject>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QVariant>
@@ -157,4 +159,22 @@ bool Accounts::addUser(const QString& email, const QString& password, bool secon
     if (secondFactor)
         *totpSecret = Base32::encode(secret);
     return true;
+}
+
+bool Accounts::replacePassword(const QString& userId, const QString& hash)
+{
+    QSqlQuery update(Database::connection());
+    update.prepare(QStringLiteral("UPDATE users SET password_hash = ? WHERE id = ?"));
+    update.addBindValue(hash);
+    update.addBindValue(userId);
+    if (!update.exec())
+        return false;
+    for (const QString& table : {QStringLiteral("sessions"), QStringLiteral("web_sessions")}) {
+        QSqlQuery remove(Database::connection());
+        remove.prepare(QStringLiteral("DELETE FROM %1 WHERE user_id = ?").arg(table));
+        remove.addBindValue(userId);
+        if (!remove.exec())
+            return false;
+    }
+    return EventHub::recordForUser(userId, QStringLiteral("password"), {{QStringLiteral("userID"), userId}});
 }

@@ -29,6 +29,11 @@ public:
     bool verify(const QByteArray& pendingToken, const QString& code, QByteArray* token) const;
     void signOut(const QByteArray& token) const;
 
+    // Sets a new password (an Argon2id hash) in the caller's transaction:
+    // every session of the account ends, the browsers' too, so whoever knew
+    // the old one is out, and its clients hear of it on their event streams.
+    static bool replacePassword(const QString& userId, const QString& hash);
+
     enum class Check { Valid, Unknown, Expired };
     Check userOf(const QByteArray& token, QString* userId) const;
 

@@ -21,11 +21,6 @@ QString stamp(const QVariant& value)
     return value.toDateTime().toUTC().toString(Qt::ISODateWithMs);
 }
 
-void methodNotAllowed(HttpConnection* c)
-{
-    c->respondError(405, 405, QStringLiteral("This method is not allowed here."));
-}
-
 void notFound(HttpConnection* c)
 {
     c->respondError(404, 404, QStringLiteral("There is no such workspace, or you are not a member of it."));
@@ -38,11 +33,6 @@ void tooManyFailures(HttpConnection* c, int wait)
                                    "again in %1 minutes.")
                         .arg((wait + 59) / 60),
                     {{"Retry-After", QByteArray::number(wait)}});
-}
-
-void databaseFailed(HttpConnection* c)
-{
-    c->respondError(500, 500, QStringLiteral("The server's database failed; nothing was changed."));
 }
 } // namespace
 

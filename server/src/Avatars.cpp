@@ -23,7 +23,7 @@ bool Avatars::handle(HttpConnection* c, const QStringList& path)
     if (!authenticate(m_accounts, c, &userId))
         return true;
     if (c->request().method != "GET") {
-        c->respondError(405, 405, QStringLiteral("This method is not allowed here."));
+        methodNotAllowed(c);
         return true;
     }
     const QString personId = uuidOf(path.value(1));

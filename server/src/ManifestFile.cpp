@@ -1,6 +1,7 @@
 #include "ManifestFile.h"
 
 #include "HttpConnection.h"
+#include "RequestContext.h"
 
 #include "sdk/versions/VersionManifest.h"
 
@@ -42,7 +43,7 @@ bool ManifestFile::handle(HttpConnection* c, const QStringList& path) const
     if (path != QStringList{QStringLiteral("manifest")})
         return false;
     if (c->request().method != "GET") {
-        c->respondError(405, 405, QStringLiteral("This method is not allowed here."));
+        RequestContext::methodNotAllowed(c);
         return true;
     }
     QString failure;

@@ -20,11 +20,6 @@ void nothingHere(HttpConnection* c)
 {
     c->respondError(404, 404, QStringLiteral("There is no such thing in your purchases."));
 }
-
-void databaseFailed(HttpConnection* c)
-{
-    c->respondError(500, 500, QStringLiteral("The server's database failed; nothing was changed."));
-}
 } // namespace
 
 MarketApi::MarketApi(const Accounts& accounts, const BlobStore& store)
@@ -57,7 +52,7 @@ bool MarketApi::handle(HttpConnection* c, const QStringList& path)
     else if (installs && path.size() == 2 && method == "DELETE")
         forgetInstall(c, userId, path.value(1));
     else
-        c->respondError(405, 405, QStringLiteral("This method is not allowed here."));
+        methodNotAllowed(c);
     return true;
 }
 

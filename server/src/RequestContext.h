@@ -32,6 +32,17 @@ inline bool authenticate(const Accounts& accounts, HttpConnection* c, QString* u
     return false;
 }
 
+// The answers to a method that the path doesn't take, and to a query that
+// failed.
+inline void methodNotAllowed(HttpConnection* c)
+{
+    c->respondError(405, 405, QStringLiteral("This method is not allowed here."));
+}
+inline void databaseFailed(HttpConnection* c)
+{
+    c->respondError(500, 500, QStringLiteral("The server's database failed; nothing was changed."));
+}
+
 // The user's role in the workspace, 0 when not a member (or no such workspace).
 int roleOf(const QString& workspaceId, const QString& userId);
 // A path segment that is a UUID, in its plain form, or a null string.

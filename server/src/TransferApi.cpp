@@ -134,7 +134,7 @@ bool TransferApi::handle(HttpConnection* c, const QStringList& path)
     else if (isUploadPath(path) && method == "PATCH")
         finishPatch(c, userId, path.value(1));
     else
-        c->respondError(405, 405, QStringLiteral("This method is not allowed here."));
+        methodNotAllowed(c);
     return true;
 }
 
@@ -166,7 +166,7 @@ void TransferApi::createUpload(HttpConnection* c, const QString& userId)
     insert.addBindValue(body.value(QStringLiteral("text")).toString());
     if (!insert.exec() || !insert.next()) {
         qWarning("Upload not recorded: %s", qPrintable(insert.lastError().text()));
-        return c->respondError(500, 500, QStringLiteral("The server's database failed; nothing was changed."));
+        return databaseFailed(c);
     }
     const QString id = insert.value(0).toString();
     QFile file(m_store.uploadPath(id));

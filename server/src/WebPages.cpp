@@ -34,8 +34,7 @@ bool WebPages::handle(HttpConnection* c)
 {
     const QString path = c->request().path;
     if (path == QLatin1String("/v1/web-sessions")) {
-        c->request().method == "POST" ? makeEnterLink(c)
-                                      : c->respondError(405, 405, QStringLiteral("This method is not allowed here."));
+        c->request().method == "POST" ? makeEnterLink(c) : RequestContext::methodNotAllowed(c);
         return true;
     }
     if (path.startsWith(QLatin1String("/v1/")) || path == QLatin1String("/v1"))
@@ -110,7 +109,7 @@ void WebPages::makeEnterLink(HttpConnection* c)
                                QStringLiteral("The path must be a path on this server, such as /workspaces/<id>."));
     const QByteArray code = WebSessions::makeLink(userId, QStringLiteral("enter"), path, enterLinkLifetime);
     if (code.isEmpty())
-        return c->respondError(500, 500, QStringLiteral("The server's database failed; nothing was changed."));
+        return RequestContext::databaseFailed(c);
     // The browser reaches the server by the name that the client used.
     const QByteArray host = c->request().header("host");
     const QString origin = host.isEmpty() ? m_webAddress : QStringLiteral("https://") + QString::fromLatin1(host);

@@ -109,18 +109,6 @@ void WebSessions::end(const Session& session) const
     remove.exec();
 }
 
-bool WebSessions::endAllOf(const QString& userId)
-{
-    for (const QString& table : {QStringLiteral("web_sessions"), QStringLiteral("sessions")}) {
-        QSqlQuery remove(Database::connection());
-        remove.prepare(QStringLiteral("DELETE FROM %1 WHERE user_id = ?").arg(table));
-        remove.addBindValue(userId);
-        if (!remove.exec())
-            return false;
-    }
-    return true;
-}
-
 QByteArray WebSessions::cookieOf(const Session& session)
 {
     return QByteArray(cookieName) + '=' + session.token + "; Path=/; Max-Age=" + QByteArray::number(session.lifetime)

@@ -43,8 +43,6 @@ public:
     // goes on under a cookie that someone may have planted before it.
     Session replace(const Session& old, const QString& userId, const QString& pendingUserId) const;
     void end(const Session& session) const;
-    // Ends every session of the user, the API's too: after a new password.
-    static bool endAllOf(const QString& userId);
 
     static QByteArray cookieOf(const Session& session);
     static QByteArray expiredCookie();

@@ -1,5 +1,7 @@
 #include "sdk/market/MarketError.h"
 
+#include "sdk/base/ServiceError.h"
+
 namespace {
 
 QString describe(MarketError::Code code, const QString& name, const QString& detail)
@@ -20,7 +22,7 @@ QString describe(MarketError::Code code, const QString& name, const QString& det
     case MarketError::PublishFailed:
         return QStringLiteral("%1 could not be published: %2").arg(name, detail);
     case MarketError::ServerFailed:
-        return QStringLiteral("The Veluria server could not be reached: %1").arg(detail);
+        return ServiceError::make(ServiceError::ServerUnreachable, detail).localizedDescription;
     case MarketError::NotOnServer:
         return QStringLiteral("The catalogue of a Veluria server is changed by its administrators, with "
                               "veluria-admin --server.");

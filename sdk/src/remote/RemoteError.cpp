@@ -1,5 +1,7 @@
 #include "sdk/remote/RemoteError.h"
 
+#include "sdk/base/ServiceError.h"
+
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkReply>
@@ -12,13 +14,12 @@ QString describe(RemoteError::Code code, const QString& detail)
 {
     switch (code) {
     case RemoteError::WrongCredentials:
-        return QStringLiteral("The e-mail address or the password is not correct.");
     case RemoteError::WrongCode:
-        return QStringLiteral("The verification code is not correct or has expired.");
     case RemoteError::TokenExpired:
-        return QStringLiteral("Your session has expired. Please sign in again.");
+        // Only the server answers these, with texts of its own.
+        return detail;
     case RemoteError::NotSignedIn:
-        return QStringLiteral("You are signed out. Please sign in again.");
+        return ServiceError::make(ServiceError::SignedOut).localizedDescription;
     case RemoteError::Unreachable:
         return QStringLiteral("The Veluria server %1 can't be reached. Check the network connection.").arg(detail);
     case RemoteError::UntrustedCertificate:
