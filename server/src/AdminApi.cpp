@@ -4,15 +4,15 @@
 #include "BlobStore.h"
 #include "Database.h"
 #include "DemoCommand.h"
+#include "HashingFile.h"
 #include "HttpConnection.h"
 #include "MarketAdmin.h"
 #include "RequestContext.h"
 #include "SlowWork.h"
 #include "WorkspaceCommands.h"
 
-#include "sdk/store/Sha256.h"
-
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QSqlQuery>
 #include <QUrl>
@@ -24,13 +24,13 @@ using namespace RequestContext;
 namespace {
 const QString blobSinkName = QStringLiteral("veluria-admin-blob");
 
-// The bytes of a blob while they arrive; whatever is left of them when the
-// request ends (committed or not) goes with it.
-class IncomingBlob : public QFile
+// The bytes of a blob while they arrive, hashed as they come; whatever is
+// left of them when the request ends (committed or not) goes with it.
+class IncomingBlob : public HashingFile
 {
 public:
     IncomingBlob(const QString& path, QObject* parent)
-        : QFile(path, parent)
+        : HashingFile(path, parent)
     {
         setObjectName(blobSinkName);
     }
@@ -55,18 +55,6 @@ private:
 bool isBlobPath(const QStringList& path)
 {
     return path == QStringList{QStringLiteral("admin"), QStringLiteral("blobs")};
-}
-
-QString sha256Of(QFile& file)
-{
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    Sha256 hash;
-    QByteArray chunk(1 << 20, Qt::Uninitialized);
-    for (qint64 n; (n = file.read(chunk.data(), chunk.size())) > 0;)
-        hash.add(chunk.constData(), n);
-    file.close();
-    return QString::fromLatin1(hash.hexDigest());
 }
 } // namespace
 
@@ -137,9 +125,10 @@ void AdminApi::storeBlob(HttpConnection* c)
     std::unique_ptr<IncomingBlob> sink(static_cast<IncomingBlob*>(c->findChild<QFile*>(blobSinkName)));
     if (!sink)
         return;
+    const QByteArray digest = sink->hexDigest();
     const QString partial = sink->keep();
     sink.reset();
-    // Hashing a large file takes a while: not on the connection's thread.
+    // Syncing a large file takes a while: not on the connection's thread.
     struct Stored
     {
         QString sha256;
@@ -148,11 +137,9 @@ void AdminApi::storeBlob(HttpConnection* c)
     };
     SlowWork::run<Stored>(
         c,
-        [partial, store = &m_store] {
-            QFile file(partial);
-            Stored stored{sha256Of(file), file.size(), {}};
-            if (stored.sha256.isEmpty()
-                || !store->commit(partial.section(QLatin1Char('/'), -1), stored.sha256, &stored.failure)) {
+        [partial, digest, store = &m_store] {
+            Stored stored{QString::fromLatin1(digest), QFileInfo(partial).size(), {}};
+            if (!store->commit(partial.section(QLatin1Char('/'), -1), stored.sha256, &stored.failure, digest)) {
                 QFile::remove(partial);
                 stored.sha256.clear();
             }
