@@ -466,10 +466,14 @@ void SessionMarketplace::saveInstaller(const QString& installerId, const QString
                                           silentInstall, productIDs, imageURL, &fields, &image))
                 return invalid;
             QString failure;
-            *savedId = installerId.isNull() ? store.addInstaller(fields, &failure) : installerId;
-            const bool saved = !savedId->isNull()
-                && (installerId.isNull() || store.setInstallerFields(installerId, fields, &failure))
-                && (image.isEmpty() || store.setInstallerImage(*savedId, image));
+            // One transaction, so that no reader sees a new installer without
+            // its picture, and a failed picture leaves no installer behind.
+            const bool saved = database.transaction([&] {
+                *savedId = installerId.isNull() ? store.addInstaller(fields, &failure) : installerId;
+                return !savedId->isNull()
+                    && (installerId.isNull() || store.setInstallerFields(installerId, fields, &failure))
+                    && (image.isEmpty() || store.setInstallerImage(*savedId, image));
+            });
             if (!saved)
                 return MarketError::make(MarketError::PublishFailed, fields.name,
                                          failure.isEmpty() ? database.errorMessage() : failure);
