@@ -322,6 +322,15 @@ void RemoteUserSession::eventArrived(const EventStream::Event& event)
         rememberPosition();
         return wantAvatar(person);
     }
+    if (event.kind == "members") {
+        // One's own joining or leaving changes the list of workspaces;
+        // somebody else's, the members of a workspace already shown.
+        const RemoteWorkspacePtr shown = m_byId.value(text(event.data, "workspace"));
+        rememberPosition();
+        if (shown && text(event.data, "userID") != userID())
+            return loadMembers({shown}, {});
+        return refresh(false);
+    }
     queueRevisionDownload(event);
     if (event.kind != "publication")
         return rememberPosition();

@@ -5,6 +5,7 @@
 
 #include "sdk/accounts/Base32.h"
 #include "sdk/accounts/Totp.h"
+#include "sdk/remote/RemoteWorkspaceUser.h"
 #include "sdk/remote/VeluriaServiceLibrary.h"
 #include "sdk/transfers/QueuedTransfer.h"
 
@@ -483,6 +484,25 @@ TEST_F(RemoteSessionTest, PicturesAndAPasswordSetByAnAdministratorReachTheSigned
     // A changed picture replaces the one shown.
     ASSERT_EQ(setPicture(QStringLiteral("bob@example.com"), Qt::blue), 200);
     EXPECT_TRUE(TestCluster::waitFor([&] { return bobsPicture() == QColor(Qt::blue); }));
+
+    // Joining and leaving show without a reload: a workspace she is added to
+    // appears, and goes when its owner removes her; Bob leaving hers leaves
+    // her alone in its list of members.
+    ASSERT_EQ(command(QStringLiteral("add-member"),
+                      {{QStringLiteral("arguments"),
+                        QJsonArray{QStringLiteral("Posters"), QStringLiteral("dee@example.com")}}}),
+              200);
+    EXPECT_TRUE(TestCluster::waitFor([&] { return outcome.session->workspaceFromID(posters) != nullptr; }));
+    const QByteArray ann = cluster->signIn(second, QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
+    const QString membersOf = QStringLiteral("/v1/workspaces/%1/members/");
+    ASSERT_EQ(cluster->call(second, "DELETE", membersOf.arg(posters) + outcome.session->userID(), ann).status, 204);
+    EXPECT_TRUE(TestCluster::waitFor([&] { return outcome.session->workspaceFromID(posters) == nullptr; }));
+    const QString bobId = static_cast<const RemoteWorkspaceUser*>(
+                              outcome.session->workspaceFromID(portraits)->workspaceUsers().value(1).get())
+                              ->userId();
+    ASSERT_EQ(cluster->call(second, "DELETE", membersOf.arg(portraits) + bobId, admin).status, 204);
+    EXPECT_TRUE(TestCluster::waitFor(
+        [&] { return outcome.session->workspaceFromID(portraits)->workspaceUsers().size() == 1; }));
 
     ASSERT_EQ(command(QStringLiteral("passwd"),
                       {{QStringLiteral("arguments"),
