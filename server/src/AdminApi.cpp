@@ -139,7 +139,8 @@ void AdminApi::storeBlob(HttpConnection* c)
         c,
         [partial, digest, store = &m_store] {
             Stored stored{QString::fromLatin1(digest), QFileInfo(partial).size(), {}};
-            if (!store->commit(partial.section(QLatin1Char('/'), -1), stored.sha256, &stored.failure, digest)) {
+            if (store->commit(partial.section(QLatin1Char('/'), -1), stored.sha256, &stored.failure, digest)
+                != BlobStore::Commit::Stored) {
                 QFile::remove(partial);
                 stored.sha256.clear();
             }

@@ -55,8 +55,8 @@ bool BlobStore::isDigest(const QString& text)
     return hex.match(text).hasMatch();
 }
 
-bool BlobStore::commit(const QString& uploadId, const QString& sha256, QString* failure,
-                       const QByteArray& knownDigest) const
+BlobStore::Commit BlobStore::commit(const QString& uploadId, const QString& sha256, QString* failure,
+                                    const QByteArray& knownDigest) const
 {
     const QString partial = uploadPath(uploadId);
     QByteArray digest = knownDigest;
@@ -64,7 +64,7 @@ bool BlobStore::commit(const QString& uploadId, const QString& sha256, QString* 
         QFile file(partial);
         if (!file.open(QIODevice::ReadOnly)) {
             *failure = QStringLiteral("The upload's bytes are missing.");
-            return false;
+            return Commit::Failed;
         }
         Sha256 hash;
         QByteArray chunk(1 << 20, Qt::Uninitialized);
@@ -75,21 +75,21 @@ bool BlobStore::commit(const QString& uploadId, const QString& sha256, QString* 
     if (QString::fromLatin1(digest) != sha256) {
         discard(uploadId);
         *failure = QStringLiteral("The uploaded bytes don't match their SHA-256; the upload was discarded.");
-        return false;
+        return Commit::Mismatch;
     }
     const QString target = contentPath(sha256);
     const QString folder = QFileInfo(target).absolutePath();
     if (!QDir().mkpath(folder) || !syncPath(partial)) {
         *failure = QStringLiteral("The store can't take the content.");
-        return false;
+        return Commit::Failed;
     }
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     if (::rename(QFile::encodeName(partial).constData(), QFile::encodeName(target).constData()) != 0) {
         *failure = QStringLiteral("The store can't take the content.");
-        return false;
+        return Commit::Failed;
     }
     syncPath(folder);
-    return true;
+    return Commit::Stored;
 }
 
 void BlobStore::discard(const QString& uploadId) const

@@ -17,11 +17,13 @@ public:
     QString uploadPath(const QString& uploadId) const;
     QString contentPath(const QString& sha256) const;
 
+    enum class Commit { Stored, Mismatch, Failed };
     // Moves a complete upload into place when its bytes have this digest;
-    // false (and the upload removed) when they don't. The bytes are read
-    // back to be hashed unless their digest is known (hashed as received).
-    bool commit(const QString& uploadId, const QString& sha256, QString* failure,
-                const QByteArray& knownDigest = {}) const;
+    // Mismatch (and the upload removed) when they don't, Failed (the upload
+    // kept) when the store can't take it. The bytes are read back to be
+    // hashed unless their digest is known (hashed as received).
+    Commit commit(const QString& uploadId, const QString& sha256, QString* failure,
+                  const QByteArray& knownDigest = {}) const;
     void discard(const QString& uploadId) const;
 
     // Whether the store's disk can take this many more bytes now.

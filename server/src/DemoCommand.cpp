@@ -85,7 +85,7 @@ private:
         hash.add(content.constData(), content.size());
         const QString sha256 = QString::fromLatin1(hash.hexDigest());
         QString failure;
-        return m_store.commit(uploadId, sha256, &failure) ? sha256 : QString();
+        return m_store.commit(uploadId, sha256, &failure) == BlobStore::Commit::Stored ? sha256 : QString();
     }
 
     const BlobStore& m_store;

@@ -54,7 +54,7 @@ QString Publications::publishText(const QString& workspaceId, const QString& use
 }
 
 QString Publications::addRevision(const QString& workspaceId, const QString& userId, const Revision& revision,
-                                  bool publish, const QString& text)
+                                  bool publish, const QString& text, const QString& finishedUpload)
 {
     QSqlDatabase db = Database::connection();
     db.transaction();
@@ -80,5 +80,13 @@ QString Publications::addRevision(const QString& workspaceId, const QString& use
     unpublished.insert(QStringLiteral("userID"), userId);
     if (!publish && !EventHub::record(workspaceId, QStringLiteral("revision"), unpublished))
         return finish(db, {});
+    if (!finishedUpload.isEmpty()) {
+        QSqlQuery finished(db);
+        finished.prepare(QStringLiteral("UPDATE uploads SET revision_id = ?, finished_at = now() WHERE id = ?"));
+        finished.addBindValue(revisionId);
+        finished.addBindValue(finishedUpload);
+        if (!finished.exec())
+            return finish(db, {});
+    }
     return finish(db, revisionId);
 }

@@ -17,7 +17,8 @@ public:
         QString sha256;
     };
     // The new revision's identifier, or a null string; with publish, a
-    // publication with the text goes with it.
+    // publication with the text goes with it. The upload that brought the
+    // content, if any, is marked finished with it in the same transaction.
     static QString addRevision(const QString& workspaceId, const QString& userId, const Revision& revision,
-                               bool publish, const QString& text);
+                               bool publish, const QString& text, const QString& finishedUpload = {});
 };

@@ -26,6 +26,8 @@ struct TransferApi::Upload
     Publications::Revision revision;
     bool publish = true;
     QString text;
+    // Set once the upload made its revision.
+    QString revisionId;
 };
 
 namespace {
@@ -53,7 +55,8 @@ bool TransferApi::loadUpload(HttpConnection* c, const QString& segment, const QS
     const QString id = uuidOf(segment);
     QSqlQuery query(Database::connection());
     query.prepare(QStringLiteral("SELECT u.workspace_id, u.file_name, u.size, u.sha256, u.publish, "
-                                 "u.publication_text FROM uploads u JOIN members m ON m.workspace_id = u.workspace_id "
+                                 "u.publication_text, u.revision_id FROM uploads u JOIN members m ON "
+                                 "m.workspace_id = u.workspace_id "
                                  "AND m.user_id = u.user_id WHERE u.id = ? AND u.user_id = ?"));
     query.addBindValue(id);
     query.addBindValue(userId);
@@ -65,8 +68,21 @@ bool TransferApi::loadUpload(HttpConnection* c, const QString& segment, const QS
                query.value(0).toString(),
                {query.value(1).toString(), query.value(2).toLongLong(), query.value(3).toString()},
                query.value(4).toBool(),
-               query.value(5).toString()};
+               query.value(5).toString(),
+               query.value(6).toString()};
     return true;
+}
+
+// The bytes the server has of an upload: all of them once it finished, or
+// once its content is in the store but its revision is still to be made.
+qint64 TransferApi::received(const Upload& upload) const
+{
+    const QFileInfo partial(m_store.uploadPath(upload.id));
+    if (partial.exists())
+        return partial.size();
+    if (!upload.revisionId.isEmpty() || QFileInfo::exists(m_store.contentPath(upload.revision.sha256)))
+        return upload.revision.size;
+    return 0;
 }
 
 void TransferApi::headersReceived(HttpConnection* c, const QStringList& path)
@@ -83,7 +99,7 @@ void TransferApi::headersReceived(HttpConnection* c, const QStringList& path)
         return;
     }
     const QString partial = m_store.uploadPath(upload.id);
-    const qint64 offset = QFileInfo(partial).size();
+    const qint64 offset = received(upload);
     bool ok = false;
     const qint64 claimed = c->request().header("upload-offset").toLongLong(&ok);
     if (!ok || claimed != offset) {
@@ -97,6 +113,9 @@ void TransferApi::headersReceived(HttpConnection* c, const QStringList& path)
         c->respondError(413, 413, QStringLiteral("More bytes than the upload announced."));
         return;
     }
+    // Nothing more to take: the PATCH asks for the end, which its handler gives.
+    if (offset == upload.revision.size)
+        return;
     // Unbuffered: every byte received is the kernel's at once, so a killed
     // server process loses nothing that the offset reports.
     // From the first byte on, the bytes are hashed as they come.
@@ -181,41 +200,52 @@ void TransferApi::reportOffset(HttpConnection* c, const QString& userId, const Q
     if (!loadUpload(c, segment, userId, &upload))
         return;
     c->respond(204, {},
-               {{"Upload-Offset", QByteArray::number(QFileInfo(m_store.uploadPath(upload.id)).size())},
+               {{"Upload-Offset", QByteArray::number(received(upload))},
                 {"Upload-Length", QByteArray::number(upload.revision.size)}});
 }
 
 void TransferApi::finishPatch(HttpConnection* c, const QString& userId, const QString& segment)
 {
-    QByteArray received;
-    if (auto* lock = c->findChild<UploadLock*>()) {
+    // The lock that the body was written under is held until the upload's
+    // end is settled, so that no other request makes a second revision of it.
+    std::unique_ptr<UploadLock> lock(c->findChild<UploadLock*>());
+    QByteArray digest;
+    if (lock)
         if (auto* hashed = lock->findChild<HashingFile*>(); hashed && hashed->isOpen())
-            received = hashed->pos() == hashed->size() ? hashed->hexDigest() : QByteArray();
-        delete lock;
-    }
+            digest = hashed->pos() == hashed->size() ? hashed->hexDigest() : QByteArray();
     Upload upload;
     if (!loadUpload(c, segment, userId, &upload))
         return;
-    const qint64 offset = QFileInfo(m_store.uploadPath(upload.id)).size();
+    if (!lock)
+        lock.reset(UploadLock::take(upload.id, nullptr));
+    if (!lock)
+        return c->respondError(409, 409,
+                               QStringLiteral("Another request is writing this upload; ask for its offset later."));
+    // A repeated end, when the answer to the first one was lost.
+    if (!upload.revisionId.isEmpty())
+        return c->respondJson(
+            201, {{QStringLiteral("revision"), upload.revisionId}, {QStringLiteral("sha256"), upload.revision.sha256}});
+    const qint64 offset = received(upload);
     if (offset < upload.revision.size)
         return c->respond(204, {}, {{"Upload-Offset", QByteArray::number(offset)}});
 
     QString failure;
-    if (!m_store.commit(upload.id, upload.revision.sha256, &failure, received)) {
+    const bool waiting = QFileInfo::exists(m_store.uploadPath(upload.id));
+    const BlobStore::Commit commit =
+        waiting ? m_store.commit(upload.id, upload.revision.sha256, &failure, digest) : BlobStore::Commit::Stored;
+    if (commit == BlobStore::Commit::Mismatch) {
         QSqlQuery gone(Database::connection());
         gone.prepare(QStringLiteral("DELETE FROM uploads WHERE id = ?"));
         gone.addBindValue(upload.id);
         gone.exec();
         return c->respondError(422, 422, failure);
     }
+    if (commit == BlobStore::Commit::Failed)
+        return c->respondError(500, 500, failure + QStringLiteral(" The upload is kept."));
     const QString revisionId =
-        Publications::addRevision(upload.workspaceId, userId, upload.revision, upload.publish, upload.text);
+        Publications::addRevision(upload.workspaceId, userId, upload.revision, upload.publish, upload.text, upload.id);
     if (revisionId.isEmpty())
         return c->respondError(500, 500, QStringLiteral("The server's database failed; the upload is kept."));
-    QSqlQuery done(Database::connection());
-    done.prepare(QStringLiteral("DELETE FROM uploads WHERE id = ?"));
-    done.addBindValue(upload.id);
-    done.exec();
     c->respondJson(201, {{QStringLiteral("revision"), revisionId}, {QStringLiteral("sha256"), upload.revision.sha256}});
 }
 

@@ -25,6 +25,7 @@ public:
 
 private:
     struct Upload;
+    qint64 received(const Upload& upload) const;
     bool loadUpload(HttpConnection* c, const QString& segment, const QString& userId, Upload* upload);
     void createUpload(HttpConnection* c, const QString& userId);
     void reportOffset(HttpConnection* c, const QString& userId, const QString& segment);

@@ -26,10 +26,11 @@ void UploadSweeper::sweep()
 {
     if (!Database::available())
         return;
-    // Only uploads made before the timeout can have been idle that long; the
-    // file's modification time says when its last byte came.
+    // Only uploads made (or finished) before the timeout can have been idle
+    // that long; the file's modification time says when its last byte came.
     QSqlQuery candidates(Database::connection());
-    candidates.prepare(QStringLiteral("SELECT id FROM uploads WHERE created_at < now() - make_interval(secs => ?)"));
+    candidates.prepare(QStringLiteral(
+        "SELECT id FROM uploads WHERE coalesce(finished_at, created_at) < now() - make_interval(secs => ?)"));
     candidates.addBindValue(double(m_timeout));
     if (!candidates.exec())
         return;

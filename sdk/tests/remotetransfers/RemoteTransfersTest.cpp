@@ -238,6 +238,11 @@ TEST_F(RemoteTransfersTest, UploadStoppedHalfwayResumesFromTheServersOffsetAndDo
     EXPECT_EQ(revision.value("sha256").toString().toLatin1(), digest);
     EXPECT_EQ(revision.value("size").toInteger(), bigSize);
     EXPECT_EQ(revision.value("fileName").toString(), QStringLiteral("big.bin"));
+    // Done again, as when the last answer was lost, it learns the same
+    // revision instead of making a second one.
+    const RunOutcome repeated = runJob(ann, home.path(), first.noted);
+    ASSERT_EQ(repeated.result.outcome, TransferResult::Outcome::Completed) << said(repeated.result.error);
+    EXPECT_EQ(repeated.result.revisionId, second.result.revisionId);
 
     // Ben's download, stopped halfway, leaves its partial beside the target.
     const QString folder = home.filePath(QStringLiteral("ben"));
