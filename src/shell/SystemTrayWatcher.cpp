@@ -4,6 +4,7 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QGuiApplication>
@@ -15,7 +16,7 @@
 namespace {
 
 const QString StatusNotifierWatcherPath = QStringLiteral("/StatusNotifierWatcher");
-// The watcher answers at once; a hung one costs the start no more than this.
+// The watcher answers at once; a hung one costs no more than this.
 constexpr int PropertyTimeoutMilliseconds = 500;
 
 xcb_atom_t internAtom(xcb_connection_t* connection, const QByteArray& name)
@@ -83,19 +84,36 @@ bool SystemTrayWatcher::statusNotifierHostIsThere() const
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected() || !bus.interface() || !bus.interface()->isServiceRegistered(StatusNotifierWatcher).value())
         return false;
-    QDBusMessage get =
-        QDBusMessage::createMethodCall(StatusNotifierWatcher, StatusNotifierWatcherPath,
-                                       QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
-    get << StatusNotifierWatcher << QStringLiteral("IsStatusNotifierHostRegistered");
-    const QDBusMessage reply = bus.call(get, QDBus::Block, PropertyTimeoutMilliseconds);
-    return reply.type() == QDBusMessage::ReplyMessage
-        && reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
+    return saysHostIsRegistered(bus.call(isHostRegisteredQuestion(), QDBus::Block, PropertyTimeoutMilliseconds));
 }
 
 void SystemTrayWatcher::statusNotifierHostRegistered()
 {
-    if (statusNotifierHostIsThere())
-        emit trayArrived(QStringLiteral("StatusNotifierItem"));
+    // A host that comes while the client runs is asked about without
+    // waiting for the answer on the GUI thread.
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    auto* answer =
+        new QDBusPendingCallWatcher(bus.asyncCall(isHostRegisteredQuestion(), PropertyTimeoutMilliseconds), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* call) {
+        call->deleteLater();
+        if (saysHostIsRegistered(call->reply()))
+            emit trayArrived(QStringLiteral("StatusNotifierItem"));
+    });
+}
+
+QDBusMessage SystemTrayWatcher::isHostRegisteredQuestion()
+{
+    QDBusMessage get =
+        QDBusMessage::createMethodCall(StatusNotifierWatcher, StatusNotifierWatcherPath,
+                                       QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    get << StatusNotifierWatcher << QStringLiteral("IsStatusNotifierHostRegistered");
+    return get;
+}
+
+bool SystemTrayWatcher::saysHostIsRegistered(const QDBusMessage& reply)
+{
+    return reply.type() == QDBusMessage::ReplyMessage
+        && reply.arguments().value(0).value<QDBusVariant>().variant().toBool();
 }
 
 bool SystemTrayWatcher::xembedTrayIsThere() const

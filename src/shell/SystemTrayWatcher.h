@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+class QDBusMessage;
 class QDBusServiceWatcher;
 struct xcb_connection_t;
 
@@ -25,6 +26,7 @@ public:
     explicit SystemTrayWatcher(QObject* parent = nullptr);
     ~SystemTrayWatcher() override;
 
+    // Asked once at the start, when the answer is needed before going on.
     bool statusNotifierHostIsThere() const;
     bool xembedTrayIsThere() const;
 
@@ -39,6 +41,8 @@ private Q_SLOTS:
 
 private:
     void watchXembedTrays();
+    static QDBusMessage isHostRegisteredQuestion();
+    static bool saysHostIsRegistered(const QDBusMessage& reply);
 
     QDBusServiceWatcher* m_statusNotifierWatcher = nullptr;
     xcb_connection_t* m_connection = nullptr;
