@@ -277,7 +277,7 @@ void Api::publications(HttpConnection* c, const QString& workspaceId)
     QSqlQuery query(Database::connection());
     query.prepare(QStringLiteral(
         "SELECT p.id, p.user_id, u.first_name, u.email, p.text, p.revision_id, r.file_name, r.size, r.sha256, "
-        "p.created_at FROM publications p JOIN users u ON u.id = p.user_id LEFT JOIN revisions r ON r.id = "
+        "p.created_at, r.folder FROM publications p JOIN users u ON u.id = p.user_id LEFT JOIN revisions r ON r.id = "
         "p.revision_id WHERE p.workspace_id = ? ORDER BY p.created_at DESC LIMIT 200"));
     query.addBindValue(workspaceId);
     if (!query.exec())
@@ -295,7 +295,8 @@ void Api::publications(HttpConnection* c, const QString& workspaceId)
                         QJsonObject{{QStringLiteral("id"), query.value(5).toString()},
                                     {QStringLiteral("fileName"), query.value(6).toString()},
                                     {QStringLiteral("size"), query.value(7).toLongLong()},
-                                    {QStringLiteral("sha256"), query.value(8).toString()}});
+                                    {QStringLiteral("sha256"), query.value(8).toString()},
+                                    {QStringLiteral("folder"), query.value(10).toBool()}});
         list.append(item);
     }
     c->respondJson(200, {{QStringLiteral("publications"), list}});

@@ -296,13 +296,14 @@ void HttpConnection::fail(int status, const QString& message)
 }
 
 void HttpConnection::respondFile(int status, std::unique_ptr<QFile> file, qint64 offset, qint64 length,
-                                 const QList<std::pair<QByteArray, QByteArray>>& headers)
+                                 const QList<std::pair<QByteArray, QByteArray>>& headers, const QByteArray& contentType)
 {
     if (!file->seek(offset)) {
         respondError(500, 500, QStringLiteral("The content can't be read."));
         return;
     }
-    sendHead(status, length, headers, "application/octet-stream");
+    sendHead(status, length, headers,
+             contentType.isEmpty() ? QByteArrayLiteral("application/octet-stream") : contentType);
     m_source = std::move(file);
     m_sourceLeft = length;
     pumpFile();

@@ -47,8 +47,9 @@ public:
     void respondJson(int status, const QJsonObject& object);
     void respondError(int status, int code, const QString& message,
                       const QList<std::pair<QByteArray, QByteArray>>& headers = {});
+    // Without a type the bytes go as application/octet-stream.
     void respondFile(int status, std::unique_ptr<QFile> file, qint64 offset, qint64 length,
-                     const QList<std::pair<QByteArray, QByteArray>>& headers);
+                     const QList<std::pair<QByteArray, QByteArray>>& headers, const QByteArray& contentType = {});
     // Starts a text/event-stream; the connection then only carries events.
     void beginEventStream();
     void sendEvent(qint64 id, const QByteArray& kind, const QByteArray& data);

@@ -59,20 +59,23 @@ QString Publications::addRevision(const QString& workspaceId, const QString& use
     QSqlDatabase db = Database::connection();
     db.transaction();
     QSqlQuery insert(db);
-    insert.prepare(QStringLiteral("INSERT INTO revisions(workspace_id, user_id, file_name, size, sha256) VALUES (?, ?, "
-                                  "?, ?, ?) RETURNING id"));
+    insert.prepare(
+        QStringLiteral("INSERT INTO revisions(workspace_id, user_id, file_name, size, sha256, folder) VALUES "
+                       "(?, ?, ?, ?, ?, ?) RETURNING id"));
     insert.addBindValue(workspaceId);
     insert.addBindValue(userId);
     insert.addBindValue(revision.fileName);
     insert.addBindValue(revision.size);
     insert.addBindValue(revision.sha256);
+    insert.addBindValue(revision.folder);
     if (!insert.exec() || !insert.next())
         return finish(db, {});
     const QString revisionId = insert.value(0).toString();
     const QJsonObject described{{QStringLiteral("id"), revisionId},
                                 {QStringLiteral("fileName"), revision.fileName},
                                 {QStringLiteral("size"), revision.size},
-                                {QStringLiteral("sha256"), revision.sha256}};
+                                {QStringLiteral("sha256"), revision.sha256},
+                                {QStringLiteral("folder"), revision.folder}};
     if (publish && insertPublication(workspaceId, userId, text, revisionId, described).isEmpty())
         return finish(db, {});
     // Whose it is lets the uploader's own clients leave it alone.

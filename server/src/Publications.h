@@ -15,6 +15,8 @@ public:
         QString fileName;
         qint64 size = 0;
         QString sha256;
+        // A tar stream of a folder's files rather than one file's bytes.
+        bool folder = false;
     };
     // The new revision's identifier, or a null string; with publish, a
     // publication with the text goes with it. The upload that brought the

@@ -55,7 +55,7 @@ bool TransferApi::loadUpload(HttpConnection* c, const QString& segment, const QS
     const QString id = uuidOf(segment);
     QSqlQuery query(Database::connection());
     query.prepare(QStringLiteral("SELECT u.workspace_id, u.file_name, u.size, u.sha256, u.publish, "
-                                 "u.publication_text, u.revision_id FROM uploads u JOIN members m ON "
+                                 "u.publication_text, u.revision_id, u.folder FROM uploads u JOIN members m ON "
                                  "m.workspace_id = u.workspace_id "
                                  "AND m.user_id = u.user_id WHERE u.id = ? AND u.user_id = ?"));
     query.addBindValue(id);
@@ -64,12 +64,13 @@ bool TransferApi::loadUpload(HttpConnection* c, const QString& segment, const QS
         c->respondError(404, 404, QStringLiteral("There is no such upload of yours."));
         return false;
     }
-    *upload = {id,
-               query.value(0).toString(),
-               {query.value(1).toString(), query.value(2).toLongLong(), query.value(3).toString()},
-               query.value(4).toBool(),
-               query.value(5).toString(),
-               query.value(6).toString()};
+    *upload = {
+        id,
+        query.value(0).toString(),
+        {query.value(1).toString(), query.value(2).toLongLong(), query.value(3).toString(), query.value(7).toBool()},
+        query.value(4).toBool(),
+        query.value(5).toString(),
+        query.value(6).toString()};
     return true;
 }
 
@@ -174,8 +175,9 @@ void TransferApi::createUpload(HttpConnection* c, const QString& userId)
     if (!m_store.hasRoomFor(size))
         return c->respondError(507, 507, QStringLiteral("The server's store has no room for this file at the moment."));
     QSqlQuery insert(Database::connection());
-    insert.prepare(QStringLiteral("INSERT INTO uploads(user_id, workspace_id, file_name, size, sha256, publish, "
-                                  "publication_text) VALUES (?, ?, ?, ?, ?, ?, coalesce(?, '')) RETURNING id"));
+    insert.prepare(
+        QStringLiteral("INSERT INTO uploads(user_id, workspace_id, file_name, size, sha256, publish, "
+                       "publication_text, folder) VALUES (?, ?, ?, ?, ?, ?, coalesce(?, ''), ?) RETURNING id"));
     insert.addBindValue(userId);
     insert.addBindValue(workspaceId);
     insert.addBindValue(fileName);
@@ -183,6 +185,7 @@ void TransferApi::createUpload(HttpConnection* c, const QString& userId)
     insert.addBindValue(sha256);
     insert.addBindValue(body.value(QStringLiteral("publish")).toBool(true));
     insert.addBindValue(body.value(QStringLiteral("text")).toString());
+    insert.addBindValue(body.value(QStringLiteral("folder")).toBool(false));
     if (!insert.exec() || !insert.next()) {
         qWarning("Upload not recorded: %s", qPrintable(insert.lastError().text()));
         return databaseFailed(c);
@@ -253,8 +256,8 @@ void TransferApi::describeRevision(HttpConnection* c, const QString& userId, con
 {
     const QString id = uuidOf(segment);
     QSqlQuery query(Database::connection());
-    query.prepare(QStringLiteral("SELECT r.workspace_id, r.file_name, r.size, r.sha256 FROM revisions r JOIN members m "
-                                 "ON m.workspace_id = r.workspace_id AND m.user_id = ? WHERE r.id = ?"));
+    query.prepare(QStringLiteral("SELECT r.workspace_id, r.file_name, r.size, r.sha256, r.folder FROM revisions r JOIN "
+                                 "members m ON m.workspace_id = r.workspace_id AND m.user_id = ? WHERE r.id = ?"));
     query.addBindValue(userId);
     query.addBindValue(id);
     if (id.isEmpty() || !query.exec() || !query.next())
@@ -264,23 +267,26 @@ void TransferApi::describeRevision(HttpConnection* c, const QString& userId, con
                     {QStringLiteral("workspace"), query.value(0).toString()},
                     {QStringLiteral("fileName"), query.value(1).toString()},
                     {QStringLiteral("size"), query.value(2).toLongLong()},
-                    {QStringLiteral("sha256"), query.value(3).toString()}});
+                    {QStringLiteral("sha256"), query.value(3).toString()},
+                    {QStringLiteral("folder"), query.value(4).toBool()}});
 }
 
 void TransferApi::download(HttpConnection* c, const QString& userId, const QString& segment)
 {
     const QString id = uuidOf(segment);
     QSqlQuery query(Database::connection());
-    query.prepare(QStringLiteral("SELECT r.size, r.sha256 FROM revisions r JOIN members m ON m.workspace_id = "
-                                 "r.workspace_id AND m.user_id = ? WHERE r.id = ?"));
+    query.prepare(QStringLiteral("SELECT r.size, r.sha256, r.folder FROM revisions r JOIN members m ON m.workspace_id "
+                                 "= r.workspace_id AND m.user_id = ? WHERE r.id = ?"));
     query.addBindValue(userId);
     query.addBindValue(id);
     if (id.isEmpty() || !query.exec() || !query.next())
         return c->respondError(404, 404, QStringLiteral("There is no such revision in your workspaces."));
-    serveContent(c, m_store, query.value(0).toLongLong(), query.value(1).toString());
+    serveContent(c, m_store, query.value(0).toLongLong(), query.value(1).toString(),
+                 query.value(2).toBool() ? folderType.toByteArray() : QByteArray());
 }
 
-void TransferApi::serveContent(HttpConnection* c, const BlobStore& store, qint64 size, const QString& sha256)
+void TransferApi::serveContent(HttpConnection* c, const BlobStore& store, qint64 size, const QString& sha256,
+                               const QByteArray& contentType)
 {
     auto file = std::make_unique<QFile>(store.contentPath(sha256));
     if (!file->open(QIODevice::ReadOnly) || file->size() != size)
@@ -315,5 +321,5 @@ void TransferApi::serveContent(HttpConnection* c, const BlobStore& store, qint64
             {"Content-Range",
              "bytes " + QByteArray::number(first) + '-' + QByteArray::number(last) + '/' + QByteArray::number(size)});
     const qint64 length = size == 0 ? 0 : last - first + 1;
-    c->respondFile(status, std::move(file), first, length, headers);
+    c->respondFile(status, std::move(file), first, length, headers, contentType);
 }

@@ -19,9 +19,12 @@ public:
     void headersReceived(HttpConnection* c, const QStringList& path);
     // False when the path is none of these endpoints.
     bool handle(HttpConnection* c, const QStringList& path);
+    // How a folder's content is served: a tar stream of its files.
+    static constexpr QByteArrayView folderType = "application/x-tar";
     // Answers with a content of the store, whole or the part that the
     // request's Range names, with its digest for the check at the end.
-    static void serveContent(HttpConnection* c, const BlobStore& store, qint64 size, const QString& sha256);
+    static void serveContent(HttpConnection* c, const BlobStore& store, qint64 size, const QString& sha256,
+                             const QByteArray& contentType = {});
 
 private:
     struct Upload;

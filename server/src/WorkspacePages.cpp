@@ -4,6 +4,7 @@
 #include "Database.h"
 #include "HttpConnection.h"
 #include "RequestContext.h"
+#include "TransferApi.h"
 #include "WebReply.h"
 #include "WebTemplate.h"
 
@@ -203,7 +204,8 @@ void WorkspacePages::file(HttpConnection* c, const WebSessions::Session& session
                           const QString& revisionId)
 {
     QSqlQuery query(Database::connection());
-    query.prepare(QStringLiteral("SELECT file_name, size, sha256 FROM revisions WHERE id = ? AND workspace_id = ?"));
+    query.prepare(
+        QStringLiteral("SELECT file_name, size, sha256, folder FROM revisions WHERE id = ? AND workspace_id = ?"));
     query.addBindValue(revisionId);
     query.addBindValue(workspaceId);
     if (revisionId.isEmpty() || !query.exec() || !query.next())
@@ -214,8 +216,11 @@ void WorkspacePages::file(HttpConnection* c, const WebSessions::Session& session
     if (!BlobStore::isDigest(sha256) || !content->open(QIODevice::ReadOnly) || content->size() != size)
         return message(c, 500, session, QStringLiteral("File missing"),
                        QStringLiteral("The file's content is missing on the server. Tell whoever runs it."));
+    // A folder reaches the browser as the tar that it is stored as.
+    const bool folder = query.value(3).toBool();
     c->respondFile(200, std::move(content), 0, size,
-                   {{"Content-Disposition", dispositionOf(query.value(0).toString())},
+                   {{"Content-Disposition", dispositionOf(query.value(0).toString() + (folder ? ".tar" : ""))},
                     {"X-Content-Type-Options", "nosniff"},
-                    {"Cache-Control", "private, no-store"}});
+                    {"Cache-Control", "private, no-store"}},
+                   folder ? TransferApi::folderType.toByteArray() : QByteArray());
 }

@@ -49,10 +49,6 @@ QString describe(ServiceError::Code code, const QString& detail)
         return QStringLiteral("The version information could not be read: %1").arg(detail);
     case ServiceError::ServerUnreachable:
         return QStringLiteral("The Veluria server could not be reached: %1").arg(detail);
-    case ServiceError::FolderNotUploadable:
-        return QStringLiteral("\"%1\" is a folder, and folders can't be uploaded to a team server yet. Please "
-                              "upload the files in it, or an archive of it.")
-            .arg(detail);
     }
     return detail;
 }

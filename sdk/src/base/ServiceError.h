@@ -34,7 +34,6 @@ public:
         VersionInfoUnreadable = 38,
         // Transfers with a team server.
         ServerUnreachable = 50,
-        FolderNotUploadable = 51,
     };
 
     static vlr::Error make(Code code, const QString& detail = QString());

@@ -66,6 +66,8 @@ bool ArchiveUnpacker::fail(const QString& failure)
 
 bool ArchiveUnpacker::failErrno(const QString& name)
 {
+    if (m_failure.isEmpty())
+        m_failedOnDisk = true;
     if (errno == ENOSPC || errno == EDQUOT || errno == EFBIG)
         return fail(QStringLiteral("There is not enough room on the disk."));
     return fail(

@@ -24,8 +24,10 @@ public:
 
     Outcome run();
 
-    // After Failed: what went wrong, for the user.
+    // After Failed: what went wrong, for the user, and whether it was the
+    // disk (a write refused) rather than the archive.
     const QString& failure() const { return m_failure; }
+    bool failedOnDisk() const { return m_failedOnDisk; }
     // After Done: the regular files that are executable, relative to the
     // folder.
     const QStringList& executables() const { return m_executables; }
@@ -46,4 +48,5 @@ private:
     QString m_failure;
     QStringList m_executables;
     bool m_stopped = false;
+    bool m_failedOnDisk = false;
 };

@@ -2,11 +2,13 @@
 
 #include "sdk/base/PrivateFiles.h"
 #include "sdk/base/ServiceError.h"
+#include "sdk/installs/ArchiveUnpacker.h"
 #include "sdk/net/HttpStream.h"
 #include "sdk/net/RemoteTransfers.h"
 #include "sdk/store/Sha256.h"
 #include "sdk/transfers/DownloadRun.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -15,6 +17,11 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+namespace {
+// How the server sends a folder: the tar stream of its files.
+const QByteArray folderType = QByteArrayLiteral("application/x-tar");
+} // namespace
 
 RemoteDownloadRun::RemoteDownloadRun(const RemoteEndpoint& endpoint, int idleTimeoutMs, Database& database,
                                      const QString& databaseFolder, const TransferJob& job,
@@ -46,7 +53,7 @@ TransferResult RemoteDownloadRun::run()
         headers.append({"Range", "bytes=" + QByteArray::number(m_have) + '-'});
     if (stream.begin("GET", QStringLiteral("revisions/%1/content").arg(m_job.revisionId), headers, -1)
         && stream.readHead()) {
-        if (!accept(stream.status(), stream.header("content-range")))
+        if (!accept(stream.status(), stream.header("content-range"), stream.header("content-type")))
             return m_writeFailure ? *m_writeFailure : TransferResult::failed(stream.failure());
         for (qint64 got; (got = stream.read(m_buffer.data(), m_buffer.size())) > 0;)
             if (!take(got))
@@ -61,8 +68,9 @@ TransferResult RemoteDownloadRun::run()
 
 std::optional<TransferResult> RemoteDownloadRun::resume()
 {
-    const QByteArray native = QFile::encodeName(m_partial);
-    m_fd = ::open(native.constData(), O_RDWR | O_CLOEXEC | O_NOFOLLOW);
+    const QFileInfo partial(m_partial);
+    m_folder = partial.isDir() && !partial.isSymLink();
+    m_fd = ::open(QFile::encodeName(bytesPath()).constData(), O_RDWR | O_CLOEXEC | O_NOFOLLOW);
     if (m_fd < 0)
         return errno == ENOENT ? std::nullopt
                                : std::optional(TransferResult::failed(DownloadRun::unwritable(m_partial)));
@@ -89,10 +97,21 @@ std::optional<TransferResult> RemoteDownloadRun::resume()
     return std::nullopt;
 }
 
-bool RemoteDownloadRun::accept(int status, const QByteArray& contentRange)
+bool RemoteDownloadRun::accept(int status, const QByteArray& contentRange, const QByteArray& contentType)
 {
     if (status != 200 && status != 206)
         return false;
+    const bool folder = contentType == folderType;
+    if (folder != m_folder && m_fd >= 0) {
+        // What an earlier run left is of the other kind: it is no part of this.
+        ::close(m_fd);
+        m_fd = -1;
+        discardPartial();
+        m_writeFailure = TransferResult::failed(
+            ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName()));
+        return false;
+    }
+    m_folder = folder;
     if (status == 206 && !contentRange.startsWith("bytes " + QByteArray::number(m_have) + '-')) {
         m_writeFailure = TransferResult::failed(
             vlr::makeError(vlr::VLRWebErrorDomain, status,
@@ -101,11 +120,14 @@ bool RemoteDownloadRun::accept(int status, const QByteArray& contentRange)
         return false;
     }
     if (m_fd < 0) {
-        if (!PrivateFiles::makeFolder(QFileInfo(m_partial).path())) {
-            m_writeFailure = TransferResult::failed(DownloadRun::unwritable(QFileInfo(m_partial).path()));
+        // A folder that an unpacking left half done starts over.
+        discardPartial();
+        const QString folder = m_folder ? m_partial : QFileInfo(m_partial).path();
+        if (!PrivateFiles::makeFolder(folder)) {
+            m_writeFailure = TransferResult::failed(DownloadRun::unwritable(folder));
             return false;
         }
-        m_fd = ::open(QFile::encodeName(m_partial).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+        m_fd = ::open(QFile::encodeName(bytesPath()).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
         if (m_fd < 0) {
             m_writeFailure = TransferResult::failed(DownloadRun::unwritable(m_partial));
             return false;
@@ -146,7 +168,7 @@ TransferResult RemoteDownloadRun::finish(const QByteArray& digestHeader)
     if (digestHeader != "sha-256=" + m_sha->hexDigest()) {
         ::close(m_fd);
         m_fd = -1;
-        QFile::remove(m_partial);
+        discardPartial();
         return TransferResult::failed(
             ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName()));
     }
@@ -155,8 +177,42 @@ TransferResult RemoteDownloadRun::finish(const QByteArray& digestHeader)
     m_fd = -1;
     if (!synced)
         return TransferResult::failed(DownloadRun::unwritable(m_job.filePath));
+    if (m_folder)
+        if (auto failed = unpack())
+            return *failed;
     TransferResult result = DownloadRun::putInPlace(m_database, m_databaseFolder, m_job, m_partial,
                                                     RemoteTransfers::assetOf(m_job), m_job.revisionId);
     result.totalSize = m_have;
     return result;
+}
+
+std::optional<TransferResult> RemoteDownloadRun::unpack()
+{
+    // The files land beside the stream, whose name no entry can take: the
+    // unpacking never replaces a file.
+    ArchiveUnpacker unpacker(
+        bytesPath(), m_partial, [] { return false; }, [](qint64) {});
+    const ArchiveUnpacker::Outcome outcome = unpacker.run();
+    QFile::remove(bytesPath());
+    if (outcome == ArchiveUnpacker::Outcome::Done)
+        return std::nullopt;
+    discardPartial();
+    return TransferResult::failed(
+        unpacker.failedOnDisk()
+            ? ServiceError::make(ServiceError::FileUnwritable, unpacker.failure())
+            : ServiceError::make(ServiceError::ContentDamaged, QFileInfo(m_job.filePath).fileName()));
+}
+
+QString RemoteDownloadRun::bytesPath() const
+{
+    return m_folder ? m_partial + QStringLiteral("/.veluria-folder.tar") : m_partial;
+}
+
+void RemoteDownloadRun::discardPartial()
+{
+    const QFileInfo partial(m_partial);
+    if (partial.isDir() && !partial.isSymLink())
+        QDir(m_partial).removeRecursively();
+    else
+        QFile::remove(m_partial);
 }

@@ -16,7 +16,9 @@ class Sha256;
 // place by the same rules as a download of the local service. A partial
 // stays for a resume when the network fails or the run is stopped; it goes
 // when its content turns out wrong. Nothing is written before the server
-// has agreed to send the content.
+// has agreed to send the content. A folder comes as a tar stream of its
+// files: the partial is then a folder, the stream a hidden file in it, and
+// the files are unpacked beside it once the stream is checked.
 class RemoteDownloadRun
 {
 public:
@@ -33,10 +35,16 @@ private:
     std::optional<TransferResult> resume();
     // Takes the answer's first bytes: the partial is made, or emptied when
     // the server sends the whole after all.
-    bool accept(int status, const QByteArray& contentRange);
+    bool accept(int status, const QByteArray& contentRange, const QByteArray& contentType);
     // Writes and hashes the buffer's first bytes; false after a failure to write.
     bool take(qint64 got);
     TransferResult finish(const QByteArray& digestHeader);
+    std::optional<TransferResult> unpack();
+    // Where the content's bytes go: the partial, or the stream in the
+    // partial folder.
+    QString bytesPath() const;
+    // Throws away whatever is at the partial, file or folder.
+    void discardPartial();
 
     RemoteEndpoint m_endpoint;
     int m_idleTimeoutMs;
@@ -45,6 +53,8 @@ private:
     TransferJob m_job;
     const TransferRunner::Context& m_context;
     QString m_partial;
+    // The content is a folder's tar stream.
+    bool m_folder = false;
     int m_fd = -1;
     qint64 m_have = 0;
     std::unique_ptr<Sha256> m_sha;

@@ -1,6 +1,7 @@
 #include "sdk/net/RemoteUploadRun.h"
 
 #include "sdk/base/ServiceError.h"
+#include "sdk/installs/FolderArchive.h"
 #include "sdk/net/HttpStream.h"
 #include "sdk/net/RemoteCall.h"
 #include "sdk/store/SafeName.h"
@@ -49,9 +50,8 @@ RemoteUploadRun::RemoteUploadRun(QNetworkAccessManager& network, const RemoteEnd
 
 TransferResult RemoteUploadRun::run()
 {
-    const QFileInfo source(m_job.filePath);
-    if (source.isDir())
-        return TransferResult::failed(ServiceError::make(ServiceError::FolderNotUploadable, source.fileName()));
+    if (QFileInfo(m_job.filePath).isDir())
+        return runFolder();
     const int fd = ::open(QFile::encodeName(m_job.filePath).constData(), O_RDONLY | O_CLOEXEC);
     if (fd < 0)
         return unreadable(m_job.filePath);
@@ -61,20 +61,117 @@ TransferResult RemoteUploadRun::run()
         return unreadable(m_job.filePath);
     const qint64 size = status.st_size;
     m_context.sized(size);
+    return upload(
+        size, [&](QByteArray* digest) { return hash(fd, digest); },
+        [&](qint64 offset, qint64 length, HttpStream& call) { return sendFile(fd, offset, length, call); });
+}
 
+// A folder goes as the tar stream of its files, measured and hashed first:
+// the size says whether an upload noted earlier is still the same one.
+TransferResult RemoteUploadRun::runFolder()
+{
+    m_folder = true;
+    FolderArchive archive(m_job.filePath, m_context.shouldStop);
+    Sha256 sha;
+    qint64 size = 0;
+    const FolderArchive::Outcome measured = archive.write(0, [&](const char* data, qint64 length) {
+        sha.add(data, length);
+        size += length;
+        return true;
+    });
+    if (measured != FolderArchive::Outcome::Done) {
+        const auto ended = folderEnded(measured, archive, false);
+        return ended ? *ended
+                     : TransferResult::failed(ServiceError::make(ServiceError::FileUnreadable, archive.failure()));
+    }
+    m_context.sized(size);
+    const QByteArray digest = sha.hexDigest();
+    return upload(
+        size,
+        [&](QByteArray* announced) {
+            *announced = digest;
+            return std::optional<TransferResult>();
+        },
+        [&](qint64 offset, qint64 length, HttpStream& call) -> std::optional<TransferResult> {
+            qint64 sent = 0;
+            bool tooLong = false;
+            const FolderArchive::Outcome outcome = archive.write(offset, [&](const char* data, qint64 count) {
+                tooLong = sent + count > length;
+                if (tooLong || !call.write(data, count))
+                    return false;
+                sent += count;
+                reportAt(offset + sent);
+                return true;
+            });
+            if (outcome == FolderArchive::Outcome::Done && sent < length)
+                return changed();
+            return folderEnded(outcome, archive, tooLong);
+        });
+}
+
+std::optional<TransferResult> RemoteUploadRun::folderEnded(FolderArchive::Outcome outcome, const FolderArchive& archive,
+                                                           bool tooLong)
+{
+    switch (outcome) {
+    case FolderArchive::Outcome::Done:
+        return std::nullopt;
+    case FolderArchive::Outcome::Stopped:
+        return TransferResult::stopped();
+    case FolderArchive::Outcome::Refused:
+        // More bytes than announced means a changed file; otherwise the
+        // stream broke, which the call tells.
+        if (tooLong)
+            return changed();
+        return std::nullopt;
+    case FolderArchive::Outcome::Changed:
+        return changed();
+    case FolderArchive::Outcome::Unreadable:
+        break;
+    }
+    return TransferResult::failed(ServiceError::make(ServiceError::FileUnreadable, archive.failure()));
+}
+
+TransferResult RemoteUploadRun::changed()
+{
+    forgetUpload();
+    return TransferResult::failed(ServiceError::make(ServiceError::FileChanged, QFileInfo(m_job.filePath).fileName()));
+}
+
+TransferResult RemoteUploadRun::upload(qint64 size, const Digest& digest, const Source& source)
+{
     qint64 offset = 0;
     if (!m_job.uploadId.isEmpty())
         if (auto ended = askOffset(size, &offset))
             return *ended;
     if (m_job.uploadId.isEmpty()) {
-        QByteArray digest;
-        if (auto ended = hash(fd, &digest))
+        QByteArray announced;
+        if (auto ended = digest(&announced))
             return *ended;
-        if (auto ended = announce(digest, size))
+        if (auto ended = announce(announced, size))
             return *ended;
         offset = 0;
     }
-    return send(fd, size, offset);
+    return send(size, offset, source);
+}
+
+std::optional<TransferResult> RemoteUploadRun::sendFile(int fd, qint64 offset, qint64 length, HttpStream& call)
+{
+    for (qint64 at = 0; at < length;) {
+        const ssize_t got =
+            ::pread(fd, m_buffer.data(), size_t(std::min<qint64>(m_buffer.size(), length - at)), offset + at);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return unreadable(m_job.filePath);
+        // Shorter than when it was announced.
+        if (got == 0)
+            return changed();
+        if (!call.write(m_buffer.constData(), got))
+            break;
+        at += got;
+        reportAt(offset + at);
+    }
+    return std::nullopt;
 }
 
 std::optional<TransferResult> RemoteUploadRun::hash(int fd, QByteArray* digest)
@@ -105,7 +202,8 @@ std::optional<TransferResult> RemoteUploadRun::announce(const QByteArray& digest
                            {QStringLiteral("size"), size},
                            {QStringLiteral("sha256"), QString::fromLatin1(digest)},
                            {QStringLiteral("publish"), true},
-                           {QStringLiteral("text"), m_job.text}};
+                           {QStringLiteral("text"), m_job.text},
+                           {QStringLiteral("folder"), m_folder}};
     RemoteCall call(m_network.post(m_endpoint.request(QStringLiteral("uploads")),
                                    QJsonDocument(body).toJson(QJsonDocument::Compact)));
     if (!call.wait(m_context.shouldStop))
@@ -138,7 +236,7 @@ std::optional<TransferResult> RemoteUploadRun::askOffset(qint64 size, qint64* of
     return std::nullopt;
 }
 
-TransferResult RemoteUploadRun::send(int fd, qint64 size, qint64 offset)
+TransferResult RemoteUploadRun::send(qint64 size, qint64 offset, const Source& source)
 {
     reportAt(offset);
     for (int cutOffs = 0;;) {
@@ -147,26 +245,9 @@ TransferResult RemoteUploadRun::send(int fd, qint64 size, qint64 offset)
         if (call.begin(
                 "PATCH", QStringLiteral("uploads/") + m_job.uploadId,
                 {{"Content-Type", "application/offset+octet-stream"}, {"Upload-Offset", QByteArray::number(offset)}},
-                length)) {
-            for (qint64 at = 0; at < length;) {
-                const ssize_t got =
-                    ::pread(fd, m_buffer.data(), size_t(std::min<qint64>(m_buffer.size(), length - at)), offset + at);
-                if (got < 0 && errno == EINTR)
-                    continue;
-                if (got < 0)
-                    return unreadable(m_job.filePath);
-                if (got == 0) {
-                    // Shorter than when it was announced.
-                    forgetUpload();
-                    return TransferResult::failed(
-                        ServiceError::make(ServiceError::FileChanged, QFileInfo(m_job.filePath).fileName()));
-                }
-                if (!call.write(m_buffer.constData(), got))
-                    break;
-                at += got;
-                reportAt(offset + at);
-            }
-        }
+                length))
+            if (auto ended = source(offset, length, call))
+                return *ended;
         if (call.state() == HttpStream::State::Open)
             call.readHead();
         if (call.state() == HttpStream::State::Stopped)
@@ -192,9 +273,7 @@ TransferResult RemoteUploadRun::send(int fd, qint64 size, qint64 offset)
         case 422:
             // The server's check of the whole found other bytes than were
             // announced: the file changed under the upload.
-            forgetUpload();
-            return TransferResult::failed(
-                ServiceError::make(ServiceError::FileChanged, QFileInfo(m_job.filePath).fileName()));
+            return changed();
         case 404:
             forgetUpload();
             break;

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "sdk/installs/FolderArchive.h"
 #include "sdk/net/RemoteEndpoint.h"
 #include "sdk/transfers/TransferRunner.h"
 
 #include <chrono>
+#include <functional>
 #include <optional>
 
+class HttpStream;
 class QNetworkAccessManager;
 
 // One run of an upload to the team server, on the queue's worker: the
@@ -16,7 +19,8 @@ class QNetworkAccessManager;
 // network access manager).
 // After a cut-off the server is asked for its offset and the upload goes
 // on from there; when the server can't be reached the run fails and a
-// retry resumes. A folder is refused for now.
+// retry resumes. A folder goes as one tar stream of its files, made anew
+// from the files for each attempt.
 class RemoteUploadRun
 {
 public:
@@ -31,10 +35,21 @@ public:
 
 private:
     // Each gives a result only when the upload ends there.
+    using Digest = std::function<std::optional<TransferResult>(QByteArray* digest)>;
+    // Writes the upload's bytes from offset on (length of them) into the call.
+    using Source = std::function<std::optional<TransferResult>(qint64 offset, qint64 length, HttpStream& call)>;
+
+    TransferResult runFolder();
+    TransferResult upload(qint64 size, const Digest& digest, const Source& source);
     std::optional<TransferResult> hash(int fd, QByteArray* digest);
     std::optional<TransferResult> announce(const QByteArray& digest, qint64 size);
     std::optional<TransferResult> askOffset(qint64 size, qint64* offset);
-    TransferResult send(int fd, qint64 size, qint64 offset);
+    TransferResult send(qint64 size, qint64 offset, const Source& source);
+    std::optional<TransferResult> sendFile(int fd, qint64 offset, qint64 length, HttpStream& call);
+    std::optional<TransferResult> folderEnded(FolderArchive::Outcome outcome, const FolderArchive& archive,
+                                              bool tooLong);
+    // The source is not what was announced: the upload starts over next time.
+    TransferResult changed();
     // Waits a moment before asking again; false when stopped meanwhile.
     bool pause();
     // Moves the reported progress to where the server is.
@@ -47,5 +62,6 @@ private:
     TransferJob m_job;
     const TransferRunner::Context& m_context;
     qint64 m_reported = 0;
+    bool m_folder = false;
     QByteArray m_buffer;
 };

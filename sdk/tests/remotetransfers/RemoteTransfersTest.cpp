@@ -16,7 +16,9 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QNetworkAccessManager>
+#include <QProcess>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QTcpServer>
 #include <QTemporaryDir>
 #include <QUrl>
@@ -284,30 +286,89 @@ TEST_F(RemoteTransfersTest, UploadStoppedHalfwayResumesFromTheServersOffsetAndDo
     EXPECT_EQ(QFileInfo(job->filePath).permissions() & (QFile::ReadOther | QFile::ReadGroup), 0);
 }
 
-TEST_F(RemoteTransfersTest, HostileNameFromAnotherMemberLandsInsideTheFolder)
+TEST_F(RemoteTransfersTest, HostileNamesFromAnotherMemberLandInsideTheFolder)
 {
-    // Ben's client is not ours: his upload names the file as it likes.
-    const QByteArray content = "#!/bin/sh\nrm -rf ~\n";
-    const QString hostile = QStringLiteral("../../.bashrc");
-    const auto created = cluster->call(port, "POST", QStringLiteral("/v1/uploads"), ben.token,
-                                       json({{"workspace", workspace},
-                                             {"fileName", hostile},
-                                             {"size", content.size()},
-                                             {"sha256", QString::fromLatin1(Sha256::of(content))}}));
-    ASSERT_EQ(created.status, 201);
-    const auto stored =
-        cluster->call(port, "PATCH", QStringLiteral("/v1/uploads/") + created.json.value("id").toString(), ben.token,
-                      content, {{"Upload-Offset", "0"}});
-    ASSERT_EQ(stored.status, 201);
-
+    // Ben's client is not ours: his uploads name the file, and the files in
+    // a folder, as it likes.
+    const auto uploadAsBen = [](const QString& fileName, const QByteArray& content, bool folder) {
+        const auto created = cluster->call(port, "POST", QStringLiteral("/v1/uploads"), ben.token,
+                                           json({{"workspace", workspace},
+                                                 {"fileName", fileName},
+                                                 {"size", content.size()},
+                                                 {"sha256", QString::fromLatin1(Sha256::of(content))},
+                                                 {"folder", folder}}));
+        return cluster
+            ->call(port, "PATCH", QStringLiteral("/v1/uploads/") + created.json.value("id").toString(), ben.token,
+                   content, {{"Upload-Offset", "0"}})
+            .json.value("revision")
+            .toString();
+    };
     const QString folder = home.filePath(QStringLiteral("downloads/Team"));
-    const auto [job, error] = resolve(ann, stored.json.value("revision").toString(), folder);
+    const auto [job, error] = resolve(ann, uploadAsBen(QStringLiteral("../../.bashrc"), "rm -rf ~\n", false), folder);
     ASSERT_TRUE(job) << said(error);
     const RunOutcome run = runJob(ann, home.path(), *job);
     ASSERT_EQ(run.result.outcome, TransferResult::Outcome::Completed) << said(run.result.error);
     EXPECT_EQ(QFileInfo(run.result.filePath).absolutePath(), folder);
     EXPECT_EQ(filesUnder(home.filePath(QStringLiteral("downloads"))).size(), 1);
     EXPECT_FALSE(QFileInfo::exists(home.filePath(QStringLiteral(".bashrc"))));
+
+    // A folder whose stream names a file outside it is refused whole.
+    const QString maker = home.filePath(QStringLiteral("maker/inner"));
+    ASSERT_TRUE(QDir().mkpath(maker));
+    QFile(home.filePath(QStringLiteral("maker/escape.txt"))).open(QIODevice::WriteOnly);
+    QProcess tar;
+    tar.setWorkingDirectory(maker);
+    tar.start(QStringLiteral("tar"), {QStringLiteral("-cPf"), QStringLiteral("-"), QStringLiteral("../escape.txt")});
+    ASSERT_TRUE(tar.waitForFinished());
+    const auto [folderJob, folderError] =
+        resolve(ann, uploadAsBen(QStringLiteral("Shots"), tar.readAll(), true), folder);
+    ASSERT_TRUE(folderJob) << said(folderError);
+    const RunOutcome refused = runJob(ann, home.path(), *folderJob);
+    ASSERT_EQ(refused.result.outcome, TransferResult::Outcome::Failed);
+    EXPECT_EQ(refused.result.error->code, ServiceError::ContentDamaged);
+    EXPECT_EQ(filesUnder(home.filePath(QStringLiteral("downloads"))).size(), 1);
+}
+
+// A folder goes up as one stream, resumed after a stop, and comes down to
+// another member as the same files; links and the like stay behind.
+TEST_F(RemoteTransfersTest, AFolderGoesUpResumedAndComesDownAsTheSameFiles)
+{
+    const QString source = home.filePath(QStringLiteral("Shoot"));
+    ASSERT_TRUE(QDir().mkpath(source + QStringLiteral("/raw/day 1")));
+    writeRandomFile(source + QStringLiteral("/raw/day 1/café.raw"), bigSize / 2);
+    writeRandomFile(source + QStringLiteral("/.notes"), 1000);
+    QFile(source + QStringLiteral("/empty")).open(QIODevice::WriteOnly);
+    QFile::link(source + QStringLiteral("/.notes"), source + QStringLiteral("/link"));
+    const QStringList files{QStringLiteral(".notes"), QStringLiteral("empty"), QStringLiteral("raw/day 1/café.raw")};
+
+    const RunOutcome stopped =
+        runJob(ann, home.path(), uploadJob(source), [](qint64 done) { return done >= bigSize / 4; });
+    ASSERT_EQ(stopped.result.outcome, TransferResult::Outcome::Stopped);
+    const RunOutcome uploaded = runJob(ann, home.path(), stopped.noted);
+    ASSERT_EQ(uploaded.result.outcome, TransferResult::Outcome::Completed) << said(uploaded.result.error);
+    EXPECT_GT(uploaded.firstReportedDone, 0) << "the second run goes on from the server's offset";
+    const auto revision =
+        cluster->call(port, "GET", QStringLiteral("/v1/revisions/") + uploaded.result.revisionId, ben.token).json;
+    EXPECT_TRUE(revision.value("folder").toBool());
+    EXPECT_EQ(revision.value("fileName").toString(), QStringLiteral("Shoot"));
+
+    const QString folder = home.filePath(QStringLiteral("ben"));
+    const auto [job, error] = resolve(ben, uploaded.result.revisionId, folder);
+    ASSERT_TRUE(job) << said(error);
+    runJob(ben, home.path(), *job, [](qint64 done) { return done >= bigSize / 4; });
+    const RunOutcome downloaded = runJob(ben, home.path(), *job);
+    ASSERT_EQ(downloaded.result.outcome, TransferResult::Outcome::Completed) << said(downloaded.result.error);
+    const QString copy = downloaded.result.filePath;
+    EXPECT_EQ(copy, folder + QStringLiteral("/Shoot"));
+    QStringList got = filesUnder(copy);
+    got.sort();
+    EXPECT_EQ(got, files);
+    for (const QString& file : files)
+        EXPECT_EQ(sha256Of(copy + QLatin1Char('/') + file), sha256Of(source + QLatin1Char('/') + file))
+            << file.toStdString();
+    EXPECT_EQ(filesUnder(folder),
+              QStringList(files).replaceInStrings(QRegularExpression(QStringLiteral("^")), QStringLiteral("Shoot/")))
+        << "nothing but the folder is left beside it";
 }
 
 TEST_F(RemoteTransfersTest, OutsidersAndOtherTokensGetAClearErrorAndNothingIsWritten)
@@ -348,11 +409,6 @@ TEST_F(RemoteTransfersTest, OutsidersAndOtherTokensGetAClearErrorAndNothingIsWri
     ASSERT_EQ(forgedRun.result.outcome, TransferResult::Outcome::Failed);
     EXPECT_EQ(forgedRun.result.error->code, 5);
     EXPECT_FALSE(QFileInfo::exists(folder));
-
-    // A folder is refused before anything is sent.
-    const RunOutcome folderUpload = runJob(ann, home.path(), uploadJob(home.path()));
-    ASSERT_EQ(folderUpload.result.outcome, TransferResult::Outcome::Failed);
-    EXPECT_EQ(folderUpload.result.error->code, ServiceError::FolderNotUploadable);
 }
 
 TEST_F(RemoteTransfersTest, ContentStreamStopsSendingWhenTheServerAnswersEarlyAndRefusesAnUntrustedServer)
