@@ -5,6 +5,7 @@
 
 #include "sdk/accounts/ConsolePrompt.h"
 #include "sdk/installs/Applications.h"
+#include "sdk/installs/FolderArchive.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -12,6 +13,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QNetworkReply>
+#include <QTemporaryFile>
 
 #include <memory>
 
@@ -141,29 +143,31 @@ int RemoteAdmin::run(QStringList arguments)
         return fail(QStringLiteral("name the administrator with --admin EMAIL or VELURIA_ADMIN_EMAIL"));
     // Every file is looked at before anyone is asked for a password.
     for (const QString& path : parsed->files) {
-        const QFileInfo file(path);
-        if (file.isDir())
-            return fail(
-                QStringLiteral("%1 is a folder; a server takes single files (an archive of it will do)").arg(path));
         QFile readable(path);
-        if (!readable.open(QIODevice::ReadOnly))
+        if (!QFileInfo(path).isDir() && !readable.open(QIODevice::ReadOnly))
             return fail(QStringLiteral("can't read %1: %2").arg(path, readable.errorString()));
     }
     if (!signIn(email.trimmed()))
         return 1;
 
     QJsonObject files;
+    QJsonArray folders;
     int status = 0;
     for (auto each = parsed->files.cbegin(); each != parsed->files.cend() && status == 0; ++each) {
-        QFile file(each.value());
-        if (!file.open(QIODevice::ReadOnly)) {
-            status = fail(QStringLiteral("can't read %1: %2").arg(each.value(), file.errorString()));
+        // A folder goes as the tar stream of its files, as the client sends one.
+        const bool folder = QFileInfo(each.value()).isDir();
+        std::unique_ptr<QFile> file = folder ? archived(each.value()) : std::make_unique<QFile>(each.value());
+        if (!file || !file->open(QIODevice::ReadOnly)) {
+            status =
+                fail(QStringLiteral("can't read %1: %2").arg(each.value(), file ? file->errorString() : m_failure));
             break;
         }
-        const Reply stored = send("POST", QStringLiteral("admin/blobs"), &file, file.size());
+        const Reply stored = send("POST", QStringLiteral("admin/blobs"), file.get(), file->size());
         if (stored.status != 201)
             status = fail(stored.failure);
         files.insert(each.key(), stored.json.value(QStringLiteral("sha256")));
+        if (folder)
+            folders.append(each.key());
     }
     QJsonObject options = parsed->options;
     // As the local tool, installers tells this machine's installs apart.
@@ -173,7 +177,8 @@ int RemoteAdmin::run(QStringList arguments)
         const Reply done = send("POST", QStringLiteral("admin/") + command,
                                 {{QStringLiteral("arguments"), QJsonArray::fromStringList(parsed->arguments)},
                                  {QStringLiteral("options"), options},
-                                 {QStringLiteral("files"), files}});
+                                 {QStringLiteral("files"), files},
+                                 {QStringLiteral("folders"), folders}});
         if (done.status == 200)
             m_out << done.json.value(QStringLiteral("output")).toString();
         else if (done.status == 400)
@@ -184,4 +189,22 @@ int RemoteAdmin::run(QStringList arguments)
     // The administrator's session ends with the command.
     send("DELETE", QStringLiteral("sessions/current"), QJsonObject());
     return status;
+}
+
+std::unique_ptr<QFile> RemoteAdmin::archived(const QString& folder)
+{
+    auto file = std::make_unique<QTemporaryFile>();
+    if (!file->open()) {
+        m_failure = file->errorString();
+        return nullptr;
+    }
+    FolderArchive archive(folder, [] { return false; });
+    const FolderArchive::Outcome outcome =
+        archive.write(0, [&](const char* data, qint64 size) { return file->write(data, size) == size; });
+    if (outcome != FolderArchive::Outcome::Done) {
+        m_failure = outcome == FolderArchive::Outcome::Refused ? file->errorString() : archive.failure();
+        return nullptr;
+    }
+    file->close();
+    return file;
 }

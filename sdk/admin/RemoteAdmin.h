@@ -2,10 +2,13 @@
 
 #include "sdk/net/RemoteEndpoint.h"
 
+#include <QFile>
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QStringList>
 #include <QTextStream>
+
+#include <memory>
 
 class QIODevice;
 
@@ -35,9 +38,13 @@ private:
     bool configure(QStringList& arguments);
     bool signIn(const QString& email);
     int fail(const QString& reason);
+    // The folder's tar stream in a private temporary file, or null (and
+    // m_failure) when it can't be made.
+    std::unique_ptr<QFile> archived(const QString& folder);
 
     QTextStream& m_out;
     QTextStream& m_err;
     RemoteEndpoint m_endpoint;
     QNetworkAccessManager m_network;
+    QString m_failure;
 };

@@ -167,6 +167,8 @@ void AdminApi::run(HttpConnection* c, const QString& command, const QString& use
         call.arguments.append(argument.toString());
     call.options = body.value(QStringLiteral("options")).toObject();
     call.files = body.value(QStringLiteral("files")).toObject();
+    for (const QJsonValue& key : body.value(QStringLiteral("folders")).toArray())
+        call.folders.append(key.toString());
     call.administratorId = userId;
     call.host = QUrl(QStringLiteral("https://") + QString::fromLatin1(c->request().header("host"))).host();
     call.store = &m_store;

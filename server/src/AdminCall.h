@@ -15,6 +15,8 @@ struct AdminCall
     QStringList arguments;
     QJsonObject options;
     QJsonObject files;
+    // The keys of files that are folders, sent as the tar stream of their files.
+    QStringList folders;
     QString administratorId;
     // The server's host name as the administrator reached it.
     QString host;

@@ -10,6 +10,7 @@
 #include "sdk/store/SafeName.h"
 #include "sdk/transfers/DownloadLink.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QSqlQuery>
 #include <QVariant>
@@ -93,8 +94,9 @@ AdminOutcome publish(const AdminCall& call)
     if (stored.isEmpty())
         return AdminOutcome::failed(QStringLiteral("can't read %1: it was not uploaded").arg(call.arguments.at(2)));
     const QFileInfo content(stored);
-    const Publications::Revision revision{SafeName::component(QFileInfo(call.arguments.at(2)).fileName()),
-                                          content.size(), content.fileName()};
+    const Publications::Revision revision{
+        SafeName::component(QFileInfo(QDir::cleanPath(call.arguments.at(2))).fileName()), content.size(),
+        content.fileName(), call.folders.contains(QStringLiteral("2"))};
     const QString revisionId = Publications::addRevision(by->workspace.id, by->account.id, revision, true,
                                                          call.option(QStringLiteral("text")));
     if (revisionId.isEmpty())

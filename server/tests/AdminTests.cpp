@@ -229,6 +229,9 @@ TEST_F(AdminTest, CommandsPrintOnTheServerWhatTheyPrintLocally)
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write("A poster, version one.\n");
     file.close();
+    const QString shots = local.path() + QStringLiteral("/shots");
+    QDir().mkpath(shots + QStringLiteral("/day 1"));
+    QFile::copy(poster, shots + QStringLiteral("/day 1/one.txt"));
 
     const QList<QStringList> commands{
         {"add-user", "ann@example.org", "pw ann", "--first", "Ann", "--last", "Lee"},
@@ -246,6 +249,7 @@ TEST_F(AdminTest, CommandsPrintOnTheServerWhatTheyPrintLocally)
         {"add-member", "Nowhere", "bob@example.org"},
         {"publish", "Posters", "bob@example.org", poster, "--text", "Have a look"},
         {"confirm", "bob@example.org"},
+        {"publish", "Posters", "bob@example.org", shots + QLatin1Char('/')},
         {"publish", "Posters", "bob@example.org", poster, "--text", "Have a look"},
         {"publish", "Posters", "carl@example.org", poster},
         {"comment", "Posters", "bob@example.org", "Looks good"},
@@ -305,6 +309,17 @@ TEST_F(AdminTest, CommandsPrintOnTheServerWhatTheyPrintLocally)
     ASSERT_EQ(members.size(), 2);
     EXPECT_TRUE(members[0]["hasAvatar"].toBool());
     EXPECT_FALSE(members[1]["hasAvatar"].toBool());
+    // A folder is published as a folder, under its own name.
+    const QJsonArray publications =
+        cluster->call(port, "GET", QStringLiteral("/v1/workspaces/%1/publications").arg(workspace), bob)
+            .json["publications"]
+            .toArray();
+    const auto shotsIn = std::find_if(publications.begin(), publications.end(), [](const QJsonValue& publication) {
+        return publication["revision"]["fileName"] == QLatin1String("shots");
+    });
+    ASSERT_NE(shotsIn, publications.end());
+    EXPECT_TRUE(
+        (*shotsIn).toObject().value(QStringLiteral("revision")).toObject().value(QStringLiteral("folder")).toBool());
 }
 
 TEST_F(AdminTest, ManifestIsServedOnlyWhileValid)
