@@ -44,9 +44,9 @@ vlr::OptionalError RemoteUserSession::uploadRefusal(const QUrl& fileURL, const Q
 {
     if (m_ended)
         return RemoteError::make(RemoteError::NotSignedIn);
-    if (!fileURL.isLocalFile() || !source.isFile())
+    if (!fileURL.isLocalFile() || !source.exists())
         return ServiceError::make(ServiceError::FileUnreadable,
-                                  QStringLiteral("\"%1\": No such file").arg(source.fileName()));
+                                  QStringLiteral("\"%1\": No such file or directory").arg(source.fileName()));
     if (!m_byId.contains(workspaceIdentifier))
         return ServiceError::make(ServiceError::WorkspaceNotFound);
     return std::nullopt;

@@ -117,7 +117,8 @@ void QueueingUserSession::clearCompletedTransfers()
 void QueueingUserSession::uploadAndPublishNewRevision(const QUrl& fileURL, const QString& workspaceId, bool,
                                                       const QString& publicationText, vlr::OptionalError* error)
 {
-    const QFileInfo source(fileURL.toLocalFile());
+    // A folder handed over as ".../Name/" is still called Name.
+    const QFileInfo source(QDir::cleanPath(fileURL.toLocalFile()));
     const vlr::OptionalError refusal = uploadRefusal(fileURL, source, workspaceId);
     if (error)
         *error = refusal;

@@ -324,21 +324,39 @@ TEST_F(RemoteSessionTest, AFileGoesUpOnTheUploadQueueAndComesBackThroughItsLink)
     ASSERT_TRUE(TestCluster::waitFor([&] { return delegate.heard.contains("Posters|ann@example.com|Draft"); }));
 
     QTemporaryDir target;
-    VLRTransferReportingPtr download;
-    vlr::OptionalError failure;
-    ann.session->downloadUrl(
-        QStringLiteral("veluria://download?workspace=%1&revision=%2").arg(posters, upload->job().revisionId),
-        QUrl::fromLocalFile(target.path()), [&](const VLRTransferReportingPtr& transfer, const vlr::OptionalError& e) {
-            download = transfer;
-            failure = e;
-        });
-    ASSERT_TRUE(TestCluster::waitFor([&] { return download || failure; }));
-    ASSERT_TRUE(download) << qPrintable(failure->localizedDescription);
-    ASSERT_TRUE(TestCluster::waitFor([&] { return download->isFinished(); }, 20000));
-    EXPECT_FALSE(download->error());
+    const auto downloadThroughItsLink = [&](const QueuedTransfer* upload) {
+        VLRTransferReportingPtr download;
+        vlr::OptionalError failure;
+        ann.session->downloadUrl(
+            QStringLiteral("veluria://download?workspace=%1&revision=%2").arg(posters, upload->job().revisionId),
+            QUrl::fromLocalFile(target.path()),
+            [&](const VLRTransferReportingPtr& transfer, const vlr::OptionalError& e) {
+                download = transfer;
+                failure = e;
+            });
+        EXPECT_TRUE(TestCluster::waitFor([&] { return download || failure; }));
+        EXPECT_TRUE(download && TestCluster::waitFor([&] { return download->isFinished(); }, 20000));
+        EXPECT_TRUE(download && !download->error());
+    };
+    downloadThroughItsLink(upload.get());
     QFile copy(target.filePath(QStringLiteral("poster.pdf")));
     ASSERT_TRUE(copy.open(QIODevice::ReadOnly));
     EXPECT_EQ(copy.readAll(), content);
+
+    // A folder, handed over as the file drop hands it (".../Drafts/"), goes
+    // up and comes back whole.
+    const QString drafts = folder->filePath(QStringLiteral("Drafts"));
+    ASSERT_TRUE(QDir().mkpath(drafts + QStringLiteral("/final")));
+    ASSERT_TRUE(QFile::copy(source, drafts + QStringLiteral("/final/poster.pdf")));
+    ann.session->uploadAndPublishNewRevision(QUrl::fromLocalFile(drafts + QLatin1Char('/')), posters, true,
+                                             QStringLiteral("All drafts"), &refusal);
+    ASSERT_FALSE(refusal) << qPrintable(refusal->localizedDescription);
+    ASSERT_TRUE(TestCluster::waitFor([&] { return finishedTransferOf(ann.session, drafts); }, 20000));
+    ASSERT_FALSE(finishedTransferOf(ann.session, drafts)->error());
+    downloadThroughItsLink(finishedTransferOf(ann.session, drafts));
+    QFile inFolder(target.filePath(QStringLiteral("Drafts/final/poster.pdf")));
+    ASSERT_TRUE(inFolder.open(QIODevice::ReadOnly));
+    EXPECT_EQ(inFolder.readAll(), content);
     ann.session->logoutWithCompletionHandler({});
 }
 
