@@ -138,6 +138,27 @@ Accounts::Check Accounts::userOf(const QByteArray& token, QString* userId) const
     return Check::Valid;
 }
 
+QString Accounts::sessionIdOf(const QByteArray& token)
+{
+    return QString::fromLatin1(hashOf(token).toHex());
+}
+
+std::optional<QSet<QString>> Accounts::standing(const QSet<QString>& sessionIds)
+{
+    QSqlQuery query(Database::connection());
+    query.prepare(
+        QStringLiteral("SELECT encode(token_hash, 'hex') FROM sessions WHERE token_hash IN (SELECT "
+                       "decode(id, 'hex') FROM unnest(?::text[]) AS id) AND NOT pending AND expires_at > now()"));
+    query.addBindValue(QLatin1Char('{') + QStringList(sessionIds.begin(), sessionIds.end()).join(QLatin1Char(','))
+                       + QLatin1Char('}'));
+    if (!query.exec())
+        return std::nullopt;
+    QSet<QString> found;
+    while (query.next())
+        found.insert(query.value(0).toString());
+    return found;
+}
+
 bool Accounts::addUser(const QString& email, const QString& password, bool secondFactor, QString* totpSecret,
                        QString* failure) const
 {

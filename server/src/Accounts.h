@@ -1,7 +1,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QSet>
 #include <QString>
+
+#include <optional>
 
 // Accounts and sessions in the database. A session is a random token that
 // the client holds; the database keeps only its SHA-256 and its expiry.
@@ -36,6 +39,11 @@ public:
 
     enum class Check { Valid, Unknown, Expired };
     Check userOf(const QByteArray& token, QString* userId) const;
+    // A session's name that may be kept in memory: its token's hash in hex.
+    static QString sessionIdOf(const QByteArray& token);
+    // Which of the sessions still stand (not ended, not expired); nothing
+    // when the database can't tell.
+    static std::optional<QSet<QString>> standing(const QSet<QString>& sessionIds);
 
     // For the command line: makes an account; with a second factor, its
     // secret comes back in base 32 for an authenticator app.

@@ -94,9 +94,9 @@ bool EventHub::recordForUser(const QString& userId, const QString& kind, const Q
     return insertEvent("user_id", userId, kind, data);
 }
 
-void EventHub::attach(HttpConnection* connection, const QString& userId, qint64 lastEventId)
+void EventHub::attach(HttpConnection* connection, const QString& userId, const QString& sessionId, qint64 lastEventId)
 {
-    streamsOfThisThread()->attach(connection, userId, lastEventId);
+    streamsOfThisThread()->attach(connection, userId, sessionId, lastEventId);
 }
 
 EventStreams* EventHub::streamsOfThisThread()

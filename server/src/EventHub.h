@@ -38,8 +38,9 @@ public:
     // The same for an event that only the user's own streams receive.
     static bool recordForUser(const QString& userId, const QString& kind, const QJsonObject& data);
 
-    // On the connection's own thread.
-    void attach(HttpConnection* connection, const QString& userId, qint64 lastEventId);
+    // On the connection's own thread. The stream lasts as long as the
+    // session it was opened with.
+    void attach(HttpConnection* connection, const QString& userId, const QString& sessionId, qint64 lastEventId);
 
 signals:
     void eventsArrived();

@@ -1,5 +1,6 @@
 #include "EventStreams.h"
 
+#include "Accounts.h"
 #include "Database.h"
 #include "HttpConnection.h"
 
@@ -20,7 +21,8 @@ EventStreams::EventStreams()
     connect(&m_retry, &QTimer::timeout, this, &EventStreams::deliverAll);
 }
 
-void EventStreams::attach(HttpConnection* connection, const QString& userId, qint64 lastEventId)
+void EventStreams::attach(HttpConnection* connection, const QString& userId, const QString& sessionId,
+                          qint64 lastEventId)
 {
     if (lastEventId < 0) {
         QSqlQuery newest(Database::connection());
@@ -28,15 +30,37 @@ void EventStreams::attach(HttpConnection* connection, const QString& userId, qin
         lastEventId = newest.next() ? newest.value(0).toLongLong() : 0;
     }
     connection->beginEventStream();
-    m_streams.append({connection, userId, lastEventId});
+    m_streams.append({connection, userId, sessionId, lastEventId});
     deliverAll();
 }
 
 void EventStreams::keepAlive()
 {
+    if (const auto sessions = standing())
+        closeEnded(*sessions);
     for (const Stream& stream : std::as_const(m_streams))
         if (stream.connection)
             stream.connection->sendKeepAlive();
+}
+
+std::optional<QSet<QString>> EventStreams::standing() const
+{
+    QSet<QString> sessions;
+    for (const Stream& stream : m_streams)
+        sessions.insert(stream.sessionId);
+    if (sessions.isEmpty())
+        return sessions;
+    return Database::available() ? Accounts::standing(sessions) : std::nullopt;
+}
+
+void EventStreams::closeEnded(const QSet<QString>& standing)
+{
+    m_streams.removeIf([&](const Stream& stream) {
+        if (!stream.connection || standing.contains(stream.sessionId))
+            return !stream.connection;
+        stream.connection->endEventStream();
+        return true;
+    });
 }
 
 void EventStreams::deliverAll()
@@ -50,7 +74,8 @@ void EventStreams::deliverAll()
         users.insert(stream.userId);
         from = qMin(from, stream.lastId);
     }
-    if (!Database::available()) {
+    const auto sessions = standing();
+    if (!sessions) {
         m_retry.start();
         return;
     }
@@ -76,8 +101,12 @@ void EventStreams::deliverAll()
         const qint64 id = query.value(0).toLongLong();
         const QString userId = query.value(4).toString();
         QByteArray data;
+        const QString kind = query.value(1).toString();
         for (Stream& stream : m_streams) {
             if (stream.userId != userId || stream.lastId >= id || !stream.connection)
+                continue;
+            // An ended session hears why it ended, and nothing else.
+            if (!sessions->contains(stream.sessionId) && kind != QLatin1String("password"))
                 continue;
             if (data.isEmpty()) {
                 QJsonObject object = QJsonDocument::fromJson(query.value(3).toString().toUtf8()).object();
@@ -86,7 +115,8 @@ void EventStreams::deliverAll()
                 data = QJsonDocument(object).toJson(QJsonDocument::Compact);
             }
             stream.lastId = id;
-            stream.connection->sendEvent(id, query.value(1).toString().toUtf8(), data);
+            stream.connection->sendEvent(id, kind.toUtf8(), data);
         }
     }
+    closeEnded(*sessions);
 }

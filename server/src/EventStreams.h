@@ -3,13 +3,18 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QTimer>
+
+#include <optional>
 
 class HttpConnection;
 
 // The event streams held by one connection thread. Told that events
 // arrived, it reads them once for all its streams' users and writes each
-// stream what belongs to it.
+// stream what belongs to it. A stream whose session ended (signed out,
+// expired, or ended by a new password) is closed at the next delivery or
+// keep-alive, having got nothing more than the news of a new password.
 class EventStreams : public QObject
 {
     Q_OBJECT
@@ -17,7 +22,7 @@ class EventStreams : public QObject
 public:
     EventStreams();
 
-    void attach(HttpConnection* connection, const QString& userId, qint64 lastEventId);
+    void attach(HttpConnection* connection, const QString& userId, const QString& sessionId, qint64 lastEventId);
     void deliverAll();
     void keepAlive();
 
@@ -26,8 +31,14 @@ private:
     {
         QPointer<HttpConnection> connection;
         QString userId;
+        QString sessionId;
         qint64 lastId;
     };
+
+    // The sessions of the streams that still stand; nothing when the
+    // database can't tell.
+    std::optional<QSet<QString>> standing() const;
+    void closeEnded(const QSet<QString>& standing);
 
     QList<Stream> m_streams;
     // The thread's own database connection may come back later than the

@@ -373,6 +373,11 @@ void HttpConnection::sendKeepAlive()
     m_socket->write(": ping\n\n");
 }
 
+void HttpConnection::endEventStream()
+{
+    m_socket->disconnectFromHost();
+}
+
 bool HttpConnection::backlogged()
 {
     qint64 waiting = m_socket->bytesToWrite();

@@ -54,6 +54,8 @@ public:
     void beginEventStream();
     void sendEvent(qint64 id, const QByteArray& kind, const QByteArray& data);
     void sendKeepAlive();
+    // Ends the stream after what was written.
+    void endEventStream();
     bool isEventStream() const { return m_eventStream; }
 
 signals:

@@ -148,5 +148,5 @@ void Server::events(HttpConnection* c)
         return;
     bool given = false;
     const qint64 last = c->request().header("last-event-id").toLongLong(&given);
-    m_hub.attach(c, userId, given && last >= 0 ? last : -1);
+    m_hub.attach(c, userId, Accounts::sessionIdOf(c->request().bearerToken()), given && last >= 0 ? last : -1);
 }

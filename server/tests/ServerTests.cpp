@@ -249,6 +249,19 @@ TEST_F(ServerTest, PublicationReachesMemberThroughAnotherProcess)
     again->abort();
     again->deleteLater();
     EXPECT_FALSE(received.contains("after removal"));
+
+    // A stream lasts no longer than its session: signed out, it gets nothing
+    // more and ends.
+    const QByteArray annElsewhere = cluster->signIn(other, "ann@example.org", "pw ann");
+    QByteArray heard;
+    QNetworkReply* ending = cluster->openEvents(other, annElsewhere);
+    QObject::connect(ending, &QNetworkReply::readyRead, [&] { heard += ending->readAll(); });
+    ASSERT_TRUE(TestCluster::waitFor([&] { return heard.contains(": connected"); }));
+    ASSERT_EQ(cluster->call(other, "DELETE", "/v1/sessions/current", annElsewhere).status, 204);
+    publish(workspace, QStringLiteral("after sign-out"));
+    EXPECT_TRUE(TestCluster::waitFor([&] { return ending->isFinished(); }));
+    EXPECT_FALSE(heard.contains("after sign-out"));
+    ending->deleteLater();
 }
 
 } // namespace
