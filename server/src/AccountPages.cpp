@@ -127,7 +127,7 @@ void AccountPages::signIn(HttpConnection* c)
     const QString email = field(form, QStringLiteral("email")).trimmed();
     const QString password = field(form, QStringLiteral("password"));
     const QString next = nextOf(form);
-    const QString address = c->peerAddress().toString();
+    const QString address = c->clientAddress();
     if (const int wait = SignInLimit::retryAfter(address, email))
         return signInForm(c, session, next,
                           QStringLiteral("Too many failed sign-ins for this account or from this address. Please try "
@@ -183,7 +183,7 @@ void AccountPages::verifyCode(HttpConnection* c)
         return signInFirst(c, nextOf(form));
     // Wrong codes count like wrong passwords: six digits are quickly guessed otherwise.
     const QString email = accountOf(session.pendingUserId).email;
-    const QString address = c->peerAddress().toString();
+    const QString address = c->clientAddress();
     if (SignInLimit::retryAfter(address, email) > 0) {
         m_sessions.end(session);
         return signInFirst(c, nextOf(form));

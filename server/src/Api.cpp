@@ -103,7 +103,7 @@ void Api::signIn(HttpConnection* c)
         return;
     const QString email = body.value(QStringLiteral("email")).toString();
     const QString password = body.value(QStringLiteral("password")).toString();
-    const QString address = c->peerAddress().toString();
+    const QString address = c->clientAddress();
     if (const int wait = SignInLimit::retryAfter(address, email))
         return tooManyFailures(c, wait);
     Accounts::Candidate account;
@@ -147,7 +147,7 @@ void Api::verify(HttpConnection* c)
         return;
     // Wrong codes count against the address like wrong passwords: six
     // digits must not be guessed by trying them all.
-    const QString address = c->peerAddress().toString();
+    const QString address = c->clientAddress();
     if (const int wait = SignInLimit::retryAfter(address, {}))
         return tooManyFailures(c, wait);
     QByteArray token;

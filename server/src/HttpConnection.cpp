@@ -282,9 +282,28 @@ void HttpConnection::respondError(int status, int code, const QString& message,
             headers);
 }
 
-QHostAddress HttpConnection::peerAddress() const
+QString HttpConnection::clientAddress() const
 {
-    return m_socket->peerAddress();
+    const auto plain = [](const QHostAddress& address) {
+        bool mapped = false;
+        const quint32 v4 = address.toIPv4Address(&mapped);
+        return mapped ? QHostAddress(v4) : address;
+    };
+    const auto trusted = [&](const QHostAddress& address) {
+        return std::any_of(m_trustedProxies.begin(), m_trustedProxies.end(),
+                           [&](const Subnet& subnet) { return address.isInSubnet(subnet); });
+    };
+    QHostAddress address = plain(m_socket->peerAddress());
+    // Each proxy appends whom it heard from: read from the right, past the
+    // trusted ones. What a client wrote itself further left is not believed.
+    const QList<QByteArray> hops = m_request.header("x-forwarded-for").split(',');
+    for (auto hop = hops.crbegin(); hop != hops.crend() && trusted(address); ++hop) {
+        const QHostAddress forwarded(QString::fromLatin1(hop->trimmed()));
+        if (forwarded.isNull())
+            break;
+        address = plain(forwarded);
+    }
+    return address.toString();
 }
 
 void HttpConnection::fail(int status, const QString& message)

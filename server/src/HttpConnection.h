@@ -36,7 +36,12 @@ public:
     explicit HttpConnection(QTcpSocket* socket, QObject* parent = nullptr);
 
     const HttpRequest& request() const { return m_request; }
-    QHostAddress peerAddress() const;
+    // Who is asking: the peer, or when the peer is one of the trusted
+    // proxies (a load balancer), the nearest address in X-Forwarded-For
+    // that is not one of them.
+    QString clientAddress() const;
+    using Subnet = std::pair<QHostAddress, int>;
+    void setTrustedProxies(const QList<Subnet>& proxies) { m_trustedProxies = proxies; }
 
     // Called from headersReceived: the body goes into this file, not memory.
     void streamBodyInto(QFile* sink);
@@ -90,6 +95,7 @@ private:
     std::unique_ptr<QFile> m_source;
     qint64 m_sourceLeft = 0;
     QByteArray m_chunk;
+    QList<Subnet> m_trustedProxies;
     bool m_eventStream = false;
     bool m_keepAlive = true;
     // Answered before its body came: the rest of the body is read and dropped.

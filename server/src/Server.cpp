@@ -101,6 +101,7 @@ bool Server::start(QString* failure)
 
 void Server::serve(HttpConnection* c)
 {
+    c->setTrustedProxies(m_config.trustedProxies);
     // Direct: the handlers run on the connection's thread, not the server's.
     connect(c, &HttpConnection::headersReceived, this, &Server::headersReceived, Qt::DirectConnection);
     connect(c, &HttpConnection::requestReceived, this, &Server::requestReceived, Qt::DirectConnection);

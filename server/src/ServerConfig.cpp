@@ -50,6 +50,19 @@ bool ServerConfig::load(const QString& path, ServerConfig* config, QString* fail
         *failure = QStringLiteral("server/uploadTimeout must be a positive number of seconds.");
         return false;
     }
+    // Load balancers whose X-Forwarded-For is believed: addresses or subnets.
+    for (const QString& entry : ini.value(QStringLiteral("server/trustedProxies")).toStringList()) {
+        const QString text = entry.trimmed();
+        const QHostAddress single(text);
+        const auto subnet = text.contains(QLatin1Char('/'))
+            ? QHostAddress::parseSubnet(text)
+            : std::pair(single, single.protocol() == QAbstractSocket::IPv6Protocol ? 128 : 32);
+        if (subnet.first.isNull()) {
+            *failure = QStringLiteral("server/trustedProxies: \"%1\" is not an address or a subnet.").arg(text);
+            return false;
+        }
+        c.trustedProxies.append(subnet);
+    }
     if (c.storePath.isEmpty()) {
         *failure = QStringLiteral("server/store, the folder of file contents, is missing.");
         return false;

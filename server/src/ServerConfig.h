@@ -21,6 +21,8 @@ struct ServerConfig
     int threads = 0;
     // An upload that gets no byte this long is removed with its bytes.
     qint64 uploadTimeoutSeconds = 24 * 3600;
+    // Proxies in front of the server (address, prefix length).
+    QList<std::pair<QHostAddress, int>> trustedProxies;
 
     QString databaseHost;
     int databasePort = 5432;

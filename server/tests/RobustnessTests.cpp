@@ -84,6 +84,22 @@ TEST_F(RobustnessTest, FailedSignInsAreLimitedAcrossProcesses)
     EXPECT_GT(limited.header("Retry-After").toInt(), 0);
     EXPECT_EQ(attempt(second, "target@example.org", "the right one").status, 429);
     EXPECT_EQ(attempt(second, "other@example.org", "pw other").status, 201);
+
+    // Behind a trusted load balancer each client is counted on its own;
+    // anybody else's X-Forwarded-For is not believed.
+    const quint16 balanced = cluster.startServer(
+        {{QStringLiteral("trustedProxies"), QStringList{QStringLiteral("10.0.0.0/8"), QStringLiteral("127.0.0.1")}}});
+    const auto from = [&](quint16 port, const QByteArray& client, const QString& email, const char* password) {
+        return cluster
+            .call(port, "POST", "/v1/sessions", {}, json({{"email", email}, {"password", password}}),
+                  {{"X-Forwarded-For", client + ", 10.1.2.3"}})
+            .status;
+    };
+    for (int i = 0; i < 30; ++i)
+        from(balanced, "203.0.113.7", QStringLiteral("nobody%1@example.org").arg(i), "guess");
+    EXPECT_EQ(from(balanced, "203.0.113.7", QStringLiteral("other@example.org"), "pw other"), 429);
+    EXPECT_EQ(from(balanced, "203.0.113.8", QStringLiteral("other@example.org"), "pw other"), 201);
+    EXPECT_EQ(from(first, "203.0.113.8", QStringLiteral("other@example.org"), "pw other"), 201);
 }
 
 TEST_F(RobustnessTest, AbandonedUploadIsRemovedAndActiveOneKept)
