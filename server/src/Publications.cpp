@@ -85,8 +85,10 @@ QString Publications::addRevision(const QString& workspaceId, const QString& use
         return finish(db, {});
     if (!finishedUpload.isEmpty()) {
         QSqlQuery finished(db);
-        finished.prepare(QStringLiteral("UPDATE uploads SET revision_id = ?, finished_at = now() WHERE id = ?"));
+        finished.prepare(
+            QStringLiteral("UPDATE uploads SET revision_id = ?, sha256 = ?, finished_at = now() WHERE id = ?"));
         finished.addBindValue(revisionId);
+        finished.addBindValue(revision.sha256);
         finished.addBindValue(finishedUpload);
         if (!finished.exec())
             return finish(db, {});

@@ -28,6 +28,8 @@ struct TransferApi::Upload
     QString text;
     // Set once the upload made its revision.
     QString revisionId;
+    // What the server hashed of all the bytes, while the client's digest is awaited.
+    QByteArray receivedSha256;
 };
 
 namespace {
@@ -54,10 +56,11 @@ bool TransferApi::loadUpload(HttpConnection* c, const QString& segment, const QS
 {
     const QString id = uuidOf(segment);
     QSqlQuery query(Database::connection());
-    query.prepare(QStringLiteral("SELECT u.workspace_id, u.file_name, u.size, u.sha256, u.publish, "
-                                 "u.publication_text, u.revision_id, u.folder FROM uploads u JOIN members m ON "
-                                 "m.workspace_id = u.workspace_id "
-                                 "AND m.user_id = u.user_id WHERE u.id = ? AND u.user_id = ?"));
+    query.prepare(QStringLiteral(
+        "SELECT u.workspace_id, u.file_name, u.size, u.sha256, u.publish, "
+        "u.publication_text, u.revision_id, u.folder, u.received_sha256 FROM uploads u JOIN members m ON "
+        "m.workspace_id = u.workspace_id "
+        "AND m.user_id = u.user_id WHERE u.id = ? AND u.user_id = ?"));
     query.addBindValue(id);
     query.addBindValue(userId);
     if (id.isEmpty() || !query.exec() || !query.next()) {
@@ -70,7 +73,8 @@ bool TransferApi::loadUpload(HttpConnection* c, const QString& segment, const QS
         {query.value(1).toString(), query.value(2).toLongLong(), query.value(3).toString(), query.value(7).toBool()},
         query.value(4).toBool(),
         query.value(5).toString(),
-        query.value(6).toString()};
+        query.value(6).toString(),
+        query.value(8).toString().toLatin1()};
     return true;
 }
 
@@ -81,7 +85,9 @@ qint64 TransferApi::received(const Upload& upload) const
     const QFileInfo partial(m_store.uploadPath(upload.id));
     if (partial.exists())
         return partial.size();
-    if (!upload.revisionId.isEmpty() || QFileInfo::exists(m_store.contentPath(upload.revision.sha256)))
+    if (!upload.revisionId.isEmpty()
+        || (BlobStore::isDigest(upload.revision.sha256)
+            && QFileInfo::exists(m_store.contentPath(upload.revision.sha256))))
         return upload.revision.size;
     return 0;
 }
@@ -169,9 +175,10 @@ void TransferApi::createUpload(HttpConnection* c, const QString& userId)
     const QString sha256 = body.value(QStringLiteral("sha256")).toString();
     if (workspaceId.isEmpty() || roleOf(workspaceId, userId) == 0)
         return c->respondError(404, 404, QStringLiteral("There is no such workspace, or you are not a member of it."));
-    if (!acceptableName(fileName) || size < 0 || !BlobStore::isDigest(sha256))
-        return c->respondError(
-            422, 422, QStringLiteral("An upload needs a file name, its size and its SHA-256 in lower-case hex."));
+    if (!acceptableName(fileName) || size < 0 || (!sha256.isEmpty() && !BlobStore::isDigest(sha256)))
+        return c->respondError(422, 422,
+                               QStringLiteral("An upload needs a file name, its size, and its SHA-256 in lower-case "
+                                              "hex now or with its last bytes."));
     if (!m_store.hasRoomFor(size))
         return c->respondError(507, 507, QStringLiteral("The server's store has no room for this file at the moment."));
     QSqlQuery insert(Database::connection());
@@ -182,7 +189,7 @@ void TransferApi::createUpload(HttpConnection* c, const QString& userId)
     insert.addBindValue(workspaceId);
     insert.addBindValue(fileName);
     insert.addBindValue(size);
-    insert.addBindValue(sha256);
+    insert.addBindValue(sha256.isEmpty() ? QVariant(QMetaType(QMetaType::QString)) : QVariant(sha256));
     insert.addBindValue(body.value(QStringLiteral("publish")).toBool(true));
     insert.addBindValue(body.value(QStringLiteral("text")).toString());
     insert.addBindValue(body.value(QStringLiteral("folder")).toBool(false));
@@ -231,6 +238,8 @@ void TransferApi::finishPatch(HttpConnection* c, const QString& userId, const QS
     const qint64 offset = received(upload);
     if (offset < upload.revision.size)
         return c->respond(204, {}, {{"Upload-Offset", QByteArray::number(offset)}});
+    if (!settleDigest(c, &upload, &digest))
+        return;
 
     QString failure;
     const bool waiting = QFileInfo::exists(m_store.uploadPath(upload.id));
@@ -250,6 +259,31 @@ void TransferApi::finishPatch(HttpConnection* c, const QString& userId, const QS
     if (revisionId.isEmpty())
         return c->respondError(500, 500, QStringLiteral("The server's database failed; the upload is kept."));
     c->respondJson(201, {{QStringLiteral("revision"), revisionId}, {QStringLiteral("sha256"), upload.revision.sha256}});
+}
+
+// An upload announced without its SHA-256 ends with a PATCH that names it:
+// until then all its bytes wait, with what the server hashed of them.
+bool TransferApi::settleDigest(HttpConnection* c, Upload* upload, QByteArray* digest)
+{
+    if (!upload->revision.sha256.isEmpty())
+        return true;
+    const QByteArray named = c->request().header("upload-digest");
+    const QString sha256 = named.startsWith("sha-256=") ? QString::fromLatin1(named.mid(8)) : QString();
+    if (BlobStore::isDigest(sha256)) {
+        upload->revision.sha256 = sha256;
+        if (digest->isEmpty())
+            *digest = upload->receivedSha256;
+        return true;
+    }
+    if (!digest->isEmpty()) {
+        QSqlQuery keep(Database::connection());
+        keep.prepare(QStringLiteral("UPDATE uploads SET received_sha256 = ? WHERE id = ?"));
+        keep.addBindValue(QString::fromLatin1(*digest));
+        keep.addBindValue(upload->id);
+        keep.exec();
+    }
+    c->respond(204, {}, {{"Upload-Offset", QByteArray::number(upload->revision.size)}});
+    return false;
 }
 
 void TransferApi::describeRevision(HttpConnection* c, const QString& userId, const QString& segment)

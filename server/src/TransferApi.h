@@ -29,6 +29,7 @@ public:
 private:
     struct Upload;
     qint64 received(const Upload& upload) const;
+    bool settleDigest(HttpConnection* c, Upload* upload, QByteArray* digest);
     bool loadUpload(HttpConnection* c, const QString& segment, const QString& userId, Upload* upload);
     void createUpload(HttpConnection* c, const QString& userId);
     void reportOffset(HttpConnection* c, const QString& userId, const QString& segment);

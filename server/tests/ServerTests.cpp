@@ -181,6 +181,16 @@ TEST_F(ServerTest, UploadResumesAfterCutOffAndIsChecked)
     const QString liarPath = "/v1/uploads/" + liar.json["id"].toString();
     EXPECT_EQ(cluster->call(port, "PATCH", liarPath, token, "abcd", {{"Upload-Offset", "0"}}).status, 422);
     EXPECT_EQ(cluster->call(port, "HEAD", liarPath, token).status, 404);
+    // Named at the end instead, the digest is checked against the bytes kept.
+    const auto late = cluster->call(port, "POST", "/v1/uploads", token,
+                                    json({{"workspace", workspace}, {"fileName", "c.bin"}, {"size", 4}}));
+    const QString latePath = "/v1/uploads/" + late.json["id"].toString();
+    EXPECT_EQ(cluster->call(port, "PATCH", latePath, token, "abcd", {{"Upload-Offset", "0"}}).status, 204);
+    EXPECT_EQ(cluster
+                  ->call(port, "PATCH", latePath, token, {},
+                         {{"Upload-Offset", "4"}, {"Upload-Digest", "sha-256=" + QByteArray(64, 'a')}})
+                  .status,
+              422);
 
     // The end asked for again, as by a client whose answer was lost, gives
     // the same revision and makes no second one.

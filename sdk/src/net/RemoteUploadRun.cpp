@@ -61,9 +61,41 @@ TransferResult RemoteUploadRun::run()
         return unreadable(m_job.filePath);
     const qint64 size = status.st_size;
     m_context.sized(size);
-    return upload(
-        size, [&](QByteArray* digest) { return hash(fd, digest); },
-        [&](qint64 offset, qint64 length, HttpStream& call) { return sendFile(fd, offset, length, call); });
+    // A file is hashed as it is sent, and its digest named once all its
+    // bytes are there: it is read once rather than twice.
+    m_lateDigest = [this, fd, size, named = QByteArray()]() mutable -> std::optional<QByteArray> {
+        if (named.isEmpty()) {
+            if (!hashUpTo(fd, size))
+                return std::nullopt;
+            named = m_running.hexDigest();
+        }
+        return named;
+    };
+    return upload(size, QByteArray(),
+                  [&](qint64 offset, qint64 length, HttpStream& call) { return sendFile(fd, offset, length, call); });
+}
+
+// The running hash covers the file up to the offset, read again from the
+// start when a resume goes back before what it covers.
+bool RemoteUploadRun::hashUpTo(int fd, qint64 offset)
+{
+    if (offset < m_hashedUpTo) {
+        m_running.hexDigest();
+        m_hashedUpTo = 0;
+    }
+    while (m_hashedUpTo < offset) {
+        if (m_context.shouldStop())
+            return false;
+        const ssize_t got = ::pread(fd, m_buffer.data(),
+                                    size_t(std::min<qint64>(m_buffer.size(), offset - m_hashedUpTo)), m_hashedUpTo);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            return false;
+        m_running.add(m_buffer.constData(), got);
+        m_hashedUpTo += got;
+    }
+    return true;
 }
 
 // A folder goes as the tar stream of its files, measured and hashed first:
@@ -85,28 +117,22 @@ TransferResult RemoteUploadRun::runFolder()
                      : TransferResult::failed(ServiceError::make(ServiceError::FileUnreadable, archive.failure()));
     }
     m_context.sized(size);
-    const QByteArray digest = sha.hexDigest();
-    return upload(
-        size,
-        [&](QByteArray* announced) {
-            *announced = digest;
-            return std::optional<TransferResult>();
-        },
-        [&](qint64 offset, qint64 length, HttpStream& call) -> std::optional<TransferResult> {
-            qint64 sent = 0;
-            bool tooLong = false;
-            const FolderArchive::Outcome outcome = archive.write(offset, [&](const char* data, qint64 count) {
-                tooLong = sent + count > length;
-                if (tooLong || !call.write(data, count))
-                    return false;
-                sent += count;
-                reportAt(offset + sent);
-                return true;
-            });
-            if (outcome == FolderArchive::Outcome::Done && sent < length)
-                return changed();
-            return folderEnded(outcome, archive, tooLong);
-        });
+    return upload(size, sha.hexDigest(),
+                  [&](qint64 offset, qint64 length, HttpStream& call) -> std::optional<TransferResult> {
+                      qint64 sent = 0;
+                      bool tooLong = false;
+                      const FolderArchive::Outcome outcome = archive.write(offset, [&](const char* data, qint64 count) {
+                          tooLong = sent + count > length;
+                          if (tooLong || !call.write(data, count))
+                              return false;
+                          sent += count;
+                          reportAt(offset + sent);
+                          return true;
+                      });
+                      if (outcome == FolderArchive::Outcome::Done && sent < length)
+                          return changed();
+                      return folderEnded(outcome, archive, tooLong);
+                  });
 }
 
 std::optional<TransferResult> RemoteUploadRun::folderEnded(FolderArchive::Outcome outcome, const FolderArchive& archive,
@@ -137,17 +163,14 @@ TransferResult RemoteUploadRun::changed()
     return TransferResult::failed(ServiceError::make(ServiceError::FileChanged, QFileInfo(m_job.filePath).fileName()));
 }
 
-TransferResult RemoteUploadRun::upload(qint64 size, const Digest& digest, const Source& source)
+TransferResult RemoteUploadRun::upload(qint64 size, const QByteArray& digest, const Source& source)
 {
     qint64 offset = 0;
     if (!m_job.uploadId.isEmpty())
         if (auto ended = askOffset(size, &offset))
             return *ended;
     if (m_job.uploadId.isEmpty()) {
-        QByteArray announced;
-        if (auto ended = digest(&announced))
-            return *ended;
-        if (auto ended = announce(announced, size))
+        if (auto ended = announce(digest, size))
             return *ended;
         offset = 0;
     }
@@ -156,6 +179,8 @@ TransferResult RemoteUploadRun::upload(qint64 size, const Digest& digest, const 
 
 std::optional<TransferResult> RemoteUploadRun::sendFile(int fd, qint64 offset, qint64 length, HttpStream& call)
 {
+    if (length > 0 && !hashUpTo(fd, offset))
+        return m_context.shouldStop() ? TransferResult::stopped() : unreadable(m_job.filePath);
     for (qint64 at = 0; at < length;) {
         const ssize_t got =
             ::pread(fd, m_buffer.data(), size_t(std::min<qint64>(m_buffer.size(), length - at)), offset + at);
@@ -168,42 +193,25 @@ std::optional<TransferResult> RemoteUploadRun::sendFile(int fd, qint64 offset, q
             return changed();
         if (!call.write(m_buffer.constData(), got))
             break;
+        m_running.add(m_buffer.constData(), got);
+        m_hashedUpTo += got;
         at += got;
         reportAt(offset + at);
     }
     return std::nullopt;
 }
 
-std::optional<TransferResult> RemoteUploadRun::hash(int fd, QByteArray* digest)
-{
-    Sha256 sha;
-    QByteArray& buffer = m_buffer;
-    for (qint64 at = 0;;) {
-        if (m_context.shouldStop())
-            return TransferResult::stopped();
-        const ssize_t got = ::pread(fd, buffer.data(), size_t(buffer.size()), off_t(at));
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0)
-            return unreadable(m_job.filePath);
-        if (got == 0)
-            break;
-        sha.add(buffer.constData(), got);
-        at += got;
-    }
-    *digest = sha.hexDigest();
-    return std::nullopt;
-}
-
 std::optional<TransferResult> RemoteUploadRun::announce(const QByteArray& digest, qint64 size)
 {
-    const QJsonObject body{{QStringLiteral("workspace"), m_job.workspaceId},
-                           {QStringLiteral("fileName"), SafeName::component(QFileInfo(m_job.filePath).fileName())},
-                           {QStringLiteral("size"), size},
-                           {QStringLiteral("sha256"), QString::fromLatin1(digest)},
-                           {QStringLiteral("publish"), true},
-                           {QStringLiteral("text"), m_job.text},
-                           {QStringLiteral("folder"), m_folder}};
+    QJsonObject body{{QStringLiteral("workspace"), m_job.workspaceId},
+                     {QStringLiteral("fileName"), SafeName::component(QFileInfo(m_job.filePath).fileName())},
+                     {QStringLiteral("size"), size},
+                     {QStringLiteral("publish"), true},
+                     {QStringLiteral("text"), m_job.text},
+                     {QStringLiteral("folder"), m_folder}};
+    // A file's digest is named with its last bytes instead.
+    if (!digest.isEmpty())
+        body.insert(QStringLiteral("sha256"), QString::fromLatin1(digest));
     RemoteCall call(m_network.post(m_endpoint.request(QStringLiteral("uploads")),
                                    QJsonDocument(body).toJson(QJsonDocument::Compact)));
     if (!call.wait(m_context.shouldStop))
@@ -242,10 +250,15 @@ TransferResult RemoteUploadRun::send(qint64 size, qint64 offset, const Source& s
     for (int cutOffs = 0;;) {
         const qint64 length = size - offset;
         HttpStream call(m_endpoint, m_context.shouldStop, m_idleTimeoutMs);
-        if (call.begin(
-                "PATCH", QStringLiteral("uploads/") + m_job.uploadId,
-                {{"Content-Type", "application/offset+octet-stream"}, {"Upload-Offset", QByteArray::number(offset)}},
-                length))
+        QList<std::pair<QByteArray, QByteArray>> headers{{"Content-Type", "application/offset+octet-stream"},
+                                                         {"Upload-Offset", QByteArray::number(offset)}};
+        if (length == 0 && m_lateDigest) {
+            const std::optional<QByteArray> digest = m_lateDigest();
+            if (!digest)
+                return m_context.shouldStop() ? TransferResult::stopped() : unreadable(m_job.filePath);
+            headers.append({"Upload-Digest", "sha-256=" + *digest});
+        }
+        if (call.begin("PATCH", QStringLiteral("uploads/") + m_job.uploadId, headers, length))
             if (auto ended = source(offset, length, call))
                 return *ended;
         if (call.state() == HttpStream::State::Open)

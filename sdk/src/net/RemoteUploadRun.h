@@ -2,6 +2,7 @@
 
 #include "sdk/installs/FolderArchive.h"
 #include "sdk/net/RemoteEndpoint.h"
+#include "sdk/store/Sha256.h"
 #include "sdk/transfers/TransferRunner.h"
 
 #include <chrono>
@@ -11,12 +12,13 @@
 class HttpStream;
 class QNetworkAccessManager;
 
-// One run of an upload to the team server, on the queue's worker: the
-// file's SHA-256 first, then an upload announced to the server (its id is
-// noted with the job, so that even a restart of the client goes on with
-// it), then the rest of the bytes in one PATCH body read straight from the file
-// into a content stream of their own (the small calls go through the
-// network access manager).
+// One run of an upload to the team server, on the queue's worker: an
+// upload announced to the server (its id is noted with the job, so that
+// even a restart of the client goes on with it), then the rest of the bytes
+// in one PATCH body read straight from the file into a content stream of
+// their own (the small calls go through the network access manager),
+// hashed on the way; a last, empty PATCH names the SHA-256 that the server
+// checks before it keeps the file.
 // After a cut-off the server is asked for its offset and the upload goes
 // on from there; when the server can't be reached the run fails and a
 // retry resumes. A folder goes as one tar stream of its files, made anew
@@ -35,17 +37,18 @@ public:
 
 private:
     // Each gives a result only when the upload ends there.
-    using Digest = std::function<std::optional<TransferResult>(QByteArray* digest)>;
     // Writes the upload's bytes from offset on (length of them) into the call.
     using Source = std::function<std::optional<TransferResult>(qint64 offset, qint64 length, HttpStream& call)>;
 
     TransferResult runFolder();
-    TransferResult upload(qint64 size, const Digest& digest, const Source& source);
-    std::optional<TransferResult> hash(int fd, QByteArray* digest);
+    // Announces the upload (the digest empty when it is named at the end)
+    // unless one is under way, then sends what the server lacks.
+    TransferResult upload(qint64 size, const QByteArray& digest, const Source& source);
     std::optional<TransferResult> announce(const QByteArray& digest, qint64 size);
     std::optional<TransferResult> askOffset(qint64 size, qint64* offset);
     TransferResult send(qint64 size, qint64 offset, const Source& source);
     std::optional<TransferResult> sendFile(int fd, qint64 offset, qint64 length, HttpStream& call);
+    bool hashUpTo(int fd, qint64 offset);
     std::optional<TransferResult> folderEnded(FolderArchive::Outcome outcome, const FolderArchive& archive,
                                               bool tooLong);
     // The source is not what was announced: the upload starts over next time.
@@ -64,4 +67,9 @@ private:
     qint64 m_reported = 0;
     bool m_folder = false;
     QByteArray m_buffer;
+    // A file's hash so far, and how to name the whole once it is there;
+    // a folder's stream is hashed before it is announced.
+    Sha256 m_running;
+    qint64 m_hashedUpTo = 0;
+    std::function<std::optional<QByteArray>()> m_lateDigest;
 };
