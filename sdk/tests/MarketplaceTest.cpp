@@ -15,10 +15,13 @@
 #include "service/VLRRevision.h"
 #include "service/VLRVendor.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QProcess>
+#include <QTcpServer>
+#include <QTcpSocket>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -489,4 +492,53 @@ TEST_F(Marketplace, PublishingRefusesWhatItCantUseAndSigningOutStopsAnInstall)
     EXPECT_TRUE(first->installedVersionString().isNull());
     EXPECT_FALSE(QFileInfo::exists(Applications::folderOf(bigId)));
     EXPECT_EQ(queued(tool, bigId, {}), QStringLiteral("You are signed out. Please sign in again."));
+}
+
+// An installer's picture named by a web address is fetched from there; an
+// address whose answer is no picture leaves the installer without one.
+TEST_F(Marketplace, AnInstallersPictureComesFromItsWebAddress)
+{
+    QImage red(8, 8, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    QByteArray png;
+    QBuffer buffer(&png);
+    buffer.open(QIODevice::WriteOnly);
+    red.save(&buffer, "PNG");
+    QTcpServer web;
+    ASSERT_TRUE(web.listen(QHostAddress::LocalHost));
+    QObject::connect(&web, &QTcpServer::newConnection, [&] {
+        QTcpSocket* peer = web.nextPendingConnection();
+        QObject::connect(peer, &QTcpSocket::readyRead, peer, [peer, png] {
+            const QByteArray request = peer->readAll();
+            const QByteArray body = request.startsWith("GET /icon.png ") ? png : QByteArray("no picture");
+            peer->write("HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: " + QByteArray::number(body.size())
+                        + "\r\n\r\n" + body);
+            peer->disconnectFromHost();
+        });
+    });
+    const QString at = QStringLiteral("http://127.0.0.1:%1/").arg(web.serverPort());
+
+    const QString ann = addUser(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    MarketStore market(database());
+    const QString product = market.addProduct(QStringLiteral("Suite"), {}, {});
+    market.grantPurchase({ann, product, QDateTime::currentMSecsSinceEpoch() + 86400000, false, {}, 0, {}});
+    QString failure;
+    for (const QString& name : {QStringLiteral("icon.png"), QStringLiteral("page.html")}) {
+        MarketStore::InstallerFields fields;
+        fields.name = name;
+        fields.productIds = {product};
+        fields.imageUrl = at + name;
+        ASSERT_FALSE(market.addInstaller(fields, &failure).isNull()) << qPrintable(failure);
+    }
+    const auto session = signedIn(QStringLiteral("ann@example.com"), QStringLiteral("pw"));
+    ASSERT_TRUE(session);
+    const auto pictureOf = [&](const QString& name) {
+        for (const VLRInstallerPtr& installer : session->installers())
+            if (installer->name() == name)
+                return installer->image();
+        return QImage();
+    };
+    ASSERT_TRUE(waitUntil([&] { return !pictureOf(QStringLiteral("icon.png")).isNull(); }));
+    EXPECT_EQ(pictureOf(QStringLiteral("icon.png")).pixelColor(0, 0), QColor(Qt::red));
+    EXPECT_TRUE(pictureOf(QStringLiteral("page.html")).isNull());
 }

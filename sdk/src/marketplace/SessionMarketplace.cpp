@@ -11,6 +11,7 @@
 #include "sdk/market/LocalRevision.h"
 #include "sdk/market/LocalVendor.h"
 #include "sdk/market/MarketError.h"
+#include "sdk/marketplace/WebPictures.h"
 #include "sdk/transfers/Reaper.h"
 #include "sdk/transfers/TransferWorker.h"
 
@@ -55,6 +56,7 @@ SessionMarketplace::SessionMarketplace(std::shared_ptr<MarketSource> source, con
     , m_updater(std::make_shared<LocalInstallerUpdater>())
     , m_installThread(std::make_unique<ServiceThread>())
     , m_writeThread(std::make_unique<ServiceThread>())
+    , m_pictures(std::make_unique<WebPictures>())
 { }
 
 SessionMarketplace::~SessionMarketplace()
@@ -156,6 +158,13 @@ void SessionMarketplace::applyInstallers(const MarketSnapshot& snapshot)
             record->setImageBytes(installer.image);
             record->setImage(QImage::fromData(installer.image));
         }
+        // A picture named only by its web address comes from there.
+        if (installer.image.isEmpty())
+            m_pictures->want(record->imageURL(),
+                             [shown = std::weak_ptr<LocalInstaller>(record)](const QImage& picture) {
+                                 if (auto record = shown.lock(); record && record->imageBytes().isEmpty())
+                                     record->setImage(picture);
+                             });
         record->setInstalledRevisionId(installer.installedRevisionId);
         record->setInstalledAnywhere(installer.installedAnywhere);
         const QString installed = !installer.installedHere ? QString()

@@ -16,6 +16,7 @@
 #include <memory>
 
 class ServiceThread;
+class WebPictures;
 class LocalProduct;
 class LocalVendor;
 class LocalPurchase;
@@ -110,5 +111,6 @@ private:
     QList<Install> m_installs;
     std::unique_ptr<ServiceThread> m_installThread;
     std::unique_ptr<ServiceThread> m_writeThread;
+    std::unique_ptr<WebPictures> m_pictures;
     bool m_ended = false;
 };
