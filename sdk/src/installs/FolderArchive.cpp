@@ -79,6 +79,19 @@ FolderArchive::Outcome FolderArchive::write(qint64 offset, const Sink& sink)
         m_failure = QString::fromUtf8(archive_error_string(writer));
         return Outcome::Unreadable;
     }
+    // The folder itself comes first, so that even an empty one is a folder
+    // with an entry to unpack.
+    archive_entry* folder = archive_entry_new();
+    archive_entry_set_pathname(folder, "./");
+    archive_entry_set_filetype(folder, AE_IFDIR);
+    archive_entry_set_perm(folder, 0755);
+    archive_entry_set_mtime(folder, 0, 0);
+    const int header = archive_write_header(writer, folder);
+    archive_entry_free(folder);
+    if (header < ARCHIVE_WARN) {
+        m_failure = QString::fromUtf8(archive_error_string(writer));
+        return position.refused ? Outcome::Refused : Outcome::Unreadable;
+    }
     for (const QString& path : files())
         if (const Outcome outcome = writeFile(writer, path, position.refused); outcome != Outcome::Done)
             return outcome;

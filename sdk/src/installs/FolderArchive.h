@@ -8,9 +8,9 @@
 struct archive;
 
 // A folder as one tar stream (POSIX pax) of its regular files, the same byte
-// for byte each time it is made from the same files: the files in the order
-// of their paths, named relative to the folder, each with mode 0644, time 0
-// and no owner. Links and other special files are left out, as from any
+// for byte each time it is made from the same files: an entry "./" for the
+// folder, then the files in the order of their paths, named relative to
+// the folder, each with mode 0644, time 0 and no owner. Links and other special files are left out, as from any
 // upload of a folder. So an upload hashes the stream once and later sends
 // it, or the rest of it after a cut-off, without keeping a copy.
 class FolderArchive

@@ -63,13 +63,14 @@ TransferResult RemoteUploadRun::run()
     m_context.sized(size);
     // A file is hashed as it is sent, and its digest named once all its
     // bytes are there: it is read once rather than twice.
-    m_lateDigest = [this, fd, size, named = QByteArray()]() mutable -> std::optional<QByteArray> {
+    m_lateDigest = [this, fd, size, named = QByteArray()](QByteArray* digest) mutable {
         if (named.isEmpty()) {
-            if (!hashUpTo(fd, size))
-                return std::nullopt;
+            if (auto ended = hashUpTo(fd, size))
+                return ended;
             named = m_running.hexDigest();
         }
-        return named;
+        *digest = named;
+        return std::optional<TransferResult>();
     };
     return upload(size, QByteArray(),
                   [&](qint64 offset, qint64 length, HttpStream& call) { return sendFile(fd, offset, length, call); });
@@ -77,7 +78,7 @@ TransferResult RemoteUploadRun::run()
 
 // The running hash covers the file up to the offset, read again from the
 // start when a resume goes back before what it covers.
-bool RemoteUploadRun::hashUpTo(int fd, qint64 offset)
+std::optional<TransferResult> RemoteUploadRun::hashUpTo(int fd, qint64 offset)
 {
     if (offset < m_hashedUpTo) {
         m_running.hexDigest();
@@ -85,17 +86,19 @@ bool RemoteUploadRun::hashUpTo(int fd, qint64 offset)
     }
     while (m_hashedUpTo < offset) {
         if (m_context.shouldStop())
-            return false;
+            return TransferResult::stopped();
         const ssize_t got = ::pread(fd, m_buffer.data(),
                                     size_t(std::min<qint64>(m_buffer.size(), offset - m_hashedUpTo)), m_hashedUpTo);
         if (got < 0 && errno == EINTR)
             continue;
-        if (got <= 0)
-            return false;
+        if (got < 0)
+            return unreadable(m_job.filePath);
+        if (got == 0)
+            return changed();
         m_running.add(m_buffer.constData(), got);
         m_hashedUpTo += got;
     }
-    return true;
+    return std::nullopt;
 }
 
 // A folder goes as the tar stream of its files, measured and hashed first:
@@ -179,8 +182,9 @@ TransferResult RemoteUploadRun::upload(qint64 size, const QByteArray& digest, co
 
 std::optional<TransferResult> RemoteUploadRun::sendFile(int fd, qint64 offset, qint64 length, HttpStream& call)
 {
-    if (length > 0 && !hashUpTo(fd, offset))
-        return m_context.shouldStop() ? TransferResult::stopped() : unreadable(m_job.filePath);
+    if (length > 0)
+        if (auto ended = hashUpTo(fd, offset))
+            return ended;
     for (qint64 at = 0; at < length;) {
         const ssize_t got =
             ::pread(fd, m_buffer.data(), size_t(std::min<qint64>(m_buffer.size(), length - at)), offset + at);
@@ -253,10 +257,10 @@ TransferResult RemoteUploadRun::send(qint64 size, qint64 offset, const Source& s
         QList<std::pair<QByteArray, QByteArray>> headers{{"Content-Type", "application/offset+octet-stream"},
                                                          {"Upload-Offset", QByteArray::number(offset)}};
         if (length == 0 && m_lateDigest) {
-            const std::optional<QByteArray> digest = m_lateDigest();
-            if (!digest)
-                return m_context.shouldStop() ? TransferResult::stopped() : unreadable(m_job.filePath);
-            headers.append({"Upload-Digest", "sha-256=" + *digest});
+            QByteArray digest;
+            if (auto ended = m_lateDigest(&digest))
+                return *ended;
+            headers.append({"Upload-Digest", "sha-256=" + digest});
         }
         if (call.begin("PATCH", QStringLiteral("uploads/") + m_job.uploadId, headers, length))
             if (auto ended = source(offset, length, call))

@@ -48,7 +48,7 @@ private:
     std::optional<TransferResult> askOffset(qint64 size, qint64* offset);
     TransferResult send(qint64 size, qint64 offset, const Source& source);
     std::optional<TransferResult> sendFile(int fd, qint64 offset, qint64 length, HttpStream& call);
-    bool hashUpTo(int fd, qint64 offset);
+    std::optional<TransferResult> hashUpTo(int fd, qint64 offset);
     std::optional<TransferResult> folderEnded(FolderArchive::Outcome outcome, const FolderArchive& archive,
                                               bool tooLong);
     // The source is not what was announced: the upload starts over next time.
@@ -71,5 +71,5 @@ private:
     // a folder's stream is hashed before it is announced.
     Sha256 m_running;
     qint64 m_hashedUpTo = 0;
-    std::function<std::optional<QByteArray>()> m_lateDigest;
+    std::function<std::optional<TransferResult>(QByteArray* digest)> m_lateDigest;
 };

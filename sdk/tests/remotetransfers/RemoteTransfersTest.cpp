@@ -369,6 +369,17 @@ TEST_F(RemoteTransfersTest, AFolderGoesUpResumedAndComesDownAsTheSameFiles)
     EXPECT_EQ(filesUnder(folder),
               QStringList(files).replaceInStrings(QRegularExpression(QStringLiteral("^")), QStringLiteral("Shoot/")))
         << "nothing but the folder is left beside it";
+
+    // An empty folder is a folder too.
+    const QString empty = home.filePath(QStringLiteral("Nothing yet"));
+    ASSERT_TRUE(QDir().mkpath(empty));
+    const RunOutcome emptyUp = runJob(ann, home.path(), uploadJob(empty));
+    ASSERT_EQ(emptyUp.result.outcome, TransferResult::Outcome::Completed) << said(emptyUp.result.error);
+    const auto [emptyJob, emptyError] = resolve(ben, emptyUp.result.revisionId, folder);
+    ASSERT_TRUE(emptyJob) << said(emptyError);
+    const RunOutcome emptyDown = runJob(ben, home.path(), *emptyJob);
+    ASSERT_EQ(emptyDown.result.outcome, TransferResult::Outcome::Completed) << said(emptyDown.result.error);
+    EXPECT_TRUE(QFileInfo(folder + QStringLiteral("/Nothing yet")).isDir());
 }
 
 TEST_F(RemoteTransfersTest, OutsidersAndOtherTokensGetAClearErrorAndNothingIsWritten)
