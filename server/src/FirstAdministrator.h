@@ -5,7 +5,7 @@
 // veluria-server --init: the first administrator of a new installation,
 // asked for at the terminal (or read from standard input: the e-mail
 // address on one line, the password on the next). Refused once any
-// administrator exists; further ones are made with veluria-admin --server.
+// administrator exists; further ones are made with --administrator.
 class FirstAdministrator
 {
 public:

@@ -1,4 +1,5 @@
 #include "Accounts.h"
+#include "Administrators.h"
 #include "Database.h"
 #include "FirstAdministrator.h"
 #include "Server.h"
@@ -33,7 +34,14 @@ int main(int argc, char** argv)
         QStringLiteral("init"),
         QStringLiteral("Make the database's schema and the first administrator (asked for, or read from standard "
                        "input: the e-mail address, then the password) and stop."));
-    parser.addOptions({configOption, migrateOption, initOption, addUserOption, totpOption});
+    const QCommandLineOption grantOption(QStringLiteral("administrator"),
+                                         QStringLiteral("Let an existing account administer the server, and stop."),
+                                         QStringLiteral("EMAIL"));
+    const QCommandLineOption revokeOption(
+        QStringLiteral("no-administrator"),
+        QStringLiteral("Let an account no longer administer the server (unless it is the last one), and stop."),
+        QStringLiteral("EMAIL"));
+    parser.addOptions({configOption, migrateOption, initOption, addUserOption, totpOption, grantOption, revokeOption});
     parser.process(app);
 
     ServerConfig config;
@@ -52,6 +60,17 @@ int main(int argc, char** argv)
             return 1;
         }
         out << "The database is ready; " << administrator << " administers it (veluria-admin --server)." << Qt::endl;
+        return 0;
+    }
+    if (parser.isSet(grantOption) || parser.isSet(revokeOption)) {
+        const bool grant = parser.isSet(grantOption);
+        const QString email = parser.value(grant ? grantOption : revokeOption);
+        if (!(grant ? Administrators::grant(email, &failure) : Administrators::revoke(email, &failure))) {
+            err << failure << Qt::endl;
+            return 1;
+        }
+        out << email.trimmed() << (grant ? " administers the server." : " no longer administers the server.")
+            << Qt::endl;
         return 0;
     }
     if (parser.isSet(addUserOption)) {

@@ -124,6 +124,19 @@ TEST_F(AdminTest, InitMakesTheFirstAdministratorOfAnEmptyDatabaseOnce)
     EXPECT_EQ(second.status, 1);
     EXPECT_TRUE(second.err.contains(QStringLiteral("first@example.org"))) << second.err.toStdString();
 
+    // Another administrator is made and the first let go; the last one stays.
+    const auto server = [&](const QStringList& arguments, const QByteArray& input = {}) {
+        return runProgram(QStringLiteral(VELURIA_SERVER_BINARY),
+                          QStringList{QStringLiteral("--config"), config} + arguments, input);
+    };
+    EXPECT_EQ(server({QStringLiteral("--administrator"), QStringLiteral("nobody@example.org")}).status, 1);
+    ASSERT_EQ(server({QStringLiteral("--add-user"), QStringLiteral("second@example.org")}, "pw second\n").status, 0);
+    EXPECT_EQ(server({QStringLiteral("--administrator"), QStringLiteral("Second@example.org")}).status, 0);
+    EXPECT_EQ(server({QStringLiteral("--no-administrator"), QStringLiteral("first@example.org")}).status, 0);
+    const Finished last = server({QStringLiteral("--no-administrator"), QStringLiteral("second@example.org")});
+    EXPECT_EQ(last.status, 1);
+    EXPECT_TRUE(last.err.contains(QStringLiteral("last administrator"))) << last.err.toStdString();
+
     // The administrator made on the shared database signs in like anyone.
     EXPECT_FALSE(adminToken().isEmpty());
 }
