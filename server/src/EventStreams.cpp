@@ -80,13 +80,15 @@ void EventStreams::deliverAll()
         return;
     }
     // One query for the whole thread. Membership is read at each delivery:
-    // a member who was removed gets nothing more from that workspace.
+    // a member who was removed gets nothing more from that workspace, and
+    // one who joined nothing from before.
     QSqlQuery query(Database::connection());
     // Events of a workspace go to its members, events of one person to them.
-    query.prepare(QStringLiteral("SELECT e.id, e.kind, e.workspace_id, e.data, m.user_id FROM events e JOIN members m "
-                                 "ON m.workspace_id = e.workspace_id WHERE m.user_id = ANY(?::uuid[]) AND e.id > ? "
-                                 "UNION ALL SELECT e.id, e.kind, e.workspace_id, e.data, e.user_id FROM events e "
-                                 "WHERE e.user_id = ANY(?::uuid[]) AND e.id > ? ORDER BY 1"));
+    query.prepare(QStringLiteral(
+        "SELECT e.id, e.kind, e.workspace_id, e.data, m.user_id FROM events e JOIN members m "
+        "ON m.workspace_id = e.workspace_id WHERE m.user_id = ANY(?::uuid[]) AND e.id > ? AND e.id > m.joined_after "
+        "UNION ALL SELECT e.id, e.kind, e.workspace_id, e.data, e.user_id FROM events e "
+        "WHERE e.user_id = ANY(?::uuid[]) AND e.id > ? ORDER BY 1"));
     const QString audience =
         QLatin1Char('{') + QStringList(users.begin(), users.end()).join(QLatin1Char(',')) + QLatin1Char('}');
     query.addBindValue(audience);

@@ -505,12 +505,18 @@ TEST_F(RemoteSessionTest, PicturesAndAPasswordSetByAnAdministratorReachTheSigned
 
     // Joining and leaving show without a reload: a workspace she is added to
     // appears, and goes when its owner removes her; Bob leaving hers leaves
-    // her alone in its list of members.
+    // her alone in its list of members. What was said there before she
+    // joined is not news to her.
+    bobToken = cluster->signIn(second, QStringLiteral("bob@example.com"), QStringLiteral("bob secret"));
+    ASSERT_TRUE(publishAsBob(QStringLiteral("before Dee")));
     ASSERT_EQ(command(QStringLiteral("add-member"),
                       {{QStringLiteral("arguments"),
                         QJsonArray{QStringLiteral("Posters"), QStringLiteral("dee@example.com")}}}),
               200);
     EXPECT_TRUE(TestCluster::waitFor([&] { return outcome.session->workspaceFromID(posters) != nullptr; }));
+    ASSERT_TRUE(publishAsBob(QStringLiteral("after Dee")));
+    EXPECT_TRUE(TestCluster::waitFor([&] { return delegate.heard.contains("Posters|bob@example.com|after Dee"); }));
+    EXPECT_FALSE(delegate.heard.contains("Posters|bob@example.com|before Dee"));
     const QByteArray ann = cluster->signIn(second, QStringLiteral("ann@example.com"), QStringLiteral("ann secret"));
     const QString membersOf = QStringLiteral("/v1/workspaces/%1/members/");
     ASSERT_EQ(cluster->call(second, "DELETE", membersOf.arg(posters) + outcome.session->userID(), ann).status, 204);
