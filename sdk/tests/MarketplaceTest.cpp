@@ -1,4 +1,5 @@
 #include "ServiceFixture.h"
+#include "support/TestPictures.h"
 
 #include "sdk/installs/Applications.h"
 #include "sdk/installs/Installation.h"
@@ -15,7 +16,6 @@
 #include "service/VLRRevision.h"
 #include "service/VLRVendor.h"
 
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QImage>
@@ -498,12 +498,7 @@ TEST_F(Marketplace, PublishingRefusesWhatItCantUseAndSigningOutStopsAnInstall)
 // address whose answer is no picture leaves the installer without one.
 TEST_F(Marketplace, AnInstallersPictureComesFromItsWebAddress)
 {
-    QImage red(8, 8, QImage::Format_RGB32);
-    red.fill(Qt::red);
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QIODevice::WriteOnly);
-    red.save(&buffer, "PNG");
+    const QByteArray png = pngOf(Qt::red);
     QTcpServer web;
     ASSERT_TRUE(web.listen(QHostAddress::LocalHost));
     QObject::connect(&web, &QTcpServer::newConnection, [&] {

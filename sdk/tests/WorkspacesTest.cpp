@@ -1,4 +1,5 @@
 #include "ServiceFixture.h"
+#include "support/TestPictures.h"
 
 #include "sdk/base/Clock.h"
 #include "sdk/transfers/UploadRun.h"
@@ -7,8 +8,6 @@
 #include "service/VLRUser.h"
 #include "service/VLRWorkspace.h"
 #include "service/VLRWorkspaceUser.h"
-
-#include <QBuffer>
 
 namespace {
 
@@ -237,13 +236,7 @@ TEST_F(Workspaces, AMembersPictureSetElsewhereReachesTheWorkspacesMembers)
     ChangeRecorder recorder;
     recorder.watch(*workspace, {QStringLiteral("workspaceUsers")});
 
-    QImage picture(16, 16, QImage::Format_RGB32);
-    picture.fill(Qt::red);
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QIODevice::WriteOnly);
-    picture.save(&buffer, "PNG");
-    ASSERT_TRUE(AccountStore(database()).setAvatar(bob, png));
+    ASSERT_TRUE(AccountStore(database()).setAvatar(bob, pngOf(Qt::red)));
     ASSERT_TRUE(waitUntil(
         [&] { return workspace->workspaceUsers().at(0)->avatar().pixelColor(3, 3) == QColor(Qt::red); }, 2500));
     EXPECT_EQ(workspace->workspaceUsers().at(0)->firstName(), QStringLiteral("Bob"));

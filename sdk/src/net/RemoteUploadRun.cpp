@@ -87,18 +87,30 @@ std::optional<TransferResult> RemoteUploadRun::hashUpTo(int fd, qint64 offset)
     while (m_hashedUpTo < offset) {
         if (m_context.shouldStop())
             return TransferResult::stopped();
-        const ssize_t got = ::pread(fd, m_buffer.data(),
-                                    size_t(std::min<qint64>(m_buffer.size(), offset - m_hashedUpTo)), m_hashedUpTo);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0)
-            return unreadable(m_job.filePath);
-        if (got == 0)
-            return changed();
+        qint64 got = 0;
+        if (auto ended = readAt(fd, m_hashedUpTo, offset - m_hashedUpTo, &got))
+            return ended;
         m_running.add(m_buffer.constData(), got);
         m_hashedUpTo += got;
     }
     return std::nullopt;
+}
+
+// The file's next bytes at the position, at most this many, into the buffer.
+std::optional<TransferResult> RemoteUploadRun::readAt(int fd, qint64 at, qint64 most, qint64* got)
+{
+    for (;;) {
+        const ssize_t read = ::pread(fd, m_buffer.data(), size_t(std::min<qint64>(m_buffer.size(), most)), at);
+        if (read < 0 && errno == EINTR)
+            continue;
+        if (read < 0)
+            return unreadable(m_job.filePath);
+        // Shorter than when it was announced.
+        if (read == 0)
+            return changed();
+        *got = read;
+        return std::nullopt;
+    }
 }
 
 // A folder goes as the tar stream of its files, measured and hashed first:
@@ -186,15 +198,9 @@ std::optional<TransferResult> RemoteUploadRun::sendFile(int fd, qint64 offset, q
         if (auto ended = hashUpTo(fd, offset))
             return ended;
     for (qint64 at = 0; at < length;) {
-        const ssize_t got =
-            ::pread(fd, m_buffer.data(), size_t(std::min<qint64>(m_buffer.size(), length - at)), offset + at);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0)
-            return unreadable(m_job.filePath);
-        // Shorter than when it was announced.
-        if (got == 0)
-            return changed();
+        qint64 got = 0;
+        if (auto ended = readAt(fd, offset + at, length - at, &got))
+            return ended;
         if (!call.write(m_buffer.constData(), got))
             break;
         m_running.add(m_buffer.constData(), got);

@@ -49,6 +49,7 @@ private:
     TransferResult send(qint64 size, qint64 offset, const Source& source);
     std::optional<TransferResult> sendFile(int fd, qint64 offset, qint64 length, HttpStream& call);
     std::optional<TransferResult> hashUpTo(int fd, qint64 offset);
+    std::optional<TransferResult> readAt(int fd, qint64 at, qint64 most, qint64* got);
     std::optional<TransferResult> folderEnded(FolderArchive::Outcome outcome, const FolderArchive& archive,
                                               bool tooLong);
     // The source is not what was announced: the upload starts over next time.

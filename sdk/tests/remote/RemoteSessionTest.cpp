@@ -2,6 +2,7 @@
 // real server processes on loopback over TLS, sharing a real PostgreSQL.
 #include "ChildProcess.h"
 #include "TestCluster.h"
+#include "support/TestPictures.h"
 
 #include "sdk/accounts/Base32.h"
 #include "sdk/accounts/Totp.h"
@@ -21,12 +22,10 @@
 #include "service/VLRWorkspace.h"
 #include "service/VLRWorkspaceUser.h"
 
-#include <QBuffer>
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSettings>
@@ -101,17 +100,6 @@ struct Delegate : VLRUserSessionDelegate
     int passwordChanges = 0;
     QStringList heard;
 };
-
-QByteArray pngOf(const QColor& colour)
-{
-    QImage picture(4, 4, QImage::Format_RGB32);
-    picture.fill(colour);
-    QByteArray png;
-    QBuffer buffer(&png);
-    buffer.open(QIODevice::WriteOnly);
-    picture.save(&buffer, "PNG");
-    return png;
-}
 
 const QueuedTransfer* finishedTransferOf(const VLRUserSessionPtr& session, const QString& filePath)
 {

@@ -1,9 +1,8 @@
 #include "MarketFixture.h"
+#include "support/TestPictures.h"
 
 #include "sdk/installs/Applications.h"
 
-#include <QBuffer>
-#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QRandomGenerator>
@@ -12,24 +11,13 @@
 
 namespace {
 
-QByteArray png(Qt::GlobalColor color)
-{
-    QImage image(8, 8, QImage::Format_ARGB32);
-    image.fill(color);
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return bytes;
-}
-
 using MarketServer = MarketFixture;
 
 TEST_F(MarketServer, PurchaseReachesTheBuyerByPushAndOnlyBuyersGetThePackage)
 {
     const QByteArray ann = signedUp(QStringLiteral("ann@market.org"));
     const QByteArray ben = signedUp(QStringLiteral("ben@market.org"));
-    const QByteArray picture = png(Qt::red);
+    const QByteArray picture = pngOf(Qt::red);
     adminOutput({"add-product", "Studio Suite", "--vendor", "Lumen Labs", "--image", writeFile("suite.png", picture)});
     adminOutput({"add-installer", "Sketchpad", "--product", "Studio Suite"});
     QByteArray package(300 * 1024 + 5, Qt::Uninitialized);
@@ -98,7 +86,7 @@ TEST_F(MarketServer, AdminCommandsSayWhatTheLocalToolSays)
     cluster->addUser(QStringLiteral("cat@market.org"), QStringLiteral("pw"));
     QTemporaryDir local;
     localAdmin(local.path(), {"add-user", "cat@market.org", "pw"});
-    const QString icon = writeFile("icon.png", png(Qt::blue));
+    const QString icon = writeFile("icon.png", pngOf(Qt::blue));
     const QString notAPicture = writeFile("notes.txt", "just text");
     const QString package = writeFile("tool-2.0.zip", "zip bytes");
     static const QRegularExpression uuid(
