@@ -68,7 +68,7 @@ FolderArchive::Outcome FolderArchive::write(qint64 offset, const Sink& sink)
 {
     Position position{sink, offset};
     archive* writer = archive_write_new();
-    const auto free = qScopeGuard([&] {
+    const auto release = qScopeGuard([&] {
         position.closing = true;
         archive_write_free(writer);
     });
