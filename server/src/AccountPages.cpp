@@ -138,13 +138,7 @@ void AccountPages::signIn(HttpConnection* c)
     const bool known = m_accounts.candidate(email, &account);
     // The hash takes a processor for a while: not this connection thread's.
     SlowWork::run<bool>(
-        c,
-        [known, password, hash = account.passwordHash] {
-            if (known)
-                return PasswordHasher::verify(password, hash);
-            PasswordHasher::verifyNothing(password);
-            return false;
-        },
+        c, [known, password, hash = account.passwordHash] { return Accounts::passwordMatches(known, password, hash); },
         [this, c, session, account, email, address, next](const bool& right) {
             if (!right) {
                 SignInLimit::failed(address, email);

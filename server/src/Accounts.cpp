@@ -138,6 +138,14 @@ Accounts::Check Accounts::userOf(const QByteArray& token, QString* userId) const
     return Check::Valid;
 }
 
+bool Accounts::passwordMatches(bool known, const QString& password, const QString& hash)
+{
+    if (known)
+        return PasswordHasher::verify(password, hash);
+    PasswordHasher::verifyNothing(password);
+    return false;
+}
+
 QString Accounts::sessionIdOf(const QByteArray& token)
 {
     return QString::fromLatin1(hashOf(token).toHex());

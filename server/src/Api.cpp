@@ -6,7 +6,6 @@
 #include "RequestContext.h"
 #include "SignInLimit.h"
 #include "SlowWork.h"
-#include "sdk/accounts/PasswordHasher.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -110,13 +109,7 @@ void Api::signIn(HttpConnection* c)
     const bool known = m_accounts.candidate(email, &account);
     // The hash takes a processor for a while: not this connection thread's.
     SlowWork::run<bool>(
-        c,
-        [known, password, hash = account.passwordHash] {
-            if (known)
-                return PasswordHasher::verify(password, hash);
-            PasswordHasher::verifyNothing(password);
-            return false;
-        },
+        c, [known, password, hash = account.passwordHash] { return Accounts::passwordMatches(known, password, hash); },
         [this, c, known, account, email, address](const bool& right) {
             QByteArray token;
             const Accounts::SignIn result = right ? m_accounts.open(account, &token) : Accounts::SignIn::Failed;

@@ -286,37 +286,48 @@ bool TransferApi::settleDigest(HttpConnection* c, Upload* upload, QByteArray* di
     return false;
 }
 
-void TransferApi::describeRevision(HttpConnection* c, const QString& userId, const QString& segment)
+// A revision in one of the user's workspaces; false after answering 404.
+bool TransferApi::loadRevision(HttpConnection* c, const QString& userId, const QString& id,
+                               Publications::Revision* revision, QString* workspaceId)
 {
-    const QString id = uuidOf(segment);
     QSqlQuery query(Database::connection());
     query.prepare(QStringLiteral("SELECT r.workspace_id, r.file_name, r.size, r.sha256, r.folder FROM revisions r JOIN "
                                  "members m ON m.workspace_id = r.workspace_id AND m.user_id = ? WHERE r.id = ?"));
     query.addBindValue(userId);
     query.addBindValue(id);
-    if (id.isEmpty() || !query.exec() || !query.next())
-        return c->respondError(404, 404, QStringLiteral("There is no such revision in your workspaces."));
+    if (id.isEmpty() || !query.exec() || !query.next()) {
+        c->respondError(404, 404, QStringLiteral("There is no such revision in your workspaces."));
+        return false;
+    }
+    *workspaceId = query.value(0).toString();
+    *revision = {query.value(1).toString(), query.value(2).toLongLong(), query.value(3).toString(),
+                 query.value(4).toBool()};
+    return true;
+}
+
+void TransferApi::describeRevision(HttpConnection* c, const QString& userId, const QString& segment)
+{
+    const QString id = uuidOf(segment);
+    Publications::Revision revision;
+    QString workspaceId;
+    if (!loadRevision(c, userId, id, &revision, &workspaceId))
+        return;
     c->respondJson(200,
                    {{QStringLiteral("id"), id},
-                    {QStringLiteral("workspace"), query.value(0).toString()},
-                    {QStringLiteral("fileName"), query.value(1).toString()},
-                    {QStringLiteral("size"), query.value(2).toLongLong()},
-                    {QStringLiteral("sha256"), query.value(3).toString()},
-                    {QStringLiteral("folder"), query.value(4).toBool()}});
+                    {QStringLiteral("workspace"), workspaceId},
+                    {QStringLiteral("fileName"), revision.fileName},
+                    {QStringLiteral("size"), revision.size},
+                    {QStringLiteral("sha256"), revision.sha256},
+                    {QStringLiteral("folder"), revision.folder}});
 }
 
 void TransferApi::download(HttpConnection* c, const QString& userId, const QString& segment)
 {
-    const QString id = uuidOf(segment);
-    QSqlQuery query(Database::connection());
-    query.prepare(QStringLiteral("SELECT r.size, r.sha256, r.folder FROM revisions r JOIN members m ON m.workspace_id "
-                                 "= r.workspace_id AND m.user_id = ? WHERE r.id = ?"));
-    query.addBindValue(userId);
-    query.addBindValue(id);
-    if (id.isEmpty() || !query.exec() || !query.next())
-        return c->respondError(404, 404, QStringLiteral("There is no such revision in your workspaces."));
-    serveContent(c, m_store, query.value(0).toLongLong(), query.value(1).toString(),
-                 query.value(2).toBool() ? folderType.toByteArray() : QByteArray());
+    Publications::Revision revision;
+    QString workspaceId;
+    if (!loadRevision(c, userId, uuidOf(segment), &revision, &workspaceId))
+        return;
+    serveContent(c, m_store, revision.size, revision.sha256, revision.folder ? folderType.toByteArray() : QByteArray());
 }
 
 void TransferApi::serveContent(HttpConnection* c, const BlobStore& store, qint64 size, const QString& sha256,

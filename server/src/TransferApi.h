@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Publications.h"
+
 #include <QStringList>
 
 class Accounts;
@@ -30,6 +32,8 @@ private:
     struct Upload;
     qint64 received(const Upload& upload) const;
     bool settleDigest(HttpConnection* c, Upload* upload, QByteArray* digest);
+    bool loadRevision(HttpConnection* c, const QString& userId, const QString& id, Publications::Revision* revision,
+                      QString* workspaceId);
     bool loadUpload(HttpConnection* c, const QString& segment, const QString& userId, Upload* upload);
     void createUpload(HttpConnection* c, const QString& userId);
     void reportOffset(HttpConnection* c, const QString& userId, const QString& segment);
