@@ -56,19 +56,17 @@ const QHash<QString, Shape>& shapes()
     return table;
 }
 
-// As the local tool reads an option: its first occurrence that has a value
-// after it, taken out of the arguments; a null string when there is none.
-QString takeOption(QStringList& arguments, const QString& name)
+} // namespace
+
+QString AdminCommandLine::takeOption(QStringList& arguments, const QString& option)
 {
-    const qsizetype at = arguments.indexOf(QStringLiteral("--") + name);
+    const qsizetype at = arguments.indexOf(option);
     if (at < 0 || at + 1 >= arguments.size())
         return {};
     const QString value = arguments.at(at + 1);
     arguments.remove(at, 2);
     return value;
 }
-
-} // namespace
 
 bool AdminCommandLine::knows(const QString& command)
 {
@@ -82,11 +80,11 @@ std::optional<AdminCommandLine::Parsed> AdminCommandLine::parse(const QString& c
         return std::nullopt;
     Parsed parsed;
     for (const QString& name : shape->values)
-        if (const QString value = takeOption(arguments, name); !value.isNull())
+        if (const QString value = takeOption(arguments, QStringLiteral("--") + name); !value.isNull())
             parsed.options.insert(name, value);
     for (const QString& name : shape->lists) {
         QJsonArray values;
-        for (QString value; !(value = takeOption(arguments, name)).isNull();)
+        for (QString value; !(value = takeOption(arguments, QStringLiteral("--") + name)).isNull();)
             values.append(value);
         if (!values.isEmpty())
             parsed.options.insert(name, values);

@@ -23,6 +23,9 @@ public:
     };
 
     static bool knows(const QString& command);
+    // The value after an option ("--text"), both taken out of the
+    // arguments; a null string when there is none.
+    static QString takeOption(QStringList& arguments, const QString& option);
     // Null when the arguments don't fit the command's usage.
     static std::optional<Parsed> parse(const QString& command, QStringList arguments);
 };

@@ -1,5 +1,7 @@
 #include "AdminTool.h"
 
+#include "AdminCommandLine.h"
+
 #include "sdk/base/Clock.h"
 #include "sdk/base/Database.h"
 #include "sdk/installs/Applications.h"
@@ -56,8 +58,8 @@ int AdminTool::addVendor(const QStringList& arguments)
 
 int AdminTool::addProduct(QStringList arguments)
 {
-    const QString vendor = option(arguments, QStringLiteral("--vendor"));
-    const QString imagePath = option(arguments, QStringLiteral("--image"));
+    const QString vendor = AdminCommandLine::takeOption(arguments, QStringLiteral("--vendor"));
+    const QString imagePath = AdminCommandLine::takeOption(arguments, QStringLiteral("--image"));
     if (arguments.size() != 1 || arguments.at(0).trimmed().isEmpty())
         return usage(2);
     MarketStore market(*m_database);
@@ -79,10 +81,11 @@ int AdminTool::addInstaller(QStringList arguments)
 {
     MarketStore market(*m_database);
     MarketStore::InstallerFields fields;
-    fields.description = option(arguments, QStringLiteral("--description"));
-    fields.platform = option(arguments, QStringLiteral("--platform"));
-    const QString imagePath = option(arguments, QStringLiteral("--image"));
-    for (QString product; !(product = option(arguments, QStringLiteral("--product"))).isEmpty();) {
+    fields.description = AdminCommandLine::takeOption(arguments, QStringLiteral("--description"));
+    fields.platform = AdminCommandLine::takeOption(arguments, QStringLiteral("--platform"));
+    const QString imagePath = AdminCommandLine::takeOption(arguments, QStringLiteral("--image"));
+    for (QString product;
+         !(product = AdminCommandLine::takeOption(arguments, QStringLiteral("--product"))).isEmpty();) {
         const QString id = market.productId(product);
         if (id.isNull())
             return fail(QStringLiteral("no product is called %1").arg(product));
@@ -107,7 +110,7 @@ int AdminTool::addInstaller(QStringList arguments)
 
 int AdminTool::publishInstaller(QStringList arguments)
 {
-    const QString version = option(arguments, QStringLiteral("--version"));
+    const QString version = AdminCommandLine::takeOption(arguments, QStringLiteral("--version"));
     if (arguments.size() != 2)
         return usage(2);
     MarketStore market(*m_database);
@@ -129,10 +132,10 @@ int AdminTool::publishInstaller(QStringList arguments)
 int AdminTool::grantPurchase(QStringList arguments)
 {
     MarketStore::Purchase purchase;
-    const QString renews = option(arguments, QStringLiteral("--renews"));
-    const QString card = option(arguments, QStringLiteral("--card-expires"));
-    const QString payment = option(arguments, QStringLiteral("--payment"));
-    purchase.manageUrl = option(arguments, QStringLiteral("--manage-url"));
+    const QString renews = AdminCommandLine::takeOption(arguments, QStringLiteral("--renews"));
+    const QString card = AdminCommandLine::takeOption(arguments, QStringLiteral("--card-expires"));
+    const QString payment = AdminCommandLine::takeOption(arguments, QStringLiteral("--payment"));
+    purchase.manageUrl = AdminCommandLine::takeOption(arguments, QStringLiteral("--manage-url"));
     purchase.canceled = flag(arguments, QStringLiteral("--canceled"));
     if (arguments.size() != 2 || renews.isEmpty())
         return usage(2);

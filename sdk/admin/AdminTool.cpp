@@ -1,5 +1,6 @@
 #include "AdminTool.h"
 
+#include "AdminCommandLine.h"
 #include "DemoSeeder.h"
 #include "sdk/accounts/Base32.h"
 #include "sdk/accounts/Totp.h"
@@ -102,16 +103,6 @@ bool AdminTool::open(bool folderGiven)
     return true;
 }
 
-QString AdminTool::option(QStringList& arguments, const QString& name)
-{
-    const qsizetype at = arguments.indexOf(name);
-    if (at < 0 || at + 1 >= arguments.size())
-        return {};
-    const QString value = arguments.at(at + 1);
-    arguments.remove(at, 2);
-    return value;
-}
-
 bool AdminTool::flag(QStringList& arguments, const QString& name)
 {
     return arguments.removeAll(name) > 0;
@@ -145,7 +136,7 @@ std::optional<WorkspaceStore::Workspace> AdminTool::workspace(const QString& idO
 
 int AdminTool::run(QStringList arguments)
 {
-    m_folder = option(arguments, QStringLiteral("--database"));
+    m_folder = AdminCommandLine::takeOption(arguments, QStringLiteral("--database"));
     const bool folderGiven = !m_folder.isEmpty();
     if (!folderGiven)
         m_folder = defaultDatabaseFolder();
@@ -188,8 +179,8 @@ int AdminTool::run(QStringList arguments)
 
 int AdminTool::addUser(QStringList arguments)
 {
-    const QString first = option(arguments, QStringLiteral("--first"));
-    const QString last = option(arguments, QStringLiteral("--last"));
+    const QString first = AdminCommandLine::takeOption(arguments, QStringLiteral("--first"));
+    const QString last = AdminCommandLine::takeOption(arguments, QStringLiteral("--last"));
     const bool unconfirmed = flag(arguments, QStringLiteral("--unconfirmed"));
     if (arguments.size() != 2)
         return usage(2);
@@ -288,7 +279,7 @@ int AdminTool::addMember(QStringList arguments)
 
 int AdminTool::publish(QStringList arguments)
 {
-    const QString text = option(arguments, QStringLiteral("--text"));
+    const QString text = AdminCommandLine::takeOption(arguments, QStringLiteral("--text"));
     if (arguments.size() != 3)
         return usage(2);
     const auto target = workspace(arguments.at(0));
@@ -320,7 +311,7 @@ int AdminTool::comment(const QStringList& arguments)
 
 int AdminTool::link(QStringList arguments)
 {
-    const QString number = option(arguments, QStringLiteral("--revision"));
+    const QString number = AdminCommandLine::takeOption(arguments, QStringLiteral("--revision"));
     if (arguments.size() != 2)
         return usage(2);
     bool isNumber = false;

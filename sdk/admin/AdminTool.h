@@ -31,7 +31,6 @@ private:
     std::optional<AccountStore::Account> account(const QString& email);
     // A workspace by identifier, or by name when only one has it.
     std::optional<WorkspaceStore::Workspace> workspace(const QString& idOrName);
-    QString option(QStringList& arguments, const QString& name);
     bool flag(QStringList& arguments, const QString& name);
 
     int addUser(QStringList arguments);

@@ -17,18 +17,6 @@
 
 #include <memory>
 
-namespace {
-QString takeOption(QStringList& arguments, const QString& name)
-{
-    const qsizetype at = arguments.indexOf(name);
-    if (at < 0 || at + 1 >= arguments.size())
-        return {};
-    const QString value = arguments.at(at + 1);
-    arguments.remove(at, 2);
-    return value;
-}
-} // namespace
-
 RemoteAdmin::RemoteAdmin(QTextStream& out, QTextStream& err)
     : m_out(out)
     , m_err(err)
@@ -42,14 +30,14 @@ int RemoteAdmin::fail(const QString& reason)
 
 bool RemoteAdmin::configure(QStringList& arguments)
 {
-    const QString address = takeOption(arguments, QStringLiteral("--server"));
+    const QString address = AdminCommandLine::takeOption(arguments, QStringLiteral("--server"));
     const QUrl url(address, QUrl::StrictMode);
     if (!url.isValid() || url.scheme() != QLatin1String("https") || url.host().isEmpty()) {
         fail(QStringLiteral("--server needs the server's address as https://host:port, not \"%1\"").arg(address));
         return false;
     }
     m_endpoint.base = QUrl(url.scheme() + QStringLiteral("://") + url.authority());
-    const QString trust = takeOption(arguments, QStringLiteral("--trust"));
+    const QString trust = AdminCommandLine::takeOption(arguments, QStringLiteral("--trust"));
     if (!trust.isNull()) {
         m_endpoint.trusted = QSslCertificate::fromPath(trust, QSsl::Pem);
         if (m_endpoint.trusted.isEmpty()) {
@@ -124,7 +112,7 @@ int RemoteAdmin::run(QStringList arguments)
 {
     if (!configure(arguments))
         return 1;
-    QString email = takeOption(arguments, QStringLiteral("--admin"));
+    QString email = AdminCommandLine::takeOption(arguments, QStringLiteral("--admin"));
     if (email.isNull())
         email = qEnvironmentVariable("VELURIA_ADMIN_EMAIL");
     if (arguments.isEmpty())
