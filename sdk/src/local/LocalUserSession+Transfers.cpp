@@ -1,6 +1,5 @@
 #include "sdk/local/LocalUserSession.h"
 
-#include "sdk/base/Clock.h"
 #include "sdk/base/Database.h"
 #include "sdk/base/MainThread.h"
 #include "sdk/base/ServiceError.h"
@@ -34,22 +33,6 @@ QString targetIn(Database& database, const QString& userId, const QString& folde
             return target;
         target = folder + QLatin1Char('/') + SafeName::numbered(name, number);
     }
-}
-
-TransferJob downloadJob(const QString& userId, const WorkspaceStore::Revision& revision, const QString& target,
-                        qint64 subType)
-{
-    TransferJob job;
-    job.id = Clock::newIdentifier();
-    job.userId = userId;
-    job.type = TransferJob::Download;
-    job.subType = subType;
-    job.filePath = target;
-    job.totalSize = revision.size;
-    job.workspaceId = revision.workspaceId;
-    job.revisionId = revision.id;
-    job.createdAt = Clock::nowMs();
-    return job;
 }
 
 } // namespace
@@ -101,13 +84,13 @@ void LocalUserSession::requestDownload(const QString& url, const QString& folder
             else if (!workspaces.isMember(revision->workspaceId, userId))
                 error = ServiceError::make(ServiceError::NotAMember);
             else
-                job = downloadJob(userId, *revision,
-                                  targetIn(database, userId,
-                                           folder.isEmpty() ? UserFolders::workspaceFolder(revision->workspaceName,
-                                                                                           revision->workspaceId)
-                                                            : folder,
-                                           *revision),
-                                  VLRTransferReporting::RequestedDownloadSubType);
+                job = TransferJob::download(userId, revision->workspaceId, revision->id, revision->size,
+                                            targetIn(database, userId,
+                                                     folder.isEmpty() ? UserFolders::workspaceFolder(
+                                                         revision->workspaceName, revision->workspaceId)
+                                                                      : folder,
+                                                     *revision),
+                                            VLRTransferReporting::RequestedDownloadSubType);
             MainThread::post([weak, job, error, answer] {
                 auto self = weak.lock();
                 if (!self || self->m_ended)
@@ -149,7 +132,8 @@ void LocalUserSession::queueRevisionDownloads(const QList<WorkspaceStore::Public
             while (earlier.next()) {
                 if (!QFileInfo::exists(earlier.text(0)))
                     continue;
-                jobs.append(downloadJob(userId, *revision, earlier.text(0), VLRTransferReporting::AutoRevisionSubType));
+                jobs.append(TransferJob::download(userId, revision->workspaceId, revision->id, revision->size,
+                                                  earlier.text(0), VLRTransferReporting::AutoRevisionSubType));
             }
         }
         queueDownloadsLater(weak, jobs);

@@ -1,6 +1,5 @@
 #include "sdk/net/RemoteTransfers.h"
 
-#include "sdk/base/Clock.h"
 #include "sdk/base/MainThread.h"
 #include "sdk/base/ServiceError.h"
 #include "sdk/net/RemoteCall.h"
@@ -36,17 +35,10 @@ std::optional<RemoteTransfers::Revision> RemoteTransfers::Revision::fromJson(con
 TransferJob RemoteTransfers::downloadJob(const QString& userId, const Revision& revision, const QString& folder,
                                          qint64 subType)
 {
-    TransferJob job;
-    job.id = Clock::newIdentifier();
-    job.userId = userId;
-    job.type = TransferJob::Download;
-    job.subType = subType;
-    job.filePath = folder + QLatin1Char('/') + SafeName::component(revision.fileName);
-    job.totalSize = revision.size;
-    job.workspaceId = revision.workspaceId;
-    job.revisionId = revision.id;
+    TransferJob job =
+        TransferJob::download(userId, revision.workspaceId, revision.id, revision.size,
+                              folder + QLatin1Char('/') + SafeName::component(revision.fileName), subType);
     job.text = revision.fileName;
-    job.createdAt = Clock::nowMs();
     return job;
 }
 

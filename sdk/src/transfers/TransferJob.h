@@ -33,4 +33,8 @@ struct TransferJob
     vlr::OptionalError error;
     qint64 createdAt = 0;
     qint64 finishedAt = 0;
+
+    // A new download of the revision into the target, made now.
+    static TransferJob download(const QString& userId, const QString& workspaceId, const QString& revisionId,
+                                qint64 size, const QString& target, qint64 subType);
 };
