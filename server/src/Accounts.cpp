@@ -18,26 +18,31 @@
 namespace {
 // Long enough to type a code, short enough that a stolen pending token is useless.
 constexpr qint64 pendingLifetime = 300;
-
-QByteArray hashOf(const QByteArray& token)
-{
-    return QCryptographicHash::hash(token, QCryptographicHash::Sha256);
-}
 } // namespace
 
 Accounts::Accounts(qint64 sessionLifetimeSeconds)
     : m_lifetime(sessionLifetimeSeconds)
 { }
 
-QByteArray Accounts::openSession(const QString& userId, bool pending, qint64 lifetime) const
+QByteArray Accounts::newToken()
 {
     QByteArray raw(32, '\0');
     randombytes_buf(raw.data(), size_t(raw.size()));
-    const QByteArray token = raw.toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
+    return raw.toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
+}
+
+QByteArray Accounts::tokenHash(const QByteArray& token)
+{
+    return QCryptographicHash::hash(token, QCryptographicHash::Sha256);
+}
+
+QByteArray Accounts::openSession(const QString& userId, bool pending, qint64 lifetime) const
+{
+    const QByteArray token = newToken();
     QSqlQuery insert(Database::connection());
     insert.prepare(QStringLiteral("INSERT INTO sessions(token_hash, user_id, pending, expires_at) "
                                   "VALUES (?, ?, ?, now() + make_interval(secs => ?))"));
-    insert.addBindValue(hashOf(token));
+    insert.addBindValue(tokenHash(token));
     insert.addBindValue(userId);
     insert.addBindValue(pending);
     insert.addBindValue(double(lifetime));
@@ -86,7 +91,7 @@ bool Accounts::verify(const QByteArray& pendingToken, const QString& code, QByte
     query.prepare(QStringLiteral("SELECT u.id, u.totp_secret, u.totp_last_step FROM sessions s JOIN users u ON "
                                  "u.id = s.user_id WHERE s.token_hash = ? AND s.pending AND s.expires_at > now() "
                                  "FOR UPDATE OF u"));
-    query.addBindValue(hashOf(pendingToken));
+    query.addBindValue(tokenHash(pendingToken));
     if (!query.exec() || !query.next()) {
         db.rollback();
         return false;
@@ -104,7 +109,7 @@ bool Accounts::verify(const QByteArray& pendingToken, const QString& code, QByte
     used.addBindValue(userId);
     QSqlQuery gone(db);
     gone.prepare(QStringLiteral("DELETE FROM sessions WHERE token_hash = ?"));
-    gone.addBindValue(hashOf(pendingToken));
+    gone.addBindValue(tokenHash(pendingToken));
     if (!used.exec() || !gone.exec()) {
         db.rollback();
         return false;
@@ -118,7 +123,7 @@ void Accounts::signOut(const QByteArray& token) const
 {
     QSqlQuery query(Database::connection());
     query.prepare(QStringLiteral("DELETE FROM sessions WHERE token_hash = ?"));
-    query.addBindValue(hashOf(token));
+    query.addBindValue(tokenHash(token));
     query.exec();
 }
 
@@ -129,7 +134,7 @@ Accounts::Check Accounts::userOf(const QByteArray& token, QString* userId) const
     QSqlQuery query(Database::connection());
     query.prepare(QStringLiteral("SELECT user_id, expires_at > now() FROM sessions WHERE token_hash = ? AND NOT "
                                  "pending"));
-    query.addBindValue(hashOf(token));
+    query.addBindValue(tokenHash(token));
     if (!query.exec() || !query.next())
         return Check::Unknown;
     if (!query.value(1).toBool())
@@ -148,7 +153,7 @@ bool Accounts::passwordMatches(bool known, const QString& password, const QStrin
 
 QString Accounts::sessionIdOf(const QByteArray& token)
 {
-    return QString::fromLatin1(hashOf(token).toHex());
+    return QString::fromLatin1(tokenHash(token).toHex());
 }
 
 std::optional<QSet<QString>> Accounts::standing(const QSet<QString>& sessionIds)

@@ -42,6 +42,10 @@ public:
 
     enum class Check { Valid, Unknown, Expired };
     Check userOf(const QByteArray& token, QString* userId) const;
+    // A random token for a session or a link (URL-safe base 64 of 32
+    // bytes), and the hash of one, which is what the database keeps.
+    static QByteArray newToken();
+    static QByteArray tokenHash(const QByteArray& token);
     // A session's name that may be kept in memory: its token's hash in hex.
     static QString sessionIdOf(const QByteArray& token);
     // Which of the sessions still stand (not ended, not expired); nothing

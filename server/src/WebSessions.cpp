@@ -1,19 +1,14 @@
 #include "WebSessions.h"
 
+#include "Accounts.h"
 #include "Database.h"
 
-#include <QCryptographicHash>
 #include <QSqlQuery>
 #include <QVariant>
 
 #include <sodium.h>
 
 namespace {
-QByteArray hashOf(const QByteArray& secret)
-{
-    return QCryptographicHash::hash(secret, QCryptographicHash::Sha256);
-}
-
 QVariant orNull(const QString& id)
 {
     return id.isEmpty() ? QVariant(QMetaType(QMetaType::QString)) : QVariant(id);
@@ -36,13 +31,6 @@ WebSessions::WebSessions(qint64 signedInLifetime)
     : m_lifetime(signedInLifetime)
 { }
 
-QByteArray WebSessions::newSecret()
-{
-    QByteArray raw(32, '\0');
-    randombytes_buf(raw.data(), size_t(raw.size()));
-    return raw.toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals);
-}
-
 WebSessions::Session WebSessions::find(const HttpRequest& request) const
 {
     const QByteArray token = cookieValueOf(request);
@@ -51,7 +39,7 @@ WebSessions::Session WebSessions::find(const HttpRequest& request) const
     QSqlQuery query(Database::connection());
     query.prepare(QStringLiteral("SELECT user_id, pending_user_id, csrf FROM web_sessions WHERE token_hash = ? AND "
                                  "expires_at > now()"));
-    query.addBindValue(hashOf(token));
+    query.addBindValue(Accounts::tokenHash(token));
     if (!query.exec() || !query.next())
         return {};
     Session session;
@@ -82,16 +70,16 @@ WebSessions::Session WebSessions::open(const QString& userId, const QString& pen
     QSqlQuery sweep(Database::connection());
     sweep.exec(QStringLiteral("DELETE FROM web_sessions WHERE expires_at < now() - interval '1 day'"));
     Session session;
-    session.token = newSecret();
+    session.token = Accounts::newToken();
     session.userId = userId;
     session.pendingUserId = pendingUserId;
-    session.csrf = QString::fromLatin1(newSecret());
+    session.csrf = QString::fromLatin1(Accounts::newToken());
     session.lifetime = lifetime;
     session.isNew = true;
     QSqlQuery insert(Database::connection());
     insert.prepare(QStringLiteral("INSERT INTO web_sessions(token_hash, user_id, pending_user_id, csrf, expires_at) "
                                   "VALUES (?, ?, ?, ?, now() + make_interval(secs => ?))"));
-    insert.addBindValue(hashOf(session.token));
+    insert.addBindValue(Accounts::tokenHash(session.token));
     insert.addBindValue(orNull(userId));
     insert.addBindValue(orNull(pendingUserId));
     insert.addBindValue(session.csrf);
@@ -105,7 +93,7 @@ void WebSessions::end(const Session& session) const
         return;
     QSqlQuery remove(Database::connection());
     remove.prepare(QStringLiteral("DELETE FROM web_sessions WHERE token_hash = ?"));
-    remove.addBindValue(hashOf(session.token));
+    remove.addBindValue(Accounts::tokenHash(session.token));
     remove.exec();
 }
 
@@ -132,11 +120,11 @@ QByteArray WebSessions::makeLink(const QString& userId, const QString& purpose, 
 {
     QSqlQuery sweep(Database::connection());
     sweep.exec(QStringLiteral("DELETE FROM web_links WHERE expires_at < now()"));
-    const QByteArray secret = newSecret();
+    const QByteArray secret = Accounts::newToken();
     QSqlQuery insert(Database::connection());
     insert.prepare(QStringLiteral("INSERT INTO web_links(token_hash, user_id, purpose, path, expires_at) VALUES (?, ?, "
                                   "?, coalesce(?, ''), now() + make_interval(secs => ?))"));
-    insert.addBindValue(hashOf(secret));
+    insert.addBindValue(Accounts::tokenHash(secret));
     insert.addBindValue(userId);
     insert.addBindValue(purpose);
     insert.addBindValue(path);
@@ -149,7 +137,7 @@ bool WebSessions::linkIsLive(const QByteArray& secret, const QString& purpose)
     QSqlQuery query(Database::connection());
     query.prepare(
         QStringLiteral("SELECT 1 FROM web_links WHERE token_hash = ? AND purpose = ? AND expires_at > now()"));
-    query.addBindValue(hashOf(secret));
+    query.addBindValue(Accounts::tokenHash(secret));
     query.addBindValue(purpose);
     return !secret.isEmpty() && query.exec() && query.next();
 }
@@ -163,7 +151,7 @@ bool WebSessions::takeLink(const QByteArray& secret, const QString& purpose, QSt
     QSqlQuery take(Database::connection());
     take.prepare(QStringLiteral("DELETE FROM web_links WHERE token_hash = ? AND purpose = ? RETURNING user_id, path, "
                                 "expires_at > now()"));
-    take.addBindValue(hashOf(secret));
+    take.addBindValue(Accounts::tokenHash(secret));
     take.addBindValue(purpose);
     if (!take.exec() || !take.next() || !take.value(2).toBool())
         return false;

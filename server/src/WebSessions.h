@@ -56,8 +56,6 @@ public:
     // Takes a link (it is gone afterwards): false when unknown, used or late.
     static bool takeLink(const QByteArray& secret, const QString& purpose, QString* userId, QString* path);
 
-    static QByteArray newSecret();
-
 private:
     Session open(const QString& userId, const QString& pendingUserId, qint64 lifetime) const;
 
